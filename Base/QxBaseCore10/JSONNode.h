@@ -1,0 +1,91 @@
+#pragma once
+
+#include "Base/QxBaseCore10/JSONRef.h"
+#include "Base/QxBaseCore10/JSONValue.h"
+#include "Base/QxBaseCore10/qxbasecore10_export.h"
+
+#include <cstddef>
+#include <iterator>
+#include <string>
+#include <string_view>
+
+namespace Qx {
+
+class Status;
+
+/// A JSON value that shares ownership of the document it stands in.
+///
+/// Copying a node, taking out a child and walking an array cost a reference count each, never a subtree.
+/// A document is not written after parsing, so nodes of one document may be read from several threads at
+/// once. No operation throws for any JSON or any bytes; parsing and `toText` may throw `std::bad_alloc`.
+///
+/// Of a key that an object holds twice, the first counts.
+class QXBASECORE10_EXPORT JSONNode {
+public:
+    class const_iterator;
+
+    /// The null node.
+    JSONNode() = default;
+
+    /// Parses UTF-8 text, with or without a byte order mark. Text that is not JSON (nested deeper than 1024 levels, the
+    /// innermost value counted, with an integer beyond 64 bits, invalid UTF-8, a lone surrogate or anything behind the
+    /// value included) gives the null node. Linear in the length of the text.
+    explicit JSONNode(const std::string& text);
+
+    /// The value that `ref` refers to. It outlives the reference.
+    explicit JSONNode(const JSONRef& ref);
+    explicit JSONNode(JSONRef&& ref);
+
+    /// True if this is an object that has `key`, also when the key's value is null. Linear in the number of
+    /// the object's keys.
+    bool exists(const char* key) const;
+    bool exists(std::nullptr_t) const = delete;
+
+    /// The value under `key`, or a null reference if this is no object or lacks the key. Linear in the
+    /// number of the object's keys.
+    JSONRef operator[](const char* key) const;
+    JSONRef operator[](std::nullptr_t) const = delete;
+
+    bool isArray() const;
+
+    /// The elements of an array, in order; an empty range for anything else.
+    const_iterator begin() const;
+    const_iterator end() const;
+
+    /// The node as compact JSON text. Linear in its size.
+    std::string toText() const;
+
+    /// Parses as the constructor does, but tells failure: on success `node` becomes the root and the result
+    /// is true; else `node` stays as it was, `status` holds the reason and the result is false, also where the
+    /// parser itself finds no memory. `spareBytes` says how many bytes behind `text` may be read; with 64 or
+    /// more the parser works on `text` itself, with fewer on a copy.
+    static bool parse(std::string_view text, std::size_t spareBytes, JSONNode& node, Status& status);
+
+private:
+    Detail::JSONValue value_;
+};
+
+/// A place in the walk over an array. It shares ownership of the document. Compare places of one walk only, and
+/// neither read nor advance its end.
+class QXBASECORE10_EXPORT JSONNode::const_iterator {
+public:
+    using iterator_category = std::input_iterator_tag;
+    using value_type = JSONRef;
+    using difference_type = std::ptrdiff_t;
+    using pointer = void;
+    using reference = JSONRef;
+
+    const_iterator() = default;
+
+    bool operator==(const const_iterator& other) const;
+    const_iterator& operator++();
+    JSONRef operator*() const;
+
+private:
+    friend class JSONNode;
+    explicit const_iterator(Detail::JSONValue value);
+
+    Detail::JSONValue value_;
+};
+
+} // namespace Qx

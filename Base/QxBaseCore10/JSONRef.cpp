@@ -1,0 +1,91 @@
+#include "Base/QxBaseCore10/JSONRef.h"
+
+#include "Base/QxBaseCore10/JSONElement.h"
+#include "Base/QxBaseCore10/Strings.h"
+
+#include <array>
+#include <charconv>
+#include <limits>
+#include <string_view>
+#include <utility>
+
+namespace Qx {
+
+namespace {
+
+// Room for any 64-bit integer and for the shortest text of any double.
+using NumberText = std::array<char, 32>;
+
+template <class Number>
+std::string_view format(Number number, NumberText& buffer) {
+    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number);
+    return {buffer.data(), static_cast<std::size_t>(result.ptr - buffer.data())};
+}
+
+// Calls `store` with the value's text, if it has one. The text lives only during the call.
+template <class Store>
+bool storeText(const Detail::JSONValue& value, Store store) {
+    if (!value.document)
+        return false;
+    const simdjson::dom::element element = Detail::elementOf(value);
+    NumberText buffer;
+    switch (element.type()) {
+    case simdjson::dom::element_type::STRING:
+        store(element.get_string().value_unsafe());
+        return true;
+    case simdjson::dom::element_type::BOOL:
+        store(element.get_bool().value_unsafe() ? std::string_view("true") : std::string_view("false"));
+        return true;
+    case simdjson::dom::element_type::INT64:
+        store(format(element.get_int64().value_unsafe(), buffer));
+        return true;
+    case simdjson::dom::element_type::UINT64:
+        store(format(element.get_uint64().value_unsafe(), buffer));
+        return true;
+    case simdjson::dom::element_type::DOUBLE:
+        store(format(element.get_double().value_unsafe(), buffer));
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+JSONRef::JSONRef(Detail::JSONValue value) : value_(std::move(value)) {}
+
+bool JSONRef::isNull() const {
+    return !value_.document || Detail::elementOf(value_).is_null();
+}
+
+bool JSONRef::get(std::string& destination) const {
+    return storeText(value_, [&](std::string_view text) { destination = text; });
+}
+
+bool JSONRef::get(std::wstring& destination) const {
+    return storeText(value_, [&](std::string_view text) { destination = ToIString(text); });
+}
+
+bool JSONRef::get(bool& destination) const {
+    return value_.document && Detail::elementOf(value_).get_bool().get(destination) == simdjson::SUCCESS;
+}
+
+bool JSONRef::get(std::int32_t& destination) const {
+    std::int64_t number = 0;
+    if (!value_.document || Detail::elementOf(value_).get_int64().get(number) != simdjson::SUCCESS)
+        return false;
+    using Limits = std::numeric_limits<std::int32_t>;
+    if (number < Limits::min() || number > Limits::max())
+        return false;
+    destination = static_cast<std::int32_t>(number);
+    return true;
+}
+
+std::string JSONRef::asHString(const std::string& defaultText) const {
+    std::string text;
+    if (get(text))
+        return text;
+    return defaultText;
+}
+
+} // namespace Qx

@@ -1,0 +1,32 @@
+#include "Base/QxBaseCore10/Strings.h"
+
+#include <algorithm>
+#include <boost/nowide/utf/convert.hpp>
+#include <type_traits>
+
+namespace Qx {
+
+namespace {
+
+template <class To, class From>
+std::basic_string<To> convert(std::basic_string_view<From> text) {
+    // Most ids, keys and names are ASCII, which needs no decoding: this is worth a factor of four on them.
+    const bool isAscii = std::all_of(text.begin(), text.end(), [](From character) {
+        return static_cast<std::make_unsigned_t<From>>(character) < 0x80;
+    });
+    if (isAscii)
+        return std::basic_string<To>(text.begin(), text.end());
+    return boost::nowide::utf::convert_string<To>(text.data(), text.data() + text.size());
+}
+
+} // namespace
+
+std::wstring ToIString(std::string_view text) {
+    return convert<wchar_t>(text);
+}
+
+std::string ToHString(std::wstring_view text) {
+    return convert<char>(text);
+}
+
+} // namespace Qx

@@ -1,0 +1,94 @@
+#include "Host/CommandLine.h"
+
+#include "Host/Version.h"
+
+#include <CLI/CLI.hpp>
+
+namespace OrvaneHost {
+
+namespace {
+
+using Command = CommandLine::Command;
+
+CLI::App* addCommand(CLI::App& app, CommandLine& commandLine, Command command, const char* name,
+                     const char* description) {
+    CLI::App* added = app.add_subcommand(name, description);
+    added->callback([&commandLine, command] { commandLine.command = command; });
+    return added;
+}
+
+void addRequestOptions(CLI::App& command, CommandLine& commandLine) {
+    command.add_option("--service", commandLine.service,
+                       "Base address of the service; without it the local service inside this program");
+    command.add_option("--v3-service", commandLine.v3Service,
+                       "Base address of the V3 service; without it that of the service with \"/v3\" behind it");
+    command.add_option("--token-file", commandLine.tokenFile,
+                       "File that holds the bearer token; without it the environment variable ORVANE_TOKEN");
+    command.add_option("--timeout", commandLine.timeout, "Seconds that one request may take (120)")
+        ->check(CLI::Range(1, 86400));
+    command.add_flag("--async", commandLine.async, "Have requests answered on a thread of the HTTP client");
+    command.add_flag("--json", commandLine.json, "Print JSON, one line for each URN");
+}
+
+// Splits "key=value" at its first "=".
+void addQueryPair(CommandLine& commandLine, const std::string& text) {
+    const std::size_t equals = text.find('=');
+    if (equals == std::string::npos || equals == 0)
+        throw CLI::ValidationError("--query", "takes key=value, not \"" + text + "\"");
+    commandLine.query.emplace_back(text.substr(0, equals), text.substr(equals + 1));
+}
+
+void addFolder(CLI::App& app, CommandLine& commandLine) {
+    CLI::App* folder = addCommand(app, commandLine, Command::FOLDER, "folder", "List the contents of folders");
+    folder->add_option("URN-OR-LINK", commandLine.urns, "Folders, by URN or by link to their contents")->required();
+    folder
+        ->add_option_function<std::vector<std::string>>(
+            "--query",
+            [&commandLine](const std::vector<std::string>& pairs) {
+                for (const std::string& pair : pairs)
+                    addQueryPair(commandLine, pair);
+            },
+            "A pair key=value for the query; may be repeated, the order is kept")
+        ->take_all()
+        ->expected(1, CLI::detail::expected_max_vector_size)
+        ->allow_extra_args(false);
+    addRequestOptions(*folder, commandLine);
+}
+
+void addServe(CLI::App& app, CommandLine& commandLine) {
+    CLI::App* serve =
+        addCommand(app, commandLine, Command::SERVE, "serve", "Run the local service until it is interrupted");
+    serve->add_option("--data", commandLine.dataFolder,
+                      "Folder with JSON files to serve; without it the sample project");
+    serve->add_option("--port", commandLine.port, "Port to listen on; 0 for any free one (0)")
+        ->check(CLI::Range(0, 65535));
+    serve->add_option("--token-file", commandLine.tokenFile,
+                      "File that holds the token to ask for; without it the environment variable ORVANE_TOKEN");
+}
+
+std::string firstLine(const std::string& text) {
+    return text.substr(0, text.find('\n'));
+}
+
+} // namespace
+
+std::optional<EarlyEnd> parseCommandLine(int argc, const char* const* argv, CommandLine& commandLine) {
+    CLI::App app("Talks to the Orvane design data service.", "orvane");
+    app.set_version_flag("--version", std::string("orvane ") + version);
+    app.require_subcommand(1);
+    addFolder(app, commandLine);
+    addServe(app, commandLine);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::CallForHelp&) {
+        const auto chosen = app.get_subcommands();
+        return EarlyEnd{chosen.empty() ? app.help() : chosen.front()->help("orvane"), ""};
+    } catch (const CLI::CallForVersion& request) {
+        return EarlyEnd{request.what() + std::string("\n"), ""};
+    } catch (const CLI::ParseError& error) {
+        return EarlyEnd{"", firstLine(error.what()) + "; see orvane --help"};
+    }
+    return std::nullopt;
+}
+
+} // namespace OrvaneHost

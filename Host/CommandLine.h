@@ -1,0 +1,41 @@
+#pragma once
+
+#include <chrono>
+#include <list>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace OrvaneHost {
+
+/// What the user asked for.
+struct CommandLine {
+    enum class Command { FOLDER, SERVE };
+
+    Command command = Command::FOLDER;
+    std::vector<std::string> urns; ///< Or links.
+
+    std::string service; ///< Empty for the local service inside the program.
+    std::string v3Service;
+    std::string tokenFile; ///< Empty for the environment's token.
+    std::chrono::seconds timeout = std::chrono::seconds(120);
+    bool async = false;
+    bool json = false;
+
+    std::list<std::pair<std::string, std::string>> query;
+
+    std::string dataFolder; ///< Empty for the sample project.
+    int port = 0;
+};
+
+/// Why the program ends instead of running a command.
+struct EarlyEnd {
+    std::string output; ///< For standard output: help or version.
+    std::string error;  ///< For standard error, in one line; empty if nothing is wrong.
+};
+
+/// Reads the arguments into `commandLine`, or tells why there is nothing to run.
+std::optional<EarlyEnd> parseCommandLine(int argc, const char* const* argv, CommandLine& commandLine);
+
+} // namespace OrvaneHost

@@ -1,0 +1,112 @@
+#include "Host/Commands.h"
+
+#include "Base/QxBaseCore10/JSONNode.h"
+#include "Host/Console.h"
+#include "Host/FolderReport.h"
+#include "Host/Session.h"
+#include "Server/Orvane/FolderContentLink.h"
+
+#include <csignal>
+#include <fmt/format.h>
+
+namespace OrvaneHost {
+
+namespace {
+
+using Orvane::FolderContentLink;
+
+// What the library told of one request.
+template <class Data>
+struct Outcome {
+    bool success = false;
+    Data data;
+};
+
+FolderContentLink linkOf(const std::string& urnOrLink) {
+    return FolderContentLink::isOrvaneFolderContentLink(urnOrLink) ? FolderContentLink::fromContentLink(urnOrLink)
+                                                                   : FolderContentLink::fromUrn(urnOrLink);
+}
+
+int printFailure(const Qx::HTTPResponse& response, const std::string& urn) {
+    printError(explainFailure(response, urn));
+    return 1;
+}
+
+using Listing = Outcome<Qx::JSONNode>;
+
+Qx::Orvanedm::FolderContentsCallback keepIn(Listing& listing) {
+    return [&listing](bool success, const Qx::JSONNode& contents) {
+        listing = {success, contents};
+    };
+}
+
+// Several folders go out as one batch.
+void requestBatch(Qx::Orvanedm& orvanedm, const CommandLine& commandLine, std::vector<Listing>& listings) {
+    std::vector<Qx::HTTPRequest> requests;
+    for (std::size_t i = 0; i < listings.size(); ++i) {
+        requests.emplace_back(BOOST_CURRENT_LOCATION);
+        orvanedm.buildOrvaneFolderContentsRequest(linkOf(commandLine.urns[i]), commandLine.query, keepIn(listings[i]),
+                                                  requests.back());
+    }
+    orvanedm.getFolderContents(std::move(requests), [](const std::vector<Qx::HTTPResponse>&) {});
+}
+
+int runFolder(const CommandLine& commandLine) {
+    std::vector<Listing> listings(commandLine.urns.size());
+    Session session(commandLine);
+    if (listings.size() == 1)
+        session.orvanedm().getFolderContents(linkOf(commandLine.urns.front()), commandLine.query,
+                                             keepIn(listings.front()));
+    else
+        requestBatch(session.orvanedm(), commandLine, listings);
+    const std::vector<Qx::HTTPResponse> responses = session.waitForResponses();
+
+    int exitStatus = 0;
+    const char* separator = "";
+    for (std::size_t i = 0; i < listings.size(); ++i) {
+        const std::string& urn = commandLine.urns[i];
+        const auto& [success, contents] = listings[i];
+        if (!success) {
+            exitStatus = printFailure(responses[i], urn);
+        } else if (commandLine.json) {
+            printOutput(folderJSON(urn, contents));
+        } else {
+            printOutput(fmt::format("{}{}", separator, folderText(urn, contents)));
+            separator = "\n";
+        }
+    }
+    return exitStatus;
+}
+
+int runServe(const CommandLine& commandLine) {
+    // Blocked before the service starts its threads, so that none of them takes the signal.
+    sigset_t interrupts;
+    sigemptyset(&interrupts);
+    sigaddset(&interrupts, SIGINT);
+    sigaddset(&interrupts, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &interrupts, nullptr);
+
+    const std::string ownToken = readToken(commandLine.tokenFile);
+    const LocalService service(commandLine.dataFolder.empty() ? ServiceData::sample()
+                                                              : ServiceData::fromFolder(commandLine.dataFolder),
+                               ownToken.empty() ? sampleToken : ownToken, commandLine.port);
+    printOutput(fmt::format("Serving at {}\nThe bearer token is {}. Interrupt to stop.\n", service.baseUri(),
+                            ownToken.empty() ? fmt::format("\"{}\"", sampleToken) : "yours"));
+    int received = 0;
+    sigwait(&interrupts, &received);
+    return 0;
+}
+
+} // namespace
+
+int runCommand(const CommandLine& commandLine) {
+    switch (commandLine.command) {
+    case CommandLine::Command::FOLDER:
+        return runFolder(commandLine);
+    case CommandLine::Command::SERVE:
+        return runServe(commandLine);
+    }
+    return 2;
+}
+
+} // namespace OrvaneHost

@@ -1,0 +1,127 @@
+#include "Host/HTTPClient/CurlHTTPClient.h"
+
+#include <atomic>
+#include <exception>
+#include <future>
+#include <memory>
+#include <utility>
+
+namespace OrvaneHost {
+
+namespace {
+
+using Requests = std::vector<Qx::HTTPRequest>;
+using BatchCallback = Qx::IHTTPClient::BatchCallback;
+
+// The requests that are sent and answered together: one, or a batch.
+class Group {
+public:
+    Group(Requests requests, BatchCallback batchCallback)
+        : requests_(std::move(requests)),
+          responses_(requests_.size()),
+          uncompleted_(requests_.size()),
+          batchCallback_(std::move(batchCallback)) {}
+
+    const Requests& requests() const { return requests_; }
+
+    void setResponse(std::size_t index, Qx::HTTPResponse response) { responses_[index] = std::move(response); }
+
+    // Calls the completion of one request and, behind the last, that of the batch. What the first throws
+    // comes out after the second has run.
+    void complete(std::size_t index) {
+        std::exception_ptr thrown;
+        try {
+            if (const auto& callback = requests_[index].getCallback())
+                callback(responses_[index]);
+        } catch (...) {
+            thrown = std::current_exception();
+        }
+        if (--uncompleted_ == 0)
+            completeBatch();
+        if (thrown)
+            std::rethrow_exception(thrown);
+    }
+
+    void completeBatch() const {
+        if (batchCallback_)
+            batchCallback_(responses_);
+    }
+
+private:
+    const Requests requests_;
+    std::vector<Qx::HTTPResponse> responses_;
+    std::atomic<std::size_t> uncompleted_;
+    const BatchCallback batchCallback_;
+};
+
+void completeAll(Group& group) {
+    if (group.requests().empty())
+        group.completeBatch();
+    std::exception_ptr firstThrown;
+    for (std::size_t index = 0; index < group.requests().size(); ++index) {
+        try {
+            group.complete(index);
+        } catch (...) {
+            if (!firstThrown)
+                firstThrown = std::current_exception();
+        }
+    }
+    if (firstThrown)
+        std::rethrow_exception(firstThrown);
+}
+
+void answerInCallingThread(Group group, TransferThread& transfers) {
+    std::vector<std::future<Qx::HTTPResponse>> responses;
+    for (const Qx::HTTPRequest& request : group.requests()) {
+        const auto promise = std::make_shared<std::promise<Qx::HTTPResponse>>();
+        responses.push_back(promise->get_future());
+        transfers.submit(request, [promise](Qx::HTTPResponse response) { promise->set_value(std::move(response)); });
+    }
+    for (std::size_t index = 0; index < responses.size(); ++index)
+        group.setResponse(index, responses[index].get());
+    // From here on the client is not touched: a completion may have destroyed it.
+    completeAll(group);
+}
+
+void answerOnDeliveryThreads(std::shared_ptr<Group> group, TransferThread& transfers, DeliveryThreads& deliveries) {
+    if (group->requests().empty())
+        deliveries.post("batch", [group] { group->completeBatch(); });
+    for (std::size_t index = 0; index < group->requests().size(); ++index) {
+        // The group is moved on, so that callbacks are destroyed where they have run: the last of them may
+        // drop the client, which the transfer thread can't end.
+        auto answered = [group, index, &deliveries](Qx::HTTPResponse response) mutable {
+            group->setResponse(index, std::move(response));
+            std::string threadName = group->requests()[index].getThreadName();
+            deliveries.post(std::move(threadName), [group = std::move(group), index] { group->complete(index); });
+        };
+        transfers.submit(group->requests()[index], std::move(answered));
+    }
+}
+
+} // namespace
+
+CurlHTTPClient::CurlHTTPClient(const CurlHTTPClientSettings& settings)
+    : transfers_(settings), deliveries_(settings.deliveryThreads) {}
+
+CurlHTTPClient::~CurlHTTPClient() {
+    transfers_.close();
+}
+
+void CurlHTTPClient::queueRequest(Qx::HTTPRequest& request) {
+    send({request}, nullptr, request.executionType);
+}
+
+void CurlHTTPClient::whenAllRequests(Requests& requests, BatchCallback callback,
+                                     Qx::HTTPRequest::ExecutionType executionType) {
+    send(requests, std::move(callback), executionType);
+}
+
+void CurlHTTPClient::send(Requests requests, BatchCallback callback, Qx::HTTPRequest::ExecutionType executionType) {
+    if (executionType == Qx::HTTPRequest::ExecutionType::CALLING_THREAD)
+        answerInCallingThread(Group(std::move(requests), std::move(callback)), transfers_);
+    else
+        answerOnDeliveryThreads(std::make_shared<Group>(std::move(requests), std::move(callback)), transfers_,
+                                deliveries_);
+}
+
+} // namespace OrvaneHost

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Base/QxBase10/IHTTPClient.h"
+#include "Host/HTTPClient/CurlHTTPClientSettings.h"
+#include "Host/HTTPClient/DeliveryThreads.h"
+#include "Host/HTTPClient/TransferThread.h"
+
+namespace OrvaneHost {
+
+/// Sends requests over HTTP and HTTPS.
+///
+/// Transfers run on one thread of the client; completions run on a few others, so that reading a large answer
+/// never holds up other transfers, or in the calling thread where the request asks for that. Connections are
+/// reused, compressed answers are accepted, certificates are always verified, and the limits of the settings
+/// hold. The token goes only over https or to this machine, and never to another host than the one asked.
+///
+/// Each request gets one completion whatever happens: also if it is refused (control characters in its
+/// address or a header, an address that is neither http nor https), if the client is destroyed meanwhile, or
+/// if another completion throws. In the calling thread what a completion throws passes through, after the
+/// completions of the same batch; on a thread of the client it ends there. All operations may be called from several
+/// threads at once and from completions. A completion may destroy the client, if no call to it is running on
+/// another thread.
+class CurlHTTPClient : public Qx::IHTTPClient {
+public:
+    explicit CurlHTTPClient(const CurlHTTPClientSettings& settings);
+
+    /// Answers the requests in flight with a transport failure and returns when their completions have. What they
+    /// queue meanwhile is answered so too; one that always queues another keeps the destructor from returning.
+    ~CurlHTTPClient() override;
+
+    void queueRequest(Qx::HTTPRequest& request) override;
+    void whenAllRequests(std::vector<Qx::HTTPRequest>& requests, BatchCallback callback,
+                         Qx::HTTPRequest::ExecutionType executionType) override;
+
+private:
+    void send(std::vector<Qx::HTTPRequest> requests, BatchCallback callback,
+              Qx::HTTPRequest::ExecutionType executionType);
+
+    // In this order: the last deliveries run while the transfers, though closed, can still be asked for more.
+    TransferThread transfers_;
+    DeliveryThreads deliveries_;
+};
+
+} // namespace OrvaneHost

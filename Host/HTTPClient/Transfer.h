@@ -1,0 +1,73 @@
+#pragma once
+
+#include "Base/QxBase10/HTTPRequest.h"
+#include "Base/QxBase10/HTTPResponse.h"
+#include "Host/HTTPClient/CurlHTTPClientSettings.h"
+#include "Host/HTTPClient/TransferThread.h"
+
+#include <array>
+#include <curl/curl.h>
+#include <memory>
+#include <string>
+#include <string_view>
+
+// Private to `TransferThread`: with its source one of the places that know libcurl.
+namespace OrvaneHost {
+
+template <auto destroy>
+struct CurlDeleter {
+    template <class Handle>
+    void operator()(Handle* handle) const {
+        destroy(handle);
+    }
+};
+
+using CurlMulti = std::unique_ptr<CURLM, CurlDeleter<curl_multi_cleanup>>;
+using CurlEasy = std::unique_ptr<CURL, CurlDeleter<curl_easy_cleanup>>;
+using CurlUrl = std::unique_ptr<CURLU, CurlDeleter<curl_url_cleanup>>;
+using CurlHeaders = std::unique_ptr<curl_slist, CurlDeleter<curl_slist_free_all>>;
+
+/// One request on its way: what is sent, under which limits, and what came back so far.
+class Transfer {
+public:
+    Transfer(const Qx::HTTPRequest& request, const CurlHTTPClientSettings& settings, TransferThread::Answered answered);
+    Transfer(const Transfer&) = delete;
+    Transfer& operator=(const Transfer&) = delete;
+
+    /// Why the request may not be sent, in one line; empty if it may.
+    const std::string& refusal() const;
+
+    /// Keeps `easy` and prepares it for the request. False if there is no memory for that.
+    bool prepare(CurlEasy easy);
+
+    /// The handle that `prepare` was given.
+    CURL* handle() const;
+    CurlEasy releaseHandle();
+
+    /// Answers with what came back, or why nothing did.
+    void answer(CURLcode result);
+    void answerFailure(std::string reason);
+
+private:
+    static std::size_t write(const char* bytes, std::size_t, std::size_t count, void* transfer) noexcept;
+    bool append(std::string_view bytes);
+    void reserve(std::size_t more);
+    std::string reasonFor(CURLcode result) const;
+
+    const CurlHTTPClientSettings& settings_;
+    TransferThread::Answered answered_;
+    const Qx::HTTPRequest::Method method_;
+    CurlUrl url_;
+    bool sendsToken_ = false;
+    bool isHttps_ = false;
+    bool isLocal_ = false;
+    std::string refusal_;
+    CurlHeaders headers_;
+
+    CurlEasy easy_;
+    std::array<char, CURL_ERROR_SIZE> error_{};
+    std::string body_;
+    bool bodyTooLong_ = false;
+};
+
+} // namespace OrvaneHost

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Base/QxBase10/HTTPRequest.h"
+#include "Base/QxBase10/HTTPResponse.h"
+#include "Host/HTTPClient/CurlHTTPClientSettings.h"
+
+#include <functional>
+#include <memory>
+
+namespace OrvaneHost {
+
+/// Runs HTTP transfers side by side on one thread of its own, over connections that are kept for reuse.
+class TransferThread {
+public:
+    /// Called once, on the transfer thread, in `submit` or in `close`. It must be quick and not throw.
+    using Answered = std::function<void(Qx::HTTPResponse response)>;
+
+    explicit TransferThread(CurlHTTPClientSettings settings);
+    TransferThread(const TransferThread&) = delete;
+    TransferThread& operator=(const TransferThread&) = delete;
+
+    ~TransferThread();
+
+    /// Answers what is in flight or waiting with a transport failure and ends the thread. What is submitted
+    /// from then on is answered so at once.
+    void close();
+
+    /// Sends the request as soon as there is a connection for it. Of `request` it takes all but the callback
+    /// and the thread name. A request that may not be sent is answered before `submit` returns. May be called
+    /// from any thread.
+    void submit(const Qx::HTTPRequest& request, Answered answered);
+
+private:
+    class Loop;
+
+    const std::unique_ptr<Loop> loop_;
+};
+
+} // namespace OrvaneHost

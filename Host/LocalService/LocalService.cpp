@@ -1,0 +1,94 @@
+#include "Host/LocalService/LocalService.h"
+
+#include <fmt/format.h>
+#include <httplib.h>
+#include <stdexcept>
+#include <utility>
+
+namespace OrvaneHost {
+
+namespace {
+
+constexpr const char* host = "127.0.0.1";
+constexpr const char* jsonType = "application/json";
+
+void answerError(httplib::Response& response, int status, const char* title, const char* detail) {
+    response.status = status;
+    response.set_content(ServiceData::errorBody(status, title, detail), jsonType);
+}
+
+} // namespace
+
+LocalService::LocalService(ServiceData data, std::string token, int port)
+    : data_(std::move(data)), token_(std::move(token)), server_(std::make_unique<httplib::Server>()) {
+    // A connection that is kept alive holds a thread, so there have to be more than clients keep open.
+    server_->new_task_queue = [] {
+        return new httplib::ThreadPool(32);
+    };
+    server_->set_keep_alive_max_count(1'000'000);
+    server_->set_keep_alive_timeout(1); // Seconds; stopping waits for idle connections.
+    server_->set_payload_max_length(std::size_t{1} << 20);
+    server_->set_tcp_nodelay(true);
+    // By default two servers could share a port, each with a part of the requests.
+    server_->set_socket_options([](socket_t socket) {
+        const int on = 1;
+        setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+    });
+
+    answerAt("GET", "/orvanedm/folders/(.*)/content", ServiceData::Address::FOLDER_CONTENTS);
+    answerAt("GET", "/orvanedm/v3/versions/(.*)/fullassembly", ServiceData::Address::FULL_ASSEMBLY);
+    answerAt("POST", "/orvanedm/versions/(.*)/fullassembly/access", ServiceData::Address::FULL_ASSEMBLY_ACCESS);
+    server_->set_error_handler([](const httplib::Request&, httplib::Response& response) {
+        if (response.body.empty())
+            answerError(response, response.status, "Refused",
+                        "The service has no such address, or takes no such request.");
+    });
+
+    port_ = port == 0 ? server_->bind_to_any_port(host) : (server_->bind_to_port(host, port) ? port : -1);
+    if (port_ <= 0)
+        throw std::runtime_error(fmt::format("can't listen on port {} of {}; choose another with --port", port, host));
+    thread_ = std::thread([this] { server_->listen_after_bind(); });
+    // Only a server that runs can be stopped.
+    while (!server_->is_running())
+        std::this_thread::yield();
+}
+
+LocalService::~LocalService() {
+    server_->stop();
+    thread_.join();
+}
+
+int LocalService::port() const {
+    return port_;
+}
+
+std::string LocalService::baseUri() const {
+    return fmt::format("http://{}:{}/orvanedm", host, port_);
+}
+
+std::string LocalService::baseUriV3() const {
+    return baseUri() + "/v3";
+}
+
+void LocalService::answerAt(const char* method, const std::string& pattern, ServiceData::Address address) {
+    const auto answer = [this, address](const httplib::Request& request, httplib::Response& response) {
+        if (!isAuthorized(request)) {
+            response.set_header("WWW-Authenticate", "Bearer");
+            answerError(response, 401, "Unauthorized", "The request needs the right bearer token.");
+            return;
+        }
+        const ServiceData::Answer found = data_.find(address, request.matches[1].str());
+        response.status = found.status;
+        response.set_content(found.body, jsonType);
+    };
+    if (std::string_view(method) == "POST")
+        server_->Post(pattern, answer);
+    else
+        server_->Get(pattern, answer);
+}
+
+bool LocalService::isAuthorized(const httplib::Request& request) const {
+    return request.get_header_value("Authorization") == "Bearer " + token_;
+}
+
+} // namespace OrvaneHost

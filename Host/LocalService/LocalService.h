@@ -1,0 +1,52 @@
+#pragma once
+
+#include "Host/LocalService/ServiceData.h"
+
+#include <memory>
+#include <string>
+#include <thread>
+
+namespace httplib {
+class Server;
+struct Request;
+struct Response;
+} // namespace httplib
+
+namespace OrvaneHost {
+
+/// The Orvane service in small, on a loopback port, over HTTP/1.1 with keep-alive:
+///
+///     GET  /orvanedm/folders/{folder URN}/content
+///     GET  /orvanedm/v3/versions/{version URN}/fullassembly
+///     POST /orvanedm/versions/{version URN}/fullassembly/access
+///
+/// It answers 401 without the right bearer token and 404 for what it does not know, with a JSON body.
+class LocalService {
+public:
+    /// Starts to serve, from threads of its own. `port` 0 takes any free port. Throws `std::runtime_error`
+    /// with a message of one line if the port is not to be had.
+    LocalService(ServiceData data, std::string token, int port);
+    LocalService(const LocalService&) = delete;
+    LocalService& operator=(const LocalService&) = delete;
+
+    /// Ends the requests that are being answered and stops.
+    ~LocalService();
+
+    int port() const;
+
+    /// What the options "orvaneServiceUrl" and "orvaneV3ServiceUrl" are to hold.
+    std::string baseUri() const;
+    std::string baseUriV3() const;
+
+private:
+    void answerAt(const char* method, const std::string& pattern, ServiceData::Address address);
+    bool isAuthorized(const httplib::Request& request) const;
+
+    const ServiceData data_;
+    const std::string token_;
+    const std::unique_ptr<httplib::Server> server_;
+    int port_ = 0;
+    std::thread thread_;
+};
+
+} // namespace OrvaneHost

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace OrvaneHost {
+
+/// The UTF-8 text with U+FFFD for whatever could play tricks on a terminal: control characters, line breaks and
+/// changes of the writing direction included.
+std::string printable(std::string_view text);
+
+} // namespace OrvaneHost

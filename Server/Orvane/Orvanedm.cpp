@@ -1,0 +1,111 @@
+#include "Server/Orvane/Orvanedm.h"
+
+#include "Base/QxBase10/HTTPRequest.h"
+#include "Base/QxBase10/HTTPResponse.h"
+#include "Base/QxBase10/HTTPUtils.h"
+#include "Base/QxBase10/IHTTPClient.h"
+#include "Base/QxBaseCore10/ApplicationOptions.h"
+#include "Base/QxBaseCore10/CloudBrowser.h"
+#include "Base/QxBaseCore10/JSONNode.h"
+#include "Base/QxBaseCore10/Status.h"
+#include "Base/QxBaseCore10/Strings.h"
+#include "Base/QxBaseCore10/Uri.h"
+#include "Server/Orvane/FolderContentLink.h"
+
+namespace Qx {
+
+namespace {
+
+using ::Orvane::FolderContentLink;
+
+std::string readBaseUri(const std::string& optionsName, const wchar_t* key) {
+    std::wstring uri;
+    ApplicationOptions::get(optionsName)->tryGet(key, uri);
+    return ToHString(uri);
+}
+
+// The form that all requests of the client share.
+void fillRequest(HTTPRequest& request, std::string url, HTTPRequest::Method method, bool async,
+                 const HTTPRequest::Callback& completion, const char* threadName) {
+    request.setURL(std::move(url));
+    request.setAuthType(HTTPRequest::AuthType::BEARER);
+    request.setHeader("Content-Type", "application/json");
+    request.setHeader("Accept", "application/json");
+    request.setMethod(method);
+    request.executionType =
+        async ? HTTPRequest::ExecutionType::CLIENT_THREAD : HTTPRequest::ExecutionType::CALLING_THREAD;
+    request.setCallback(completion);
+    request.setThreadName(threadName);
+}
+
+// The response step, in which all completions end.
+void handleJSONResponse(HTTPResponse response, Orvanedm::FolderContentsCallback callback) {
+    JSONNode node("{}");
+    if (!response.isSuccessful()) {
+        callback(false, node);
+        return;
+    }
+    // Success carries no reason on its way to the caller, so the status ends here.
+    Status status;
+    const bool success = HTTPUtils::extractJSON(status, response, node);
+    callback(success, node);
+}
+
+} // namespace
+
+Orvanedm::Orvanedm(std::shared_ptr<IHTTPClient> httpClient, const std::string& optionsName)
+    : httpClient_(std::move(httpClient)), optionsName_(optionsName) {}
+
+Orvanedm::Orvanedm(const Orvanedm& other) = default;
+
+Orvanedm& Orvanedm::operator=(const Orvanedm& other) = default;
+
+Orvanedm::~Orvanedm() = default;
+
+void Orvanedm::setAsync(bool async) {
+    async_ = async;
+}
+
+std::string Orvanedm::baseOrvanedmUri() {
+    return baseOrvanedmUri(ICloudBrowser::get()->currentOptionsName());
+}
+
+std::string Orvanedm::baseOrvanedmUri(const std::string& optionsName) {
+    return readBaseUri(optionsName, L"orvaneServiceUrl");
+}
+
+std::string Orvanedm::baseOrvanedmUri_V3() {
+    return baseOrvanedmUri_V3(ICloudBrowser::get()->currentOptionsName());
+}
+
+std::string Orvanedm::baseOrvanedmUri_V3(const std::string& optionsName) {
+    return readBaseUri(optionsName, L"orvaneV3ServiceUrl");
+}
+
+void Orvanedm::buildOrvaneFolderContentsRequest(const FolderContentLink& link, const QueryVariables& queryVariables,
+                                                FolderContentsCallback callback, HTTPRequest& request) {
+    Uri uri = link.href();
+    for (const auto& [key, value] : queryVariables)
+        uri.SetQueryVariable(key, value);
+    fillRequest(
+        request, uri.ToString(true), HTTPRequest::Method::GET, async_,
+        [callback = std::move(callback)](const HTTPResponse& response) { handleJSONResponse(response, callback); },
+        "Orvanedm::getFolderContents");
+}
+
+void Orvanedm::getFolderContents(const FolderContentLink& link, const QueryVariables& queryVariables,
+                                 FolderContentsCallback callback) {
+    HTTPRequest request(BOOST_CURRENT_LOCATION);
+    buildOrvaneFolderContentsRequest(link, queryVariables, std::move(callback), request);
+    getFolderContents(std::move(request));
+}
+
+void Orvanedm::getFolderContents(HTTPRequest request) {
+    httpClient_->queueRequest(request);
+}
+
+void Orvanedm::getFolderContents(std::vector<HTTPRequest> requests, BatchCallback callback) {
+    httpClient_->whenAllRequests(requests, std::move(callback), HTTPRequest::ExecutionType::CLIENT_THREAD);
+}
+
+} // namespace Qx

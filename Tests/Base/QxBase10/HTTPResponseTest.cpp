@@ -1,0 +1,48 @@
+#include "Base/QxBase10/HTTPResponse.h"
+
+#include "Base/QxBase10/HTTPUtils.h"
+#include "Base/QxBaseCore10/Status.h"
+#include "Tests/Support/Json.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Qx::HTTPResponse;
+
+TEST(HTTPResponse, IsSuccessfulFrom200To299) {
+    for (const int status : {200, 204, 299})
+        EXPECT_TRUE(HTTPResponse(status, "").isSuccessful()) << status;
+    for (const int status : {0, 199, 300, 401, 403, 500})
+        EXPECT_FALSE(HTTPResponse(status, "").isSuccessful()) << status;
+    EXPECT_FALSE(HTTPResponse::transportFailure("no route").isSuccessful());
+    EXPECT_EQ(HTTPResponse::transportFailure("no route").getReason(), "no route");
+}
+
+TEST(HTTPResponse, HoldsItsBodyOnce) {
+    std::string body(1000, 'x');
+    body.reserve(body.size() + HTTPResponse::spareBytes);
+    const char* bytes = body.data();
+    const HTTPResponse response(200, std::move(body));
+    const HTTPResponse copy = response;
+    EXPECT_EQ(response.getBody().data(), bytes);
+    EXPECT_EQ(copy.getBody().data(), bytes);
+    EXPECT_EQ(copy.getBody(), std::string(1000, 'x'));
+    EXPECT_TRUE(HTTPResponse().getBody().empty());
+}
+
+TEST(HTTPUtils, ParsesTheBodyOrSaysWhyNot) {
+    Qx::JSONNode node = json(R"({"before":1})");
+    for (const HTTPResponse& response : {HTTPResponse(), HTTPResponse(200, ""), HTTPResponse(200, "<html>")}) {
+        Qx::Status status;
+        EXPECT_FALSE(Qx::HTTPUtils::extractJSON(status, response, node));
+        EXPECT_FALSE(status.reason().empty());
+        EXPECT_TRUE(node.exists("before"));
+    }
+    Qx::Status status;
+    EXPECT_TRUE(Qx::HTTPUtils::extractJSON(status, HTTPResponse(200, R"({ "results": "yes" })"), node));
+    EXPECT_TRUE(status.isOk());
+    EXPECT_EQ(node.toText(), R"({"results":"yes"})") << "the body is gone, the node is not";
+}
+
+} // namespace

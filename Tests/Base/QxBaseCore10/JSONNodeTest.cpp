@@ -1,0 +1,111 @@
+#include "Base/QxBaseCore10/JSONNode.h"
+
+#include "Base/QxBaseCore10/Status.h"
+#include "Tests/Support/Json.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// Arrays in one another, with `innermost` in the last.
+std::string nested(std::size_t levels, const std::string& innermost = "") {
+    return std::string(levels, '[') + innermost + std::string(levels, ']');
+}
+
+bool parses(const std::string& text) {
+    Qx::JSONNode node;
+    Qx::Status status;
+    const bool parsed = Qx::JSONNode::parse(text, 0, node, status);
+    EXPECT_EQ(parsed, status.isOk()) << text.substr(0, 40);
+    return parsed;
+}
+
+TEST(JSONNode, RefusesWhatIsNotJSON) {
+    for (const std::string& text : {std::string(),
+                                    std::string(" "),
+                                    std::string("\xEF\xBB\xBF"),
+                                    std::string("nul"),
+                                    std::string("{} x"),
+                                    std::string("{}{"),
+                                    std::string("[1,]"),
+                                    std::string("01"),
+                                    std::string("\"a\xFF\""),
+                                    std::string(R"("\ud800")"),
+                                    std::string(R"("\udc00")"),
+                                    std::string(R"("\ud83d\u0041")"),
+                                    std::string("18446744073709551616"),
+                                    std::string("-9223372036854775809"),
+                                    std::string("1e999"),
+                                    std::string("\"a\nb\""),
+                                    std::string("{}\0", 3),
+                                    nested(1025),
+                                    nested(1024, "1"),
+                                    nested(1'000'000)})
+        EXPECT_FALSE(parses(text)) << text.substr(0, 40);
+    for (const std::string& text :
+         {std::string("\xEF\xBB\xBF{}"), std::string(" null "), std::string("-1.5e3"),
+          std::string("18446744073709551615"), std::string(R"("\ud83d\ude00")"), nested(1024), nested(1023, "1")})
+        EXPECT_TRUE(parses(text)) << text.substr(0, 40);
+}
+
+TEST(JSONNode, KeepsItsValueWhenParsingFails) {
+    Qx::JSONNode node = json(R"({"a":1})");
+    Qx::Status status;
+    EXPECT_FALSE(Qx::JSONNode::parse("{", 0, node, status));
+    EXPECT_TRUE(node.exists("a"));
+    EXPECT_FALSE(status.reason().empty());
+    EXPECT_TRUE(Qx::JSONNode::parse("{}", 0, node, status));
+    EXPECT_TRUE(status.isOk()) << "a reason from before is gone";
+}
+
+TEST(JSONNode, FailedConstructionGivesNull) {
+    const Qx::JSONNode node = json("{");
+    EXPECT_FALSE(node.exists("a"));
+    EXPECT_TRUE(node["a"].isNull());
+    EXPECT_FALSE(node.isArray());
+    EXPECT_TRUE(node.begin() == node.end());
+    EXPECT_EQ(node.toText(), "null");
+}
+
+TEST(JSONNode, HasAKeyWhoseValueIsNull) {
+    const Qx::JSONNode node = json(R"({"a":null,"b":0,"b":1})");
+    EXPECT_TRUE(node.exists("a"));
+    EXPECT_TRUE(node["a"].isNull());
+    EXPECT_FALSE(node.exists("A"));
+    EXPECT_TRUE(node["A"].isNull());
+    EXPECT_EQ(node["b"].asHString(""), "0") << "of a repeated key the first counts";
+}
+
+TEST(JSONNode, WrongKindsHaveNoKeysAndNoElements) {
+    for (const char* text : {"null", "true", "1", "\"id\"", "[{\"id\":1}]"})
+        EXPECT_FALSE(json(text).exists("id")) << text;
+    for (const char* text : {"null", "true", "1", "\"id\"", "{\"id\":1}"}) {
+        EXPECT_FALSE(json(text).isArray()) << text;
+        EXPECT_FALSE(json(text).begin() != json(text).end()) << text;
+    }
+}
+
+TEST(JSONNode, WalksArraysInOrderOverNestedElements) {
+    const Qx::JSONNode node = json(R"([1,[2,{"a":[3]}],{"b":4},"five",[]])");
+    std::string texts;
+    for (const Qx::JSONRef& element : node)
+        texts += Qx::JSONNode(element).toText() + ";";
+    EXPECT_EQ(texts, R"(1;[2,{"a":[3]}];{"b":4};"five";[];)");
+    EXPECT_TRUE(json("[]").isArray());
+    EXPECT_TRUE(json("[]").begin() == json("[]").end());
+}
+
+TEST(JSONNode, ChildrenOutliveTheNodeTheyCameFrom) {
+    Qx::JSONNode child;
+    {
+        const Qx::JSONNode root = json(R"({"a":{"b":"text that is longer than a short string"}})");
+        const Qx::JSONRef ref = root["a"];
+        child = Qx::JSONNode(ref);
+    }
+    EXPECT_EQ(child["b"].asHString(""), "text that is longer than a short string");
+    const Qx::JSONNode moved = std::move(child);
+    EXPECT_TRUE(moved.exists("b"));
+    EXPECT_FALSE(child.exists("b")) << "a moved-from node is null";
+}
+
+} // namespace

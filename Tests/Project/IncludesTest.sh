@@ -1,0 +1,38 @@
+#!/usr/bin/env bash
+# IncludesTest.sh FOLDER: includes in the sources below FOLDER run one way, Base to Server to Host to Tests, and
+# what is installed includes nothing private.
+set -euo pipefail
+cd "$1"
+failed=0
+
+# check FOLDER DEPTH ALLOWED: the files in FOLDER include from the root only what matches ALLOWED.
+check() {
+  local found
+  found=$(find "$1" -maxdepth "$2" -name '*.h' -o -maxdepth "$2" -name '*.cpp' | sort |
+    xargs grep -HnE '^#include "' | grep -vE "#include \"($3)" || true)
+  if [ -n "$found" ]; then
+    echo "included against the direction:" "$found"
+    failed=1
+  fi
+}
+export_header='Server/Orvane/qxorvanedm10_export'
+check Base/QxBaseCore10 1 'Base/QxBaseCore10/'
+check Base/QxBase10 1 'Base/QxBase(Core)?10/'
+check Server/Orvane/Payloads 1 "Base/QxBaseCore10/|Server/Orvane/Payloads/|$export_header"
+check Server/Orvane 1 'Base/|Server/'
+check Host 9 'Base/|Server/|Host/'
+
+# The client and the links know each other, but only their sources do.
+if grep -lE '#include "Server/Orvane/(Orvanedm|FolderContentLink)\.h"' Server/Orvane/*.h; then
+  echo "the headers of client and links must not include one another"
+  failed=1
+fi
+
+private='JSONElement|JSONReading|Texts|Conversions|simdjson|curl|httplib'
+for header in $(grep -hoE '[A-Za-z0-9]+\.h"$' Base/CMakeLists.txt Server/CMakeLists.txt | tr -d '"'); do
+  if find Base Server -name "$header" | xargs grep -HnE "#include [\"<].*($private)"; then
+    echo "an installed header includes a private one"
+    failed=1
+  fi
+done
+exit $failed

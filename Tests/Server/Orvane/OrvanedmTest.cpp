@@ -1,0 +1,124 @@
+#include "Server/Orvane/Orvanedm.h"
+
+#include "Server/Orvane/FolderContentLink.h"
+#include "Tests/Support/FakeHTTPClient.h"
+#include "Tests/Support/Json.h"
+#include "Tests/Support/ScopedState.h"
+
+#include <gtest/gtest.h>
+#include <optional>
+#include <type_traits>
+
+namespace {
+
+using Orvane::FolderContentLink;
+using ExecutionType = Qx::HTTPRequest::ExecutionType;
+
+static_assert(!std::is_default_constructible_v<Qx::Orvanedm>);
+static_assert(std::has_virtual_destructor_v<Qx::Orvanedm>);
+
+// All that a request says, in the order of the common form; the callback and the location aside.
+std::string describe(const Qx::HTTPRequest& request) {
+    std::string text = request.getMethod() == Qx::HTTPRequest::Method::POST ? "POST " : "GET ";
+    text += request.getURL();
+    for (const auto& [name, value] : request.getHeaders())
+        text.append(" | ").append(name).append(": ").append(value);
+    text += request.getAuthType() == Qx::HTTPRequest::AuthType::BEARER ? " | bearer | " : " | ";
+    text += request.executionType == ExecutionType::CLIENT_THREAD ? "client thread | " : "calling thread | ";
+    return text + request.getThreadName();
+}
+
+const std::string common = " | Content-Type: application/json | Accept: application/json | bearer | ";
+
+class OrvanedmTest : public testing::Test {
+protected:
+    const Qx::HTTPRequest& lastRequest() const { return http->queued.back(); }
+
+    const ScopedState service = scopedOption("set", L"orvaneServiceUrl", L"https://first/orvanedm");
+    const ScopedState v3Service = scopedOption("set", L"orvaneV3ServiceUrl", L"https://third");
+    const std::shared_ptr<FakeHTTPClient> http = std::make_shared<FakeHTTPClient>();
+    Qx::Orvanedm orvanedm{http, "set"};
+    const FolderContentLink link = FolderContentLink::fromUrn("an.urn", "set");
+    std::optional<bool> success;
+    std::string contents;
+    Qx::Orvanedm::FolderContentsCallback keepContents = [this](bool succeeded, const Qx::JSONNode& node) {
+        success = succeeded;
+        contents = node.toText();
+    };
+};
+
+TEST_F(OrvanedmTest, BaseUrisAreReadAnewAndEmptyWhereUnset) {
+    EXPECT_EQ(Qx::Orvanedm::baseOrvanedmUri(), "");
+    EXPECT_EQ(Qx::Orvanedm::baseOrvanedmUri_V3(), "");
+    const ScopedState current = scopedCurrentOptions("set");
+    EXPECT_EQ(Qx::Orvanedm::baseOrvanedmUri(), "https://first/orvanedm");
+    EXPECT_EQ(Qx::Orvanedm::baseOrvanedmUri_V3(), "https://third");
+    EXPECT_EQ(Qx::Orvanedm::baseOrvanedmUri("none"), "");
+    EXPECT_EQ(Qx::Orvanedm::baseOrvanedmUri_V3("none"), "");
+}
+
+TEST_F(OrvanedmTest, FolderRequestHasTheCommonForm) {
+    orvanedm.getFolderContents(link, {{"include", "stuff"}, {"something", "else"}}, keepContents);
+    EXPECT_EQ(describe(lastRequest()),
+              "GET https://first/orvanedm/folders/an.urn/content?include=stuff&something=else" + common +
+                  "calling thread | Orvanedm::getFolderContents");
+    EXPECT_NE(std::string(lastRequest().getLocation().function_name()).find("getFolderContents"), std::string::npos);
+    EXPECT_FALSE(success.has_value()) << "nothing is told before the answer";
+}
+
+TEST_F(OrvanedmTest, FolderAnswersReachTheCallback) {
+    struct Case {
+        int status;
+        const char* body;
+        bool success;
+        const char* contents;
+    };
+    for (const Case& answer :
+         {Case{200, R"({ "results": "yes" })", true, R"({"results":"yes"})"}, Case{299, "[]", true, "[]"},
+          Case{200, "no JSON", false, "{}"}, Case{200, "", false, "{}"}, Case{403, R"({"error":1})", false, "{}"},
+          Case{0, "", false, "{}"}}) {
+        orvanedm.getFolderContents(link, {}, keepContents);
+        EXPECT_EQ(lastRequest().getURL(), link.href().ToString(true));
+        http->answer(answer.status, answer.body);
+        EXPECT_EQ(success, answer.success) << answer.body;
+        EXPECT_EQ(contents, answer.contents) << answer.body;
+    }
+}
+
+TEST_F(OrvanedmTest, AsyncCountsWhenARequestIsFormedAndIsEachCopysOwn) {
+    const auto form = [this](Qx::Orvanedm& client) {
+        Qx::HTTPRequest request(BOOST_CURRENT_LOCATION);
+        client.buildOrvaneFolderContentsRequest(link, {}, keepContents, request);
+        return request;
+    };
+    const Qx::HTTPRequest early = form(orvanedm);
+    EXPECT_TRUE(http->queued.empty()) << "forming sends nothing";
+    Qx::Orvanedm copy = orvanedm;
+    copy.setAsync(true);
+    EXPECT_EQ(form(copy).executionType, ExecutionType::CLIENT_THREAD);
+    EXPECT_EQ(form(orvanedm).executionType, ExecutionType::CALLING_THREAD);
+    copy.getFolderContents(early);
+    EXPECT_EQ(lastRequest().executionType, ExecutionType::CALLING_THREAD);
+    copy.setAsync(false);
+    EXPECT_EQ(form(copy).executionType, ExecutionType::CALLING_THREAD);
+
+    std::size_t answered = 0;
+    orvanedm.getFolderContents({early, early}, [&](std::vector<Qx::HTTPResponse> r) { answered = r.size(); });
+    EXPECT_EQ(http->batch.size(), 2U);
+    EXPECT_EQ(http->batchExecutionType, ExecutionType::CLIENT_THREAD);
+    http->batchCallback({Qx::HTTPResponse(), Qx::HTTPResponse()});
+    EXPECT_EQ(answered, 2U);
+}
+
+TEST_F(OrvanedmTest, CallbacksOutliveTheClient) {
+    {
+        Qx::Orvanedm shortLived(http, "set");
+        shortLived.getFolderContents(link, {}, keepContents);
+    }
+    http->answer(200, "{}");
+    EXPECT_EQ(success, true);
+    orvanedm.getFolderContents(link, {}, nullptr);
+    EXPECT_THROW(http->answer(200, "{}"), std::bad_function_call) << "an empty callback is the caller's fault";
+}
+
+} // namespace

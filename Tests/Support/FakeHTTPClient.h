@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Base/QxBase10/IHTTPClient.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+/// Keeps what it is given; the test decides when it is answered, and with what.
+class FakeHTTPClient : public Qx::IHTTPClient {
+public:
+    void queueRequest(Qx::HTTPRequest& request) override { queued.push_back(request); }
+
+    void whenAllRequests(std::vector<Qx::HTTPRequest>& requests, BatchCallback callback,
+                         Qx::HTTPRequest::ExecutionType executionType) override {
+        batch = requests;
+        batchCallback = std::move(callback);
+        batchExecutionType = executionType;
+    }
+
+    /// Answers the last request that was queued.
+    void answer(int status, std::string body) const {
+        queued.back().getCallback()(Qx::HTTPResponse(status, std::move(body)));
+    }
+
+    std::vector<Qx::HTTPRequest> queued;
+    std::vector<Qx::HTTPRequest> batch;
+    BatchCallback batchCallback;
+    Qx::HTTPRequest::ExecutionType batchExecutionType = Qx::HTTPRequest::ExecutionType::CALLING_THREAD;
+};

@@ -1,0 +1,16 @@
+include(CMakePackageConfigHelpers)
+
+set(packageFolder "${CMAKE_INSTALL_LIBDIR}/cmake/QxOrvaneDM10")
+
+install(EXPORT QxOrvaneDM10Targets NAMESPACE QxOrvaneDM10:: DESTINATION "${packageFolder}")
+configure_package_config_file(
+  "${CMAKE_CURRENT_LIST_DIR}/QxOrvaneDM10Config.cmake.in" "${PROJECT_BINARY_DIR}/QxOrvaneDM10Config.cmake"
+  INSTALL_DESTINATION "${packageFolder}")
+write_basic_package_version_file(
+  "${PROJECT_BINARY_DIR}/QxOrvaneDM10ConfigVersion.cmake" COMPATIBILITY SameMajorVersion)
+install(FILES
+  "${PROJECT_BINARY_DIR}/QxOrvaneDM10Config.cmake" "${PROJECT_BINARY_DIR}/QxOrvaneDM10ConfigVersion.cmake"
+  DESTINATION "${packageFolder}")
+
+configure_file("${CMAKE_CURRENT_LIST_DIR}/QxOrvaneDM10.pc.in" "${PROJECT_BINARY_DIR}/QxOrvaneDM10.pc" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/QxOrvaneDM10.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")

@@ -1,0 +1,14 @@
+#!/usr/bin/env bash
+# Sets up what is missing, builds in release mode and runs orvane: with the arguments given, or without any to
+# show the sample project.
+set -euo pipefail
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+
+"$root/scripts/set-up.sh"
+"$root/scripts/build.sh" release orvane
+orvane=$root/build/release/Host/orvane
+
+if [ $# -gt 0 ]; then
+  exec "$orvane" "$@"
+fi
+"$orvane" folder urn:vrnk.dorlqa:fs.folder:gearbox

@@ -1,0 +1,20 @@
+#!/usr/bin/env bash
+# build.sh PRESET [TARGET...]: configures the preset if it has not been, and builds. Prints only if there is work.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+preset=$1
+shift
+
+if [ ! -e "build/$preset/build.ninja" ]; then
+  echo "Configuring $preset" >&2
+  cmake --preset "$preset" >/dev/null
+fi
+targets=()
+[ $# -eq 0 ] || targets=(--target "$@")
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+[ "$(ninja -C "build/$preset" -n "$@" | tail -n 1)" = "ninja: no work to do." ] || echo "Building $preset" >&2
+if ! cmake --build --preset "$preset" "${targets[@]}" >"$log" 2>&1; then
+  cat "$log" >&2
+  exit 1
+fi

@@ -1,0 +1,42 @@
+#!/usr/bin/env bash
+# Installs the packages that the project needs and that are missing. With the argument "all" also those that only
+# .ci/run needs.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+mapfile -t wanted < <(grep -vhE '^(#|$)' scripts/packages.txt)
+if [ "${1:-}" = all ]; then
+  mapfile -t -O "${#wanted[@]}" wanted < <(grep -vhE '^(#|$)' scripts/packages-ci.txt)
+fi
+
+# Asking dpkg costs a noticeable part of a second, so what it said is kept.
+stamp=build/.packages
+if [ "$(cat "$stamp" 2>/dev/null)" = "${wanted[*]}" ] && [ "$stamp" -nt /var/lib/dpkg/status ]; then
+  exit 0
+fi
+
+missing=()
+for package in "${wanted[@]}"; do
+  state=$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null || true)
+  [ "$state" = installed ] || missing+=("$package")
+done
+
+give_up() {
+  echo "Please install these packages (their names are Debian 12's) and run this again: ${missing[*]}" >&2
+  exit 1
+}
+
+if [ ${#missing[@]} -gt 0 ]; then
+  as_root=()
+  if [ "$(id -u)" -ne 0 ]; then
+    command -v sudo >/dev/null || give_up
+    as_root=(sudo)
+  fi
+  command -v apt-get >/dev/null || give_up
+  echo "Installing: ${missing[*]}" >&2
+  "${as_root[@]}" apt-get update -qq >&2 || give_up
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y -qq --no-install-recommends --no-remove "${missing[@]}" >/dev/null || give_up
+fi
+mkdir -p build
+echo "${wanted[*]}" >"$stamp"
