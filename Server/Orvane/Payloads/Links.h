@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Server/Orvane/qxorvanedm10_export.h"
+
+#include <string>
+
+namespace Qx {
+class JSONNode;
+}
+
+namespace Orvane::Payloads {
+
+/// A resource's link to itself. A plain value; may be read from several threads at once.
+/// Moving leaves the source's text empty.
+class QXORVANEDM10_EXPORT Links {
+public:
+    /// No link.
+    Links() = default;
+
+    /// Reads `node` as `init` does.
+    explicit Links(const Qx::JSONNode& node);
+
+    /// Reads "self", a text. If `node` lacks it the link stays as it was.
+    void init(const Qx::JSONNode& node);
+
+    /// The key "self"; empty if there was none.
+    std::string getHref() const;
+    void setHref(const std::string& href);
+
+private:
+    std::string href_;
+};
+
+} // namespace Orvane::Payloads

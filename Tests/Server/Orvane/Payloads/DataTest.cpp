@@ -1,0 +1,41 @@
+#include "Server/Orvane/Payloads/Data.h"
+
+#include "Server/Orvane/Payloads/Links.h"
+#include "Tests/Support/Json.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Orvane::Payloads::Data;
+using Orvane::Payloads::Links;
+
+TEST(Data, ReadsWhatTheNodeCarriesAndKeepsTheRest) {
+    Data data{json("{}")};
+    Links links{json(R"({"self":{"href":"/here"}})")};
+    EXPECT_EQ(data.getId() + data.getType() + links.getHref(), "");
+    for (const char* node : {R"({"id":"an-id","type":"files","self":"/here"})", R"({"type":"folders"})",
+                             R"({"id":null,"type":[],"self":{}})"}) {
+        data.init(json(node));
+        links.init(json(node));
+        EXPECT_EQ(data.getId(), "an-id") << node;
+        EXPECT_EQ(links.getHref(), "/here") << node;
+    }
+    EXPECT_EQ(data.getType(), "folders");
+}
+
+TEST(Data, MovingLeavesTheSourceEmptyAndUsable) {
+    for (const std::string& text : {std::string("short"), std::string(100, 'x')}) {
+        Data data;
+        data.setId(text);
+        data.setType(text);
+        Links links;
+        links.setHref(text);
+        const Data movedData = std::move(data);
+        const Links movedLinks = std::move(links);
+        EXPECT_EQ(movedData.getId() + movedData.getType() + movedLinks.getHref(), text + text + text);
+        EXPECT_EQ(data.getId() + data.getType() + links.getHref(), "");
+    }
+}
+
+} // namespace
