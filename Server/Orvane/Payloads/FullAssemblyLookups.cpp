@@ -1,0 +1,66 @@
+// The queries on files, projects and relationships. An id is compared whole
+// and never parsed.
+
+#include "Server/Orvane/Payloads/FullAssemblyData.h"
+
+#include "Base/QxBaseCore10/Strings.h"
+
+#include <algorithm>
+
+namespace Orvane::Payloads {
+
+std::unordered_map<std::string, std::wstring> FullAssemblyData::getDirectReferencedFiles() const {
+    std::unordered_map<std::string, std::wstring> names;
+    for (const auto& [id, file] : files_)
+        names.try_emplace(id, file.getName());
+    return names;
+}
+
+const FilesData* FullAssemblyData::findFile(const std::string& fileId) const {
+    const auto found = files_.find(fileId);
+    return found == files_.end() ? nullptr : &found->second;
+}
+
+const ProjectData* FullAssemblyData::findProject(const std::string& projectId) const {
+    const auto found = std::find_if(projects_.begin(), projects_.end(),
+                                    [&](const ProjectData& project) { return project.getId() == projectId; });
+    return found == projects_.end() ? nullptr : &*found;
+}
+
+std::wstring FullAssemblyData::getProjectName(const std::string& projectId) const {
+    const ProjectData* project = findProject(projectId);
+    return project ? project->getName() : std::wstring();
+}
+
+std::string FullAssemblyData::projectMembership(const std::string& projectId) const {
+    // A project of that id in another status does not answer: a later active one may.
+    for (const ProjectData& project : projects_)
+        if (project.getId() == projectId && project.getStatus() == ContainerStatus::ACTIVE)
+            return project.getMembership();
+    return {};
+}
+
+std::unordered_map<std::string, ProjectData> FullAssemblyData::getProjectDetails() const {
+    std::unordered_map<std::string, ProjectData> details;
+    for (const ProjectData& project : projects_)
+        details.try_emplace(project.getId(), project);
+    return details;
+}
+
+std::unordered_map<std::string, ProjectData> FullAssemblyData::getProjectDetailsForFiles() const {
+    std::unordered_map<std::string, ProjectData> details;
+    for (const auto& [id, file] : files_)
+        if (const ProjectData* project = findProject(file.getParentId()))
+            details.try_emplace(id, *project);
+    return details;
+}
+
+std::unordered_map<std::wstring, std::string> FullAssemblyData::getProjectMemberships() const {
+    std::unordered_map<std::wstring, std::string> memberships;
+    for (const ProjectData& project : projects_)
+        if (project.getStatus() == ContainerStatus::ACTIVE)
+            memberships.try_emplace(Qx::ToIString(project.getId()), project.getMembership());
+    return memberships;
+}
+
+} // namespace Orvane::Payloads
