@@ -1,9 +1,10 @@
-// The usage event of a full assembly.
+// The usage event of a full assembly, of both generations side by side.
 
 #include "Server/Orvane/Payloads/FullAssemblyData.h"
 
 #include "Base/QxBaseCore10/Analytics.h"
 #include "Base/QxBaseCore10/Strings.h"
+#include "Server/Orvane/Payloads/FullAssemblyDataV3.h"
 
 #include <sstream>
 
@@ -39,6 +40,29 @@ Qx::Analytics::Report makeReport(const FullAssemblyData& document, const wchar_t
 void FullAssemblyData::sendFullAssemblyAnalytics(std::wstring workflow) const {
     Qx::Analytics::Report report = makeReport(*this, L"V2", workflow);
     Qx::Analytics::trackEvent(report, true);
+}
+
+void FullAssemblyDataV3::sendFullAssemblyAnalytics(std::wstring workflow) const {
+    const std::wstring projectType = projectTypeOfOwnFile();
+    Qx::Analytics::Report report = makeReport(*this, L"V3", workflow);
+    addProperty(report, L"assemblyProjectType", projectType);
+    Qx::Analytics::trackEvent(report, true);
+}
+
+std::wstring FullAssemblyDataV3::projectTypeOfOwnFile() const {
+    constexpr const wchar_t* unknown = L"UNKNOWN";
+    const auto version = getVersionById(getId());
+    if (!version)
+        return unknown;
+    const FilesData* file = getFileById(version->getFileId());
+    if (!file)
+        return unknown;
+    const std::string parentId = file->getParentId();
+    // A folder wins over a project of the same id, whatever the folder says of itself.
+    if (getFolder(parentId))
+        return L"CONTROLLED";
+    const ProjectData* project = getProject(parentId);
+    return project ? Qx::ToIString(project->getCommunityType()) : unknown;
 }
 
 } // namespace Orvane::Payloads

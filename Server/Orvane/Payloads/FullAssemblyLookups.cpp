@@ -1,13 +1,24 @@
-// The queries on files, projects and relationships. An id is compared whole
+// The queries on files, projects and relationships, of both generations side by side. An id is compared whole
 // and never parsed.
 
 #include "Server/Orvane/Payloads/FullAssemblyData.h"
 
 #include "Base/QxBaseCore10/Strings.h"
+#include "Server/Orvane/Payloads/FullAssemblyDataV3.h"
 
 #include <algorithm>
 
 namespace Orvane::Payloads {
+
+namespace {
+
+template <class Record>
+std::shared_ptr<Record> find(const std::map<std::string, std::shared_ptr<Record>>& records, const std::string& id) {
+    const auto found = records.find(id);
+    return found == records.end() ? nullptr : found->second;
+}
+
+} // namespace
 
 std::unordered_map<std::string, std::wstring> FullAssemblyData::getDirectReferencedFiles() const {
     std::unordered_map<std::string, std::wstring> names;
@@ -16,15 +27,43 @@ std::unordered_map<std::string, std::wstring> FullAssemblyData::getDirectReferen
     return names;
 }
 
+std::unordered_map<std::string, std::wstring> FullAssemblyDataV3::getDirectReferencedFiles() const {
+    return directReferencedFiles_;
+}
+
+std::unordered_map<std::string, std::wstring> FullAssemblyDataV3::getAllReferencedFiles() const {
+    return FullAssemblyData::getDirectReferencedFiles();
+}
+
+const std::vector<std::shared_ptr<RelationshipData>>& FullAssemblyDataV3::getAllRelationships() const {
+    return relationships_;
+}
+
 const FilesData* FullAssemblyData::findFile(const std::string& fileId) const {
     const auto found = files_.find(fileId);
     return found == files_.end() ? nullptr : &found->second;
+}
+
+const FilesData* FullAssemblyDataV3::getFileById(const std::string& fileId) const {
+    return findFile(fileId);
+}
+
+const std::shared_ptr<FolderData> FullAssemblyDataV3::getFolder(const std::string& folderId) const {
+    return find(folders_, folderId);
+}
+
+const std::shared_ptr<VersionData> FullAssemblyDataV3::getVersionById(const std::string& versionId) const {
+    return find(versions_, versionId);
 }
 
 const ProjectData* FullAssemblyData::findProject(const std::string& projectId) const {
     const auto found = std::find_if(projects_.begin(), projects_.end(),
                                     [&](const ProjectData& project) { return project.getId() == projectId; });
     return found == projects_.end() ? nullptr : &*found;
+}
+
+const ProjectData* FullAssemblyDataV3::getProject(std::string projectId) const {
+    return findProject(projectId);
 }
 
 std::wstring FullAssemblyData::getProjectName(const std::string& projectId) const {

@@ -1,8 +1,9 @@
-// The queries on the parents that a user can't use as they stand.
+// The queries on the parents that a user can't use as they stand, of both generations side by side.
 
 #include "Server/Orvane/Payloads/FullAssemblyData.h"
 
 #include "Base/QxBaseCore10/Strings.h"
+#include "Server/Orvane/Payloads/FullAssemblyDataV3.h"
 
 namespace Orvane::Payloads {
 
@@ -14,20 +15,44 @@ std::vector<std::wstring> FullAssemblyData::getParentByStatus(ContainerStatus st
     return parents;
 }
 
+std::vector<std::wstring> FullAssemblyDataV3::getParentByStatus(ContainerStatus status) const {
+    std::vector<std::wstring> parents = FullAssemblyData::getParentByStatus(status);
+    for (const auto& [id, folder] : folders_)
+        if (folder->status() == status)
+            parents.push_back(Qx::ToIString(id));
+    return parents;
+}
+
 std::vector<std::wstring> FullAssemblyData::getArchivedParents() const {
     return getParentByStatus(ContainerStatus::ARCHIVED);
+}
+
+std::vector<std::wstring> FullAssemblyDataV3::getArchivedParents() const {
+    return FullAssemblyData::getArchivedParents();
 }
 
 std::vector<std::wstring> FullAssemblyData::getDeletedParents() const {
     return getParentByStatus(ContainerStatus::DELETED);
 }
 
+std::vector<std::wstring> FullAssemblyDataV3::getDeletedParents() const {
+    return FullAssemblyData::getDeletedParents();
+}
+
 std::vector<std::wstring> FullAssemblyData::getInactiveParents() const {
     return getParentByStatus(ContainerStatus::INACTIVE);
 }
 
+std::vector<std::wstring> FullAssemblyDataV3::getInactiveParents() const {
+    return FullAssemblyData::getInactiveParents();
+}
+
 std::int32_t FullAssemblyData::getDeletedParentsCount() const {
     return static_cast<std::int32_t>(getDeletedParents().size());
+}
+
+std::int32_t FullAssemblyDataV3::getDeletedParentsCount() const {
+    return FullAssemblyData::getDeletedParentsCount();
 }
 
 std::vector<std::wstring> FullAssemblyData::getAccessDeniedParents() const {
@@ -39,6 +64,14 @@ std::vector<std::wstring> FullAssemblyData::getAccessDeniedParents() const {
             continue;
         parents.push_back(project.getName());
     }
+    return parents;
+}
+
+std::vector<std::wstring> FullAssemblyDataV3::getAccessDeniedParents() const {
+    std::vector<std::wstring> parents = FullAssemblyData::getAccessDeniedParents();
+    for (const auto& [id, folder] : folders_)
+        if (folder->status() == ContainerStatus::ACTIVE && !folder->hasPermission("read"))
+            parents.push_back(Qx::ToIString(folder->name()));
     return parents;
 }
 

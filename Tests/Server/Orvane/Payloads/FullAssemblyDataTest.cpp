@@ -1,5 +1,6 @@
 #include "Server/Orvane/Payloads/FullAssemblyData.h"
 
+#include "Server/Orvane/Payloads/FullAssemblyDataV3.h"
 #include "Tests/Support/Documents.h"
 
 #include <gtest/gtest.h>
@@ -70,7 +71,7 @@ TEST(FullAssemblyData, OfRepeatedFilesTheFirstStaysAndRepeatedProjectsAllStay) {
     EXPECT_EQ(summary(FullAssemblyData(parts.root())), "d/versions/0/0 projects P1 P2 files =nameless f=first");
 }
 
-TEST(FullAssemblyData, CopiesAndMovesAlike) {
+TEST(FullAssemblyData, CopiesAndMovesAlikeAndSlicesAV3Document) {
     FullAssemblyData source(DocumentParts().root());
     const std::string all = summary(source);
     const FullAssemblyData moved = std::move(source);
@@ -82,6 +83,10 @@ TEST(FullAssemblyData, CopiesAndMovesAlike) {
     FullAssemblyData& self = target;
     target = self;
     EXPECT_EQ(summary(target), all);
+    const Orvane::Payloads::FullAssemblyDataV3 v3(DocumentParts().root());
+    const FullAssemblyData& base = v3;
+    target = base;
+    EXPECT_EQ(summary(target), all) << "the base part alone, so all files count as referenced";
 }
 
 } // namespace

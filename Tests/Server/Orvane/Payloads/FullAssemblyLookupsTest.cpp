@@ -1,0 +1,82 @@
+#include "Server/Orvane/Payloads/FullAssemblyDataV3.h"
+
+#include "Tests/Support/Documents.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Orvane::Payloads::FullAssemblyData;
+using Orvane::Payloads::FullAssemblyDataV3;
+
+TEST(FullAssemblyLookups, FindsRecordsByTheirWholeIdOnly) {
+    const FullAssemblyDataV3 document(DocumentParts().root());
+    ASSERT_TRUE(document.getFileById("urn:vrnk.dorlqa:dm.lineage:A"));
+    EXPECT_EQ(document.getFileById("urn:vrnk.dorlqa:dm.lineage:A")->getName(), L"A");
+    EXPECT_EQ(document.getFileById("urn:vrnk.dorlqa:fs.file:A?version=3"), nullptr) << "a version's id";
+    EXPECT_EQ(document.getFolder("urn:vrnk.dorlqa:fs.folder:FOLDERA"), nullptr);
+    ASSERT_TRUE(document.getProject("1234567890123456"));
+    EXPECT_EQ(document.getProject("1234567890123456")->getName(), L"Closed Project Project-Name");
+    EXPECT_EQ(document.getProject("urn:vrnk.dorlqa:fs.folder:folderA"), nullptr);
+    EXPECT_EQ(document.getProject(""), nullptr);
+    EXPECT_EQ(document.getProjectName("none"), L"");
+    EXPECT_EQ(document.projectMembership("none"), "");
+}
+
+TEST(FullAssemblyLookups, FoldersOutliveTheirDocument) {
+    std::shared_ptr<Orvane::Payloads::FolderData> folder;
+    {
+        const FullAssemblyDataV3 document(DocumentParts().root());
+        folder = document.getFolder("urn:vrnk.dorlqa:fs.folder:folderA");
+    }
+    EXPECT_EQ(folder->name(), "folder name");
+}
+
+TEST(FullAssemblyLookups, RepeatedProjectsAnswerByTheFirstOrTheFirstActive) {
+    DocumentParts parts;
+    parts.projects =
+        R"([{"id":"p","type":"projects","name":"deleted","status":"Deleted","me":{"membership":"D"}},
+                         {"id":"p","type":"projects","name":"active","status":"Active","me":{"membership":"A"}},
+                         {"id":"p","type":"projects","name":"later","status":"Active","me":{"membership":"L"}},
+                         {"id":"q","type":"projects","name":"plain"},
+                         {"type":"projects","name":"no id","status":"Archived","me":{"membership":"N"}}])";
+    parts.files = R"([{"id":"1","type":"files","parent":{"type":"projects"},"project":{"id":"p"}},
+                      {"id":"2","type":"files","parent":{"type":"projects"},"project":{"id":"p"}},
+                      {"id":"3","type":"files","parent":{"type":"folders","id":"urn:vrnk.dorlqa:fs.folder:folderA"}},
+                      {"id":"4","type":"files","parent":{"type":"OTHER","id":"q"}},
+                      {"id":"","type":"files","name":"no id"}])";
+    const FullAssemblyDataV3 document(parts.root());
+    EXPECT_EQ(document.getProjectName("p"), L"deleted");
+    EXPECT_EQ(document.getProject("p")->getName(), L"deleted");
+    EXPECT_EQ(document.getProject("")->getName(), L"no id");
+    EXPECT_EQ(document.projectMembership("p"), "A");
+    EXPECT_EQ(document.projectMembership("q"), "");
+    EXPECT_EQ(document.projectMembership(""), "") << "not active";
+    EXPECT_EQ(document.getFileById("")->getName(), L"no id");
+
+    const auto details = document.getProjectDetails();
+    EXPECT_EQ(details.size(), 3U);
+    EXPECT_EQ(details.at("p").getName(), L"deleted");
+
+    const std::unordered_map<std::wstring, std::string> memberships{{L"p", "A"}, {L"q", ""}};
+    EXPECT_EQ(document.getProjectMemberships(), memberships);
+
+    const auto byFile = document.getProjectDetailsForFiles();
+    EXPECT_EQ(byFile.size(), 4U) << "files 1, 2 and 4, and the one without a parent in the project without an id";
+    EXPECT_EQ(byFile.at("1").getName(), L"deleted");
+    EXPECT_EQ(byFile.at("2").getName(), L"deleted");
+    EXPECT_EQ(byFile.at("4").getName(), L"plain");
+    EXPECT_EQ(byFile.at("").getName(), L"no id");
+}
+
+TEST(FullAssemblyLookups, WithoutRelationshipsV3RefersToNothingDirectlyButToAllFiles) {
+    DocumentParts parts;
+    parts.relationships = "[]";
+    const FullAssemblyDataV3 document(parts.root());
+    EXPECT_TRUE(document.getDirectReferencedFiles().empty());
+    EXPECT_EQ(document.getAllReferencedFiles().size(), 2U);
+    EXPECT_EQ(FullAssemblyData(parts.root()).getDirectReferencedFiles(), document.getAllReferencedFiles());
+    EXPECT_TRUE(FullAssemblyDataV3().getAllReferencedFiles().empty());
+}
+
+} // namespace
