@@ -10,13 +10,18 @@
 #include "Base/QxBaseCore10/Status.h"
 #include "Base/QxBaseCore10/Strings.h"
 #include "Base/QxBaseCore10/Uri.h"
+#include "Base/QxBaseCore10/Utility.h"
 #include "Server/Orvane/FolderContentLink.h"
+#include "Server/Orvane/Payloads/FullAssemblyData.h"
+#include "Server/Orvane/Payloads/FullAssemblyDataV3.h"
 
 namespace Qx {
 
 namespace {
 
 using ::Orvane::FolderContentLink;
+using ::Orvane::Payloads::FullAssemblyData;
+using ::Orvane::Payloads::FullAssemblyDataV3;
 
 std::string readBaseUri(const std::string& optionsName, const wchar_t* key) {
     std::wstring uri;
@@ -49,6 +54,32 @@ void handleJSONResponse(HTTPResponse response, Orvanedm::FolderContentsCallback 
     Status status;
     const bool success = HTTPUtils::extractJSON(status, response, node);
     callback(success, node);
+}
+
+std::string fullAssemblyUrl(const std::string& baseUri, const std::string& versionUrn, const char* path,
+                            const std::string& algorithm) {
+    return baseUri + "/versions/" + Uri::UriEncode(versionUrn) + path + "?algorithm=" + algorithm;
+}
+
+const char* includeText() {
+    return Utility::indirectXRefProjectDetailsEnabled() ? "&include=folders,allowed-actions,indirectXRefs"
+                                                        : "&include=folders,allowed-actions";
+}
+
+void deliverFullAssembly(bool success, const JSONNode& root, const Orvanedm::FullAssemblyStatusCallback& callback,
+                         const std::wstring& workflow) {
+    if (!success) {
+        callback(false, nullptr);
+        return;
+    }
+    const std::shared_ptr<FullAssemblyData> document = std::make_shared<FullAssemblyDataV3>(root);
+    callback(true, document);
+    document->sendFullAssemblyAnalytics(workflow);
+}
+
+void deliverFullAssemblyAccess(bool success, const JSONNode& root,
+                               const Orvanedm::FullAssemblyAccessCallback& callback) {
+    callback(success, success ? FullAssemblyData(root) : FullAssemblyData());
 }
 
 } // namespace
@@ -106,6 +137,43 @@ void Orvanedm::getFolderContents(HTTPRequest request) {
 
 void Orvanedm::getFolderContents(std::vector<HTTPRequest> requests, BatchCallback callback) {
     httpClient_->whenAllRequests(requests, std::move(callback), HTTPRequest::ExecutionType::CLIENT_THREAD);
+}
+
+void Orvanedm::getFullAssemblyStatus(const std::string& versionUrn, FullAssemblyStatusCallback callback,
+                                     const std::string& algorithm, std::wstring workflow) {
+    getFullAssemblyStatus_V3(versionUrn, std::move(callback), algorithm, std::move(workflow));
+}
+
+void Orvanedm::getFullAssemblyStatus_V3(const std::string& versionUrn, FullAssemblyStatusCallback callback,
+                                        const std::string& algorithm, std::wstring workflow) {
+    const char* include = includeText();
+    std::string url = fullAssemblyUrl(baseOrvanedmUri_V3(optionsName_), versionUrn, "/fullassembly", algorithm);
+    url += include;
+    HTTPRequest request(BOOST_CURRENT_LOCATION);
+    fillRequest(
+        request, std::move(url), HTTPRequest::Method::GET, async_,
+        [callback = std::move(callback), workflow = std::move(workflow)](const HTTPResponse& response) {
+            handleJSONResponse(response, [callback, workflow](bool success, const JSONNode& root) {
+                deliverFullAssembly(success, root, callback, workflow);
+            });
+        },
+        "Orvanedm::getFullAssemblyStatus_V3");
+    httpClient_->queueRequest(request);
+}
+
+void Orvanedm::requestFullAssemblyAccess(const std::string& versionUrn, FullAssemblyAccessCallback callback,
+                                         const std::string& algorithm) {
+    std::string url = fullAssemblyUrl(baseOrvanedmUri(optionsName_), versionUrn, "/fullassembly/access", algorithm);
+    HTTPRequest request(BOOST_CURRENT_LOCATION);
+    fillRequest(
+        request, std::move(url), HTTPRequest::Method::POST, async_,
+        [callback = std::move(callback)](const HTTPResponse& response) {
+            handleJSONResponse(response, [callback](bool success, const JSONNode& root) {
+                deliverFullAssemblyAccess(success, root, callback);
+            });
+        },
+        "Orvanedm::requestFullAssemblyAccess");
+    httpClient_->queueRequest(request);
 }
 
 } // namespace Qx

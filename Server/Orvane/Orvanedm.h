@@ -11,6 +11,9 @@
 
 namespace Orvane {
 class FolderContentLink;
+namespace Payloads {
+class FullAssemblyData;
+}
 } // namespace Orvane
 
 namespace Qx {
@@ -41,6 +44,15 @@ public:
 
     /// `responses` are the raw answers, in the order of the requests.
     using BatchCallback = std::function<void(std::vector<HTTPResponse> responses)>;
+
+    /// `data` is a `FullAssemblyDataV3`, or empty if `success` is false. A copy of the pointer keeps the
+    /// document.
+    using FullAssemblyStatusCallback =
+        std::function<void(bool success, const std::shared_ptr<::Orvane::Payloads::FullAssemblyData>& data)>;
+
+    /// `data` is default-constructed if `success` is false. It lives only during the call.
+    using FullAssemblyAccessCallback =
+        std::function<void(bool success, const ::Orvane::Payloads::FullAssemblyData& data)>;
 
     /// `httpClient` sends the requests and must not be null. `optionsName` names the options set that holds
     /// the base URIs of the full assembly operations; it may be empty. At first requests are formed for the
@@ -80,6 +92,23 @@ public:
     /// Sends several such requests at once, answered on a thread of the `IHTTPClient` whatever `setAsync`
     /// says. Each request's own callback runs as always, and `callback` once for all.
     void getFolderContents(std::vector<HTTPRequest> requests, BatchCallback callback);
+
+    /// Fetches the full assembly of a file version. The URN is encoded as a whole; `algorithm`, such as
+    /// "ACTUAL", goes out as it is. The base URI is that of `baseOrvanedmUri_V3`; while
+    /// `Utility::indirectXRefProjectDetailsEnabled` the service is asked for indirect references too. When a
+    /// `callback` that was told of success has returned, a usage event that names `workflow` is tracked in the same
+    /// thread.
+    void getFullAssemblyStatus(const std::string& versionUrn, FullAssemblyStatusCallback callback,
+                               const std::string& algorithm, std::wstring workflow);
+
+    /// The same by its generation's name.
+    void getFullAssemblyStatus_V3(const std::string& versionUrn, FullAssemblyStatusCallback callback,
+                                  const std::string& algorithm, std::wstring workflow);
+
+    /// Asks for access to the full assembly of a file version, at the base URI of the first generation.
+    /// `algorithm`, such as "LATEST", goes out as it is. No usage event is tracked.
+    void requestFullAssemblyAccess(const std::string& versionUrn, FullAssemblyAccessCallback callback,
+                                   const std::string& algorithm);
 
 private:
     std::shared_ptr<IHTTPClient> httpClient_;

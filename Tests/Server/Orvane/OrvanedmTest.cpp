@@ -1,6 +1,8 @@
 #include "Server/Orvane/Orvanedm.h"
 
+#include "Base/QxBaseCore10/Uri.h"
 #include "Server/Orvane/FolderContentLink.h"
+#include "Server/Orvane/Payloads/FullAssemblyDataV3.h"
 #include "Tests/Support/FakeHTTPClient.h"
 #include "Tests/Support/Json.h"
 #include "Tests/Support/ScopedState.h"
@@ -12,6 +14,8 @@
 namespace {
 
 using Orvane::FolderContentLink;
+using Orvane::Payloads::FullAssemblyData;
+using Orvane::Payloads::FullAssemblyDataV3;
 using ExecutionType = Qx::HTTPRequest::ExecutionType;
 
 static_assert(!std::is_default_constructible_v<Qx::Orvanedm>);
@@ -119,6 +123,96 @@ TEST_F(OrvanedmTest, CallbacksOutliveTheClient) {
     EXPECT_EQ(success, true);
     orvanedm.getFolderContents(link, {}, nullptr);
     EXPECT_THROW(http->answer(200, "{}"), std::bad_function_call) << "an empty callback is the caller's fault";
+}
+
+TEST_F(OrvanedmTest, FullAssemblyRequestsHaveTheirForms) {
+    const std::string urn = "abc?version=2";
+    const std::string version = "/versions/" + Qx::Uri::UriEncode(urn) + "/fullassembly";
+    const auto ignoreStatus = [](bool, const std::shared_ptr<FullAssemblyData>&) {
+    };
+    const auto ignoreAccess = [](bool, const FullAssemblyData&) {
+    };
+    const std::string statusEnd = common + "calling thread | Orvanedm::getFullAssemblyStatus_V3";
+
+    orvanedm.getFullAssemblyStatus_V3(urn, ignoreStatus, "ACTUAL", L"");
+    EXPECT_EQ(describe(lastRequest()),
+              "GET https://third" + version + "?algorithm=ACTUAL&include=folders,allowed-actions" + statusEnd);
+    const ScopedState indirect = scopedIndirectXRefs();
+    orvanedm.getFullAssemblyStatus(urn, ignoreStatus, "A&B=C", L"");
+    EXPECT_EQ(describe(lastRequest()), "GET https://third" + version +
+                                           "?algorithm=A&B=C&include=folders,allowed-actions,indirectXRefs" +
+                                           statusEnd);
+    Qx::Orvanedm(http, "none").getFullAssemblyStatus("", ignoreStatus, "", L"");
+    EXPECT_EQ(lastRequest().getURL(),
+              "/versions//fullassembly?algorithm=&include=folders,allowed-actions,indirectXRefs");
+    orvanedm.setAsync(true);
+    orvanedm.requestFullAssemblyAccess(urn, ignoreAccess, "LATEST");
+    EXPECT_EQ(describe(lastRequest()), "POST https://first/orvanedm" + version + "/access?algorithm=LATEST" + common +
+                                           "client thread | Orvanedm::requestFullAssemblyAccess");
+}
+
+TEST_F(OrvanedmTest, StatusAnswerGivesTheDocumentThenTracksTheEvent) {
+    ScopedEvents events;
+    std::shared_ptr<FullAssemblyData> kept;
+    const auto keep = [&](bool succeeded, const std::shared_ptr<FullAssemblyData>& data) {
+        success = succeeded;
+        kept = data;
+        EXPECT_TRUE(events.tracked.empty()) << "the caller has the document first";
+    };
+    orvanedm.getFullAssemblyStatus("v", keep, "ACTUAL", std::wstring(L"my \u6B6F flow"));
+    http->answer(200, R"({"data":{"id":"v"}})");
+    EXPECT_EQ(success, true);
+    ASSERT_TRUE(std::dynamic_pointer_cast<FullAssemblyDataV3>(kept));
+    EXPECT_EQ(kept->getId(), "v");
+    ASSERT_EQ(events.tracked.size(), 1U);
+    EXPECT_EQ(events.tracked.front().properties.at(L"Workflow"), L"my \u6B6F flow");
+    EXPECT_EQ(events.tracked.front().properties.at(L"Version"), L"V3");
+}
+
+TEST_F(OrvanedmTest, FailedStatusGivesNoDocumentAndNoEvent) {
+    const ScopedEvents events;
+    std::shared_ptr<FullAssemblyData> kept = std::make_shared<FullAssemblyData>();
+    const auto keep = [&](bool succeeded, const std::shared_ptr<FullAssemblyData>& data) {
+        success = succeeded;
+        kept = data;
+    };
+    for (const auto& [status, body] : {std::pair(500, "{}"), std::pair(200, "{")}) {
+        orvanedm.getFullAssemblyStatus("v", keep, "ACTUAL", L"");
+        http->answer(status, body);
+        EXPECT_EQ(success, false);
+        EXPECT_EQ(kept, nullptr);
+    }
+    const auto refuse = [](bool, const std::shared_ptr<FullAssemblyData>&) {
+        throw std::runtime_error("no");
+    };
+    orvanedm.getFullAssemblyStatus("v", refuse, "ACTUAL", L"");
+    EXPECT_THROW(http->answer(200, "{}"), std::runtime_error);
+    EXPECT_TRUE(events.tracked.empty()) << "a callback that throws keeps the event from going out";
+}
+
+TEST_F(OrvanedmTest, AccessAnswerGivesAFirstGenerationDocumentAndNoEvent) {
+    const ScopedEvents events;
+    std::string id = "unset";
+    const auto keep = [&](bool succeeded, const FullAssemblyData& data) {
+        success = succeeded;
+        id = data.getId();
+        EXPECT_EQ(dynamic_cast<const FullAssemblyDataV3*>(&data), nullptr);
+    };
+    struct Case {
+        int status;
+        const char* body;
+        bool success;
+        const char* id;
+    };
+    for (const Case& answer :
+         {Case{200, R"({"data":{"id":"v"}})", true, "v"}, Case{200, R"({ "results": "yes" })", true, ""},
+          Case{403, R"({"data":{"id":"v"}})", false, ""}, Case{200, "?", false, ""}}) {
+        orvanedm.requestFullAssemblyAccess("v", keep, "LATEST");
+        http->answer(answer.status, answer.body);
+        EXPECT_EQ(success, answer.success);
+        EXPECT_EQ(id, answer.id);
+    }
+    EXPECT_TRUE(events.tracked.empty());
 }
 
 } // namespace
