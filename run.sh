@@ -12,3 +12,5 @@ if [ $# -gt 0 ]; then
   exec "$orvane" "$@"
 fi
 "$orvane" folder urn:vrnk.dorlqa:fs.folder:gearbox
+echo
+"$orvane" assembly 'urn:vrnk.dorlqa:fs.file:gearbox-asm?version=7'

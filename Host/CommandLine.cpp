@@ -30,6 +30,13 @@ void addRequestOptions(CLI::App& command, CommandLine& commandLine) {
     command.add_flag("--json", commandLine.json, "Print JSON, one line for each URN");
 }
 
+void addAlgorithm(CLI::App& command, CommandLine& commandLine, const char* defaultAlgorithm) {
+    command.add_option("--algorithm", commandLine.algorithm,
+                       std::string("Which versions count, sent as it is (") + defaultAlgorithm + ")");
+    command.preparse_callback(
+        [&commandLine, defaultAlgorithm](std::size_t) { commandLine.algorithm = defaultAlgorithm; });
+}
+
 // Splits "key=value" at its first "=".
 void addQueryPair(CommandLine& commandLine, const std::string& text) {
     const std::size_t equals = text.find('=');
@@ -55,6 +62,23 @@ void addFolder(CLI::App& app, CommandLine& commandLine) {
     addRequestOptions(*folder, commandLine);
 }
 
+void addAssembly(CLI::App& app, CommandLine& commandLine) {
+    CLI::App* assembly =
+        addCommand(app, commandLine, Command::ASSEMBLY, "assembly", "Fetch the full assembly of a file version");
+    assembly->add_option("VERSION-URN", commandLine.urns, "The version")->required()->expected(1);
+    assembly->add_option("--workflow", commandLine.workflow, "What the usage event is to name as workflow");
+    addAlgorithm(*assembly, commandLine, "ACTUAL");
+    addRequestOptions(*assembly, commandLine);
+}
+
+void addAccess(CLI::App& app, CommandLine& commandLine) {
+    CLI::App* access = addCommand(app, commandLine, Command::ACCESS, "access",
+                                  "Ask for access to the full assembly of a file version");
+    access->add_option("VERSION-URN", commandLine.urns, "The version")->required()->expected(1);
+    addAlgorithm(*access, commandLine, "LATEST");
+    addRequestOptions(*access, commandLine);
+}
+
 void addServe(CLI::App& app, CommandLine& commandLine) {
     CLI::App* serve =
         addCommand(app, commandLine, Command::SERVE, "serve", "Run the local service until it is interrupted");
@@ -77,6 +101,8 @@ std::optional<EarlyEnd> parseCommandLine(int argc, const char* const* argv, Comm
     app.set_version_flag("--version", std::string("orvane ") + version);
     app.require_subcommand(1);
     addFolder(app, commandLine);
+    addAssembly(app, commandLine);
+    addAccess(app, commandLine);
     addServe(app, commandLine);
     try {
         app.parse(argc, argv);

@@ -11,10 +11,10 @@ namespace OrvaneHost {
 
 /// What the user asked for.
 struct CommandLine {
-    enum class Command { FOLDER, SERVE };
+    enum class Command { FOLDER, ASSEMBLY, ACCESS, SERVE };
 
     Command command = Command::FOLDER;
-    std::vector<std::string> urns; ///< Or links.
+    std::vector<std::string> urns; ///< One but for `FOLDER`, which takes links too.
 
     std::string service; ///< Empty for the local service inside the program.
     std::string v3Service;
@@ -24,6 +24,8 @@ struct CommandLine {
     bool json = false;
 
     std::list<std::pair<std::string, std::string>> query;
+    std::string algorithm;
+    std::string workflow = "command line";
 
     std::string dataFolder; ///< Empty for the sample project.
     int port = 0;

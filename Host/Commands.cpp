@@ -1,10 +1,13 @@
 #include "Host/Commands.h"
 
 #include "Base/QxBaseCore10/JSONNode.h"
+#include "Base/QxBaseCore10/Strings.h"
+#include "Host/AssemblyReport.h"
 #include "Host/Console.h"
 #include "Host/FolderReport.h"
 #include "Host/Session.h"
 #include "Server/Orvane/FolderContentLink.h"
+#include "Server/Orvane/Payloads/FullAssemblyDataV3.h"
 
 #include <csignal>
 #include <fmt/format.h>
@@ -14,6 +17,8 @@ namespace OrvaneHost {
 namespace {
 
 using Orvane::FolderContentLink;
+using Orvane::Payloads::FullAssemblyData;
+using Orvane::Payloads::FullAssemblyDataV3;
 
 // What the library told of one request.
 template <class Data>
@@ -25,6 +30,11 @@ struct Outcome {
 FolderContentLink linkOf(const std::string& urnOrLink) {
     return FolderContentLink::isOrvaneFolderContentLink(urnOrLink) ? FolderContentLink::fromContentLink(urnOrLink)
                                                                    : FolderContentLink::fromUrn(urnOrLink);
+}
+
+int printReport(const CommandLine& commandLine, const Report& report) {
+    printOutput(commandLine.json ? toJSON(report) : toText(report));
+    return 0;
 }
 
 int printFailure(const Qx::HTTPResponse& response, const std::string& urn) {
@@ -78,6 +88,39 @@ int runFolder(const CommandLine& commandLine) {
     return exitStatus;
 }
 
+int runAssembly(const CommandLine& commandLine) {
+    const std::string& urn = commandLine.urns.front();
+    Outcome<std::shared_ptr<FullAssemblyData>> outcome;
+    Session session(commandLine);
+    session.orvanedm().getFullAssemblyStatus(
+        urn,
+        [&outcome](bool success, const std::shared_ptr<FullAssemblyData>& data) {
+            outcome = {success, data};
+        },
+        commandLine.algorithm, Qx::ToIString(commandLine.workflow));
+    const std::vector<Qx::HTTPResponse> responses = session.waitForResponses();
+    const auto assembly = std::dynamic_pointer_cast<FullAssemblyDataV3>(outcome.data);
+    if (!outcome.success || !assembly)
+        return printFailure(responses.front(), urn);
+    return printReport(commandLine, reportAssembly(*assembly, session.events()));
+}
+
+int runAccess(const CommandLine& commandLine) {
+    const std::string& urn = commandLine.urns.front();
+    Outcome<FullAssemblyData> outcome;
+    Session session(commandLine);
+    session.orvanedm().requestFullAssemblyAccess(
+        urn,
+        [&outcome](bool success, const FullAssemblyData& data) {
+            outcome = {success, data};
+        },
+        commandLine.algorithm);
+    const std::vector<Qx::HTTPResponse> responses = session.waitForResponses();
+    if (!outcome.success)
+        return printFailure(responses.front(), urn);
+    return printReport(commandLine, reportAccess(outcome.data));
+}
+
 int runServe(const CommandLine& commandLine) {
     // Blocked before the service starts its threads, so that none of them takes the signal.
     sigset_t interrupts;
@@ -103,6 +146,10 @@ int runCommand(const CommandLine& commandLine) {
     switch (commandLine.command) {
     case CommandLine::Command::FOLDER:
         return runFolder(commandLine);
+    case CommandLine::Command::ASSEMBLY:
+        return runAssembly(commandLine);
+    case CommandLine::Command::ACCESS:
+        return runAccess(commandLine);
     case CommandLine::Command::SERVE:
         return runServe(commandLine);
     }

@@ -1,15 +1,50 @@
 #include "Host/FolderReport.h"
 
 #include "Base/QxBaseCore10/JSONNode.h"
+#include "Base/QxBaseCore10/Strings.h"
 #include "Host/Printable.h"
+#include "Server/Orvane/Payloads/FilesData.h"
+#include "Server/Orvane/Payloads/FolderData.h"
 
 #include <boost/json/serialize.hpp>
 #include <fmt/format.h>
 
 namespace OrvaneHost {
 
+namespace {
+
+Report::Table emptyTable(const char* key, const char* title) {
+    return {key, title, {{"name", "name"}, {"id", "id"}}, {}};
+}
+
+Report::Table listFolders(const Qx::JSONNode& included) {
+    Report::Table table = emptyTable("folders", "Folders");
+    for (const Qx::JSONRef& element : Qx::JSONNode(included["folders"])) {
+        const Orvane::Payloads::FolderData folder{Qx::JSONNode(element)};
+        table.rows.push_back({folder.name(), folder.getId()});
+    }
+    return table;
+}
+
+Report::Table listFiles(const Qx::JSONNode& included) {
+    Report::Table table = emptyTable("files", "Files");
+    for (const Qx::JSONRef& element : Qx::JSONNode(included["files"])) {
+        const Orvane::Payloads::FilesData file{Qx::JSONNode(element)};
+        table.rows.push_back({Qx::ToHString(file.getName()), file.getId()});
+    }
+    return table;
+}
+
+} // namespace
+
 std::string folderText(const std::string& urn, const Qx::JSONNode& contents) {
-    return fmt::format("Contents of {}\n  {}\n", urn, printable(contents.toText()));
+    const Qx::JSONNode included(contents["included"]);
+    if (!included.exists("folders") && !included.exists("files"))
+        return fmt::format("Contents of {}\n  {}\n", urn, printable(contents.toText()));
+    const std::string name = Qx::JSONNode(contents["data"])["name"].asHString("");
+    Report report{"Contents of " + (name.empty() ? urn : name), {}, {listFolders(included), listFiles(included)}};
+    report.facts = {{"id", "folder", urn}};
+    return toText(report);
 }
 
 std::string folderJSON(const std::string& urn, const Qx::JSONNode& contents) {

@@ -1,0 +1,27 @@
+#!/usr/bin/env bash
+# consume.sh BUILD_FOLDER COMPILER: installs the build into a folder of its own, then builds and runs the consumer
+# against it, once through the CMake package and once through pkg-config.
+set -euo pipefail
+source=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+build=$1 compiler=$2
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+quietly() {
+  "$@" >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
+}
+
+quietly cmake --install "$build" --prefix "$work/installed"
+quietly cmake -S "$source" -B "$work/consumer" -G Ninja -DCMAKE_PREFIX_PATH="$work/installed" \
+  -DCMAKE_CXX_COMPILER="$compiler"
+quietly cmake --build "$work/consumer"
+"$work/consumer/consumer"
+
+# The installed folder has been moved since it was configured, so pkg-config is told where it is.
+libraries=$(dirname "$(find "$work/installed" -name libQxOrvaneDM10.so)")
+export PKG_CONFIG_PATH=$libraries/pkgconfig
+read -ra flags < <(pkg-config --define-variable=prefix="$work/installed" --cflags --libs QxOrvaneDM10)
+quietly "$compiler" -std=c++20 -I"$work/consumer" "$source/main.cpp" "${flags[@]}" -Wl,-rpath,"$libraries" \
+  -o "$work/with-pkg-config"
+"$work/with-pkg-config"
+"$work/installed/bin/orvane" --version

@@ -1,0 +1,48 @@
+// A project of its own, which knows only what is installed: it lists a folder and fetches a full assembly
+// through its own HTTP client, and checks what it gets.
+
+#include "AllHeaders.h"
+
+#include <cstdio>
+#include <memory>
+
+namespace {
+
+class CannedHTTPClient : public Qx::IHTTPClient {
+public:
+    void queueRequest(Qx::HTTPRequest& request) override {
+        const bool isFolder = request.getURL() == "https://orvane.example/folders/an.urn/content";
+        request.getCallback()(Qx::HTTPResponse(
+            200, isFolder ? R"({"results":"yes"})"
+                          : R"({"data":{"id":"v"},"included":{"folders":[{"id":"f","type":"folders"}]}})"));
+    }
+
+    void whenAllRequests(std::vector<Qx::HTTPRequest>&, BatchCallback callback,
+                         Qx::HTTPRequest::ExecutionType) override {
+        callback({});
+    }
+};
+
+} // namespace
+
+int main() {
+    using namespace Orvane::Payloads;
+    Qx::ApplicationOptions::get("main")->set(L"orvaneServiceUrl", L"https://orvane.example");
+    Qx::Orvanedm orvanedm(std::make_shared<CannedHTTPClient>(), "main");
+
+    bool listed = false;
+    orvanedm.getFolderContents(Orvane::FolderContentLink::fromUrn("an.urn", "main"), {},
+                               [&](bool success, const Qx::JSONNode& contents) {
+                                   listed = success && contents.toText() == R"({"results":"yes"})";
+                               });
+    bool hasFolder = false;
+    orvanedm.getFullAssemblyStatus(
+        "v",
+        [&](bool, const std::shared_ptr<FullAssemblyData>& data) {
+            const auto assembly = std::dynamic_pointer_cast<FullAssemblyDataV3>(data);
+            hasFolder = assembly && assembly->getFolder("f");
+        },
+        "ACTUAL", L"consume");
+    std::printf("listed %d, downcast %d\n", listed, hasFolder);
+    return listed && hasFolder ? 0 : 1;
+}
