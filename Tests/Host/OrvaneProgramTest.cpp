@@ -118,7 +118,9 @@ TEST(OrvaneProgram, SaysInOneLineWhatFailedAndWhatToDo) {
     expectFailure(run("folder u --service " + html.url("/failing"), "t"), 1, "status 503");
     const RawServer silent(RawServer::silent());
     expectFailure(run("access v --timeout 1 --service " + silent.url(""), "t"), 1, "timed out");
-    expectFailure(run("folder"), 2, "see orvane --help");
+    for (const char* arguments : {"", "fetch", "folder", "assembly a b", "folder u --query x", "folder u --query =x",
+                                  "folder u --timeout 0", "serve --port 65536", "folder u --token t"})
+        expectFailure(run(arguments), 2, "; see orvane --help");
 }
 
 TEST(OrvaneProgram, NoticesThatItsOutputCanNotBeWritten) {

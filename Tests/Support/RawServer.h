@@ -20,7 +20,7 @@ public:
         sockaddr_in address{};
         address.sin_family = AF_INET;
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        bind(listener_, reinterpret_cast<const sockaddr*>(&address), sizeof address);
+        static_cast<void>(bind(listener_, reinterpret_cast<const sockaddr*>(&address), sizeof address));
         listen(listener_, 0);
         socklen_t length = sizeof address;
         getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &length);

@@ -58,27 +58,27 @@ TEST(FullAssemblyAnalytics, EachFlagHasItsCause) {
     };
     for (const auto& [project, folder, counts, expected] : cases) {
         DocumentParts parts;
-        parts.projects = "[" + std::string(project) + "]";
-        parts.folders = "[" + std::string(folder) + "]";
+        parts.projects = project;
+        parts.folders = folder;
         parts.counts = counts;
         EXPECT_EQ(flags(reported(FullAssemblyDataV3(parts.root()), L"w")), expected) << project << folder << counts;
     }
 }
 
 TEST(FullAssemblyAnalytics, ProjectTypeIsThatOfTheOwnFile) {
-    const std::string ownVersion = R"([{"id":"own","type":"versions","file":{"id":"file"}}])";
-    const std::string inProject = R"([{"id":"file","type":"files","parent":{"id":"p"}}])";
-    const std::string open = R"([{"id":"p","type":"projects","communityType":"OPEN"}])";
-    const std::string untold = R"([{"id":"p","type":"projects"}])";
-    const std::string controlled = R"([{"id":"p","type":"projects","communityType":"CONTROLLED"}])";
-    const std::string folder = R"([{"id":"p","type":"folders","status":"Deleted"}])";
+    const std::string ownVersion = R"({"id":"own","type":"versions","file":{"id":"file"}})";
+    const std::string inProject = R"({"id":"file","type":"files","parent":{"id":"p"}})";
+    const std::string open = R"({"id":"p","type":"projects","communityType":"OPEN"})";
+    const std::string untold = R"({"id":"p","type":"projects"})";
+    const std::string controlled = R"({"id":"p","type":"projects","communityType":"CONTROLLED"})";
+    const std::string folder = R"({"id":"p","type":"folders","status":"Deleted"})";
     const std::tuple<std::string, std::string, std::string, std::string, const wchar_t*> cases[] = {
-        {"[]", inProject, open, "[]", L"UNKNOWN"},
-        {ownVersion, "[]", open, "[]", L"UNKNOWN"},
-        {ownVersion, inProject, "[]", "[]", L"UNKNOWN"},
-        {ownVersion, inProject, open, "[]", L"OPEN"},
-        {ownVersion, inProject, untold, "[]", L""},
-        {ownVersion, inProject, controlled, "[]", L"CONTROLLED"},
+        {"", inProject, open, "", L"UNKNOWN"},
+        {ownVersion, "", open, "", L"UNKNOWN"},
+        {ownVersion, inProject, "", "", L"UNKNOWN"},
+        {ownVersion, inProject, open, "", L"OPEN"},
+        {ownVersion, inProject, untold, "", L""},
+        {ownVersion, inProject, controlled, "", L"CONTROLLED"},
         {ownVersion, inProject, open, folder, L"CONTROLLED"},
     };
     for (const auto& [versions, files, projects, folders, type] : cases) {

@@ -35,16 +35,16 @@ TEST(FullAssemblyLookups, FoldersOutliveTheirDocument) {
 TEST(FullAssemblyLookups, RepeatedProjectsAnswerByTheFirstOrTheFirstActive) {
     DocumentParts parts;
     parts.projects =
-        R"([{"id":"p","type":"projects","name":"deleted","status":"Deleted","me":{"membership":"D"}},
+        R"({"id":"p","type":"projects","name":"deleted","status":"Deleted","me":{"membership":"D"}},
                          {"id":"p","type":"projects","name":"active","status":"Active","me":{"membership":"A"}},
                          {"id":"p","type":"projects","name":"later","status":"Active","me":{"membership":"L"}},
                          {"id":"q","type":"projects","name":"plain"},
-                         {"type":"projects","name":"no id","status":"Archived","me":{"membership":"N"}}])";
-    parts.files = R"([{"id":"1","type":"files","parent":{"type":"projects"},"project":{"id":"p"}},
+                         {"type":"projects","name":"no id","status":"Archived","me":{"membership":"N"}})";
+    parts.files = R"({"id":"1","type":"files","parent":{"type":"projects"},"project":{"id":"p"}},
                       {"id":"2","type":"files","parent":{"type":"projects"},"project":{"id":"p"}},
                       {"id":"3","type":"files","parent":{"type":"folders","id":"urn:vrnk.dorlqa:fs.folder:folderA"}},
                       {"id":"4","type":"files","parent":{"type":"OTHER","id":"q"}},
-                      {"id":"","type":"files","name":"no id"}])";
+                      {"id":"","type":"files","name":"no id"})";
     const FullAssemblyDataV3 document(parts.root());
     EXPECT_EQ(document.getProjectName("p"), L"deleted");
     EXPECT_EQ(document.getProject("p")->getName(), L"deleted");
@@ -71,7 +71,7 @@ TEST(FullAssemblyLookups, RepeatedProjectsAnswerByTheFirstOrTheFirstActive) {
 
 TEST(FullAssemblyLookups, WithoutRelationshipsV3RefersToNothingDirectlyButToAllFiles) {
     DocumentParts parts;
-    parts.relationships = "[]";
+    parts.relationships = "";
     const FullAssemblyDataV3 document(parts.root());
     EXPECT_TRUE(document.getDirectReferencedFiles().empty());
     EXPECT_EQ(document.getAllReferencedFiles().size(), 2U);

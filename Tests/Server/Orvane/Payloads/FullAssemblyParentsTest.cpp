@@ -8,80 +8,59 @@ namespace {
 
 using Orvane::Payloads::FullAssemblyData;
 using Orvane::Payloads::FullAssemblyDataV3;
-using List = std::vector<std::wstring>;
-
-std::string project(const std::string& name, const std::string& members) {
-    return R"({"id":"p-)" + name + R"(","type":"projects","name":")" + name + "\"" + members + "}";
-}
-
-std::string folder(const std::string& name, const std::string& members) {
-    return R"({"id":"f-)" + name + R"(","type":"folders","name":")" + name + "\"" + members + "}";
-}
-
-std::string status(const std::string& text) {
-    return R"(,"status":")" + text + "\"";
-}
 
 Qx::JSONNode rootWith(const std::string& projects, const std::string& folders) {
     DocumentParts parts;
-    parts.projects = "[" + projects + "]";
-    parts.folders = "[" + folders + "]";
+    parts.projects = projects;
+    parts.folders = folders;
     return parts.root();
 }
 
-TEST(FullAssemblyParents, ListsEachStatusWithFoldersByIdBehindProjects) {
-    const Qx::JSONNode root = rootWith(project("del", status("Deleted")) + "," + project("arc", status("Archived")) +
-                                           "," + project("ina", status("Inactive")) + "," +
-                                           project("none", status("deleted")) + "," + project("del", status("Deleted")),
-                                       folder("z", status("Deleted")) + "," + folder("a", status("Deleted")) + "," +
-                                           folder("arc", status("Archived")) + "," + folder("ina", status("Inactive")) +
-                                           "," + folder("none", ""));
-    const FullAssemblyData first(root);
-    EXPECT_EQ(first.getDeletedParents(), (List{L"del", L"del"}));
-    EXPECT_EQ(first.getDeletedParentsCount(), 2);
-    EXPECT_EQ(first.getArchivedParents(), List{L"arc"});
-    EXPECT_EQ(first.getInactiveParents(), List{L"ina"});
+// "archived inactive deleted count denied".
+std::string describe(const FullAssemblyData& document) {
+    return listed(document.getArchivedParents()) + ' ' + listed(document.getInactiveParents()) + ' ' +
+           listed(document.getDeletedParents()) + ' ' + std::to_string(document.getDeletedParentsCount()) + ' ' +
+           listed(document.getAccessDeniedParents());
+}
 
-    const FullAssemblyDataV3 v3(root);
-    const FullAssemblyData& asFirst = v3;
-    EXPECT_EQ(asFirst.getDeletedParents(), (List{L"del", L"del", L"f-a", L"f-z"}));
-    EXPECT_EQ(asFirst.getDeletedParentsCount(), 4);
-    EXPECT_EQ(asFirst.getArchivedParents(), (List{L"arc", L"f-arc"}));
-    EXPECT_EQ(asFirst.getInactiveParents(), (List{L"ina", L"f-ina"}));
-    EXPECT_EQ(v3.getAccessDeniedParents(), List{}) << "none of them is active";
+TEST(FullAssemblyParents, ListsEachStatusWithFoldersByIdBehindProjects) {
+    const Qx::JSONNode root = rootWith(
+        R"({"type":"projects","name":"d","status":"Deleted"},{"type":"projects","name":"a","status":"Archived"},
+           {"type":"projects","name":"i","status":"Inactive"},{"type":"projects","name":"x","status":"deleted"},
+           {"type":"projects","name":"d","status":"Deleted"},{"type":"projects","status":"Deleted"})",
+        R"({"id":"f-z","type":"folders","name":"z","status":"Deleted"},{"id":"f-d","type":"folders","status":"Deleted"},
+           {"id":"f-a","type":"folders","name":"a","status":"Archived"},{"id":"f-x","type":"folders","name":"x"},
+           {"id":"f-i","type":"folders","name":"i","status":"Inactive"})");
+    EXPECT_EQ(describe(FullAssemblyData(root)), "a; i; d;d;; 3 ");
+    EXPECT_EQ(describe(FullAssemblyDataV3(root)), "a;f-a; i;f-i; d;d;;f-d;f-z; 5 ") << "through the base too";
+    EXPECT_EQ(describe(FullAssemblyDataV3()), "   0 ");
 }
 
 TEST(FullAssemblyParents, DeniesActiveProjectsToAllButWorkingMembers) {
-    struct Case {
-        const char* members;
-        bool denied;
+    const std::pair<const char*, const char*> cases[] = {
+        {R"("me":{"isMember":"true","role":"PROJECT_ADMIN"})", ""},
+        {R"("me":{"isMember":true})", ""},
+        {R"("me":{"isMember":"true","role":"VIEWER"})", "P;"},
+        {R"("me":{"isMember":"false","role":"PROJECT_ADMIN"})", "P;"},
+        {R"("me":{"role":"EDITOR"})", "P;"},
+        {R"("me":null)", "P;"},
+        {R"("status":"Inactive")", ""},
+        {R"("status":"Frozen")", ""},
     };
-    for (const Case& expected :
-         {Case{R"(,"me":{"isMember":"true","role":"PROJECT_ADMIN"})", false}, Case{R"(,"me":{"isMember":true})", false},
-          Case{R"(,"me":{"isMember":"true","role":"VIEWER"})", true},
-          Case{R"(,"me":{"isMember":"false","role":"PROJECT_ADMIN"})", true}, Case{R"(,"me":{"role":"EDITOR"})", true},
-          Case{"", true}, Case{R"(,"status":"Archived")", false}, Case{R"(,"status":"Frozen")", false}}) {
-        const FullAssemblyData document(rootWith(project("P", expected.members), ""));
-        EXPECT_EQ(document.getAccessDeniedParents(), expected.denied ? List{L"P"} : List{}) << expected.members;
+    for (const auto& [members, denied] : cases) {
+        const std::string project = R"({"type":"projects","name":"P",)" + std::string(members) + "}";
+        EXPECT_EQ(listed(FullAssemblyData(rootWith(project, "")).getAccessDeniedParents()), denied) << members;
     }
 }
 
-TEST(FullAssemblyParents, DeniesActiveFoldersWithoutReadByName) {
-    const auto me = [](const char* actions) {
-        return status("Active") + R"(,"me":{"isMember":"true","allowed-actions":[)" + actions + "]}";
-    };
+TEST(FullAssemblyParents, DeniesActiveFoldersWithoutReadByNameBehindProjects) {
     const FullAssemblyDataV3 document(
-        rootWith(project("P", ""), folder("open", me(R"("read")")) + "," + folder("z", me(R"("Read","readable")")) +
-                                       "," + folder("none", "") + "," + folder("a", status("Active")) + "," +
-                                       folder("arc", status("Archived"))));
-    EXPECT_EQ(document.getAccessDeniedParents(), (List{L"P", L"a", L"z"}));
-    EXPECT_EQ(document.getArchivedParents(), List{L"f-arc"});
-}
-
-TEST(FullAssemblyParents, NamelessParentsCount) {
-    const FullAssemblyData document(rootWith(R"({"type":"projects","status":"Deleted"})", ""));
-    EXPECT_EQ(document.getDeletedParents(), List{L""});
-    EXPECT_EQ(document.getDeletedParentsCount(), 1);
+        rootWith(R"({"type":"projects","name":"P"})",
+                 R"({"id":"1","type":"folders","name":"open","status":"Active","me":{"allowed-actions":["read"]}},
+           {"id":"3","type":"folders","name":"a","status":"Active","me":{"allowed-actions":["Read","readable"]}},
+           {"id":"2","type":"folders","name":"z","status":"Active"},{"id":"4","type":"folders","name":"no status"},
+           {"id":"5","type":"folders","name":"old","status":"Archived"})"));
+    EXPECT_EQ(describe(document), "5;   0 P;z;a;");
 }
 
 } // namespace
