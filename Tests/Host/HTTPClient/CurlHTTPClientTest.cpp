@@ -67,8 +67,8 @@ void hello(const httplib::Request&, httplib::Response& response) {
 }
 
 class CurlHTTPClientInBothTypes : public testing::TestWithParam<Type> {};
-INSTANTIATE_TEST_SUITE_P(ExecutionTypes, CurlHTTPClientInBothTypes,
-                         testing::Values(Type::CALLING_THREAD, Type::CLIENT_THREAD));
+INSTANTIATE_TEST_SUITE_P(In, CurlHTTPClientInBothTypes, testing::Values(Type::CALLING_THREAD, Type::CLIENT_THREAD),
+                         [](const auto& type) { return type.index == 0 ? "CallingThread" : "ClientThread"; });
 
 TEST_P(CurlHTTPClientInBothTypes, SendsWhatTheRequestSaysOverOneConnection) {
     std::vector<httplib::Request> received;
