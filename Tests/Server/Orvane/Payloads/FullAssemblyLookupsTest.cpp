@@ -23,15 +23,6 @@ TEST(FullAssemblyLookups, FindsRecordsByTheirWholeIdOnly) {
     EXPECT_EQ(document.projectMembership("none"), "");
 }
 
-TEST(FullAssemblyLookups, FoldersOutliveTheirDocument) {
-    std::shared_ptr<Orvane::Payloads::FolderData> folder;
-    {
-        const FullAssemblyDataV3 document(DocumentParts().root());
-        folder = document.getFolder("urn:vrnk.dorlqa:fs.folder:folderA");
-    }
-    EXPECT_EQ(folder->name(), "folder name");
-}
-
 TEST(FullAssemblyLookups, RepeatedProjectsAnswerByTheFirstOrTheFirstActive) {
     DocumentParts parts;
     parts.projects =
@@ -67,16 +58,6 @@ TEST(FullAssemblyLookups, RepeatedProjectsAnswerByTheFirstOrTheFirstActive) {
     EXPECT_EQ(byFile.at("2").getName(), L"deleted");
     EXPECT_EQ(byFile.at("4").getName(), L"plain");
     EXPECT_EQ(byFile.at("").getName(), L"no id");
-}
-
-TEST(FullAssemblyLookups, WithoutRelationshipsV3RefersToNothingDirectlyButToAllFiles) {
-    DocumentParts parts;
-    parts.relationships = "";
-    const FullAssemblyDataV3 document(parts.root());
-    EXPECT_TRUE(document.getDirectReferencedFiles().empty());
-    EXPECT_EQ(document.getAllReferencedFiles().size(), 2U);
-    EXPECT_EQ(FullAssemblyData(parts.root()).getDirectReferencedFiles(), document.getAllReferencedFiles());
-    EXPECT_TRUE(FullAssemblyDataV3().getAllReferencedFiles().empty());
 }
 
 } // namespace

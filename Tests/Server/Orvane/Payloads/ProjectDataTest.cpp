@@ -46,17 +46,10 @@ TEST(ProjectData, ReadsItsJSON) {
     EXPECT_EQ(ProjectData::dataType(), "projects");
 }
 
-TEST(ProjectData, SettersReplaceTheirFieldsAndMovingTakesThem) {
-    ProjectData project;
-    project.setName(L"n");
-    project.setParent("p");
-    project.Visible(true);
-    project.setStatus(ContainerStatus::INACTIVE);
-    project.setMembership("m");
-    project.setRole("r");
-    project.setCommunityType("c");
+TEST(ProjectData, MovingTakesTheTextsAndSetStatusTakesOnlyKnownOnes) {
+    ProjectData project(json(R"({"type":"projects","name":"n","visible":true,"status":"Inactive"})"));
     ProjectData moved = std::move(project);
-    EXPECT_EQ(describe(moved), "   n p INACTIVE m r c visible");
+    EXPECT_EQ(describe(moved), " projects  n  INACTIVE    visible");
     EXPECT_EQ(describe(project), "     INACTIVE    visible") << "texts move, the rest stays";
     moved.setStatus("Deleted");
     EXPECT_EQ(moved.getStatus(), ContainerStatus::DELETED);

@@ -11,28 +11,20 @@ using Orvane::Payloads::VersionData;
 
 static_assert(!std::is_default_constructible_v<VersionData>);
 
-TEST(VersionData, ReadsNameTitleAndFile) {
-    VersionData version(
-        json(R"({"id":"v","type":"versions","name":"n","title":"t","file":{"id":"urn:vrnk.dorlqa:dm.lineage:B"}})"));
-    EXPECT_EQ(version.getId(), "v");
-    EXPECT_EQ(version.getName(), "n");
-    EXPECT_EQ(version.getTitle(), "t");
-    EXPECT_EQ(version.getFileId(), "urn:vrnk.dorlqa:dm.lineage:B");
-    EXPECT_EQ(VersionData::dataType(), "versions");
-    const VersionData moved = std::move(version);
-    EXPECT_EQ(moved.getFileId(), "urn:vrnk.dorlqa:dm.lineage:B");
-    EXPECT_EQ(version.getFileId() + version.getId(), "");
-}
-
-TEST(VersionData, WhatIsMissingStaysEmpty) {
-    for (const char* text : {R"({"id":"v","type":"versions"})", R"({"id":"v","type":"versions","file":null})",
-                             R"({"id":"v","type":"versions","file":{"type":"files"}})",
-                             R"({"id":"v","type":"Versions","name":"n","title":"t","file":{"id":"f"}})"}) {
-        const VersionData version(json(text));
-        EXPECT_EQ(version.getId(), "v") << text;
-        EXPECT_EQ(version.getName() + version.getTitle() + version.getFileId(), "") << text;
+TEST(VersionData, ReadsItsJSON) {
+    const std::pair<const char*, const char*> cases[] = {
+        {R"("id":"v","type":"versions","name":"n","title":"t","file":{"id":"urn:B"})", "v versions n t urn:B"},
+        {R"("id":"v","type":"versions","title":"t","file":null)", "v versions  t "},
+        {R"("id":"v","type":"versions","name":"n","file":{"type":"files"})", "v versions n  "},
+        {R"("id":"v","type":"Versions","name":"n","title":"t","file":{"id":"f"})", "v Versions   "},
+    };
+    for (const auto& [members, expected] : cases) {
+        const VersionData version(json("{" + std::string(members) + "}"));
+        EXPECT_EQ(version.getId() + ' ' + version.getType() + ' ' + version.getName() + ' ' + version.getTitle() + ' ' +
+                      version.getFileId(),
+                  expected);
     }
-    EXPECT_EQ(VersionData(json(R"({"type":"versions","title":"t"})")).getName(), "");
+    EXPECT_EQ(VersionData::dataType(), "versions");
 }
 
 } // namespace
