@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 #include <httplib.h>
+#include <regex>
 #include <stdexcept>
 #include <utility>
 
@@ -35,9 +36,9 @@ LocalService::LocalService(ServiceData data, std::string token, int port)
         setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
     });
 
-    answerAt("GET", "/orvanedm/folders/(.*)/content", ServiceData::Address::FOLDER_CONTENTS);
-    answerAt("GET", "/orvanedm/v3/versions/(.*)/fullassembly", ServiceData::Address::FULL_ASSEMBLY);
-    answerAt("POST", "/orvanedm/versions/(.*)/fullassembly/access", ServiceData::Address::FULL_ASSEMBLY_ACCESS);
+    server_->Get("/orvanedm/folders/(.*)/content", answerFrom(ServiceData::Address::FOLDER_CONTENTS));
+    server_->Get("/orvanedm/v3/versions/(.*)/fullassembly", answerFrom(ServiceData::Address::FULL_ASSEMBLY));
+    answerPost("/orvanedm/versions/(.*)/fullassembly/access", ServiceData::Address::FULL_ASSEMBLY_ACCESS);
     server_->set_error_handler([](const httplib::Request&, httplib::Response& response) {
         if (response.body.empty())
             answerError(response, response.status, "Refused",
@@ -70,21 +71,36 @@ std::string LocalService::baseUriV3() const {
     return baseUri() + "/v3";
 }
 
-void LocalService::answerAt(const char* method, const std::string& pattern, ServiceData::Address address) {
-    const auto answer = [this, address](const httplib::Request& request, httplib::Response& response) {
-        if (!isAuthorized(request)) {
-            response.set_header("WWW-Authenticate", "Bearer");
-            answerError(response, 401, "Unauthorized", "The request needs the right bearer token.");
-            return;
-        }
-        const ServiceData::Answer found = data_.find(address, request.matches[1].str());
-        response.status = found.status;
-        response.set_content(found.body, jsonType);
+LocalService::Handler LocalService::answerFrom(ServiceData::Address address) const {
+    return [this, address](const httplib::Request& request, httplib::Response& response) {
+        answer(request, response, address, request.matches[1].str());
     };
-    if (std::string_view(method) == "POST")
-        server_->Post(pattern, answer);
-    else
-        server_->Get(pattern, answer);
+}
+
+// A POST without a length has no body, but the server would wait for one: it has to be answered ahead of that.
+void LocalService::answerPost(const std::string& pattern, ServiceData::Address address) {
+    server_->Post(pattern, answerFrom(address));
+    server_->set_pre_routing_handler([this, address, expression = std::regex(pattern)](const httplib::Request& request,
+                                                                                       httplib::Response& response) {
+        const bool hasBody = request.has_header("Content-Length") || request.has_header("Transfer-Encoding");
+        std::smatch matches;
+        if (request.method != "POST" || hasBody || !std::regex_match(request.path, matches, expression))
+            return httplib::Server::HandlerResponse::Unhandled;
+        answer(request, response, address, matches[1].str());
+        return httplib::Server::HandlerResponse::Handled;
+    });
+}
+
+void LocalService::answer(const httplib::Request& request, httplib::Response& response, ServiceData::Address address,
+                          const std::string& urn) const {
+    if (!isAuthorized(request)) {
+        response.set_header("WWW-Authenticate", "Bearer");
+        answerError(response, 401, "Unauthorized", "The request needs the right bearer token.");
+        return;
+    }
+    const ServiceData::Answer found = data_.find(address, urn);
+    response.status = found.status;
+    response.set_content(found.body, jsonType);
 }
 
 bool LocalService::isAuthorized(const httplib::Request& request) const {

@@ -2,6 +2,7 @@
 
 #include "Host/LocalService/ServiceData.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <thread>
@@ -39,7 +40,12 @@ public:
     std::string baseUriV3() const;
 
 private:
-    void answerAt(const char* method, const std::string& pattern, ServiceData::Address address);
+    using Handler = std::function<void(const httplib::Request& request, httplib::Response& response)>;
+
+    Handler answerFrom(ServiceData::Address address) const;
+    void answerPost(const std::string& pattern, ServiceData::Address address);
+    void answer(const httplib::Request& request, httplib::Response& response, ServiceData::Address address,
+                const std::string& urn) const;
     bool isAuthorized(const httplib::Request& request) const;
 
     const ServiceData data_;
