@@ -5,7 +5,7 @@
 #include "Host/AssemblyReport.h"
 #include "Host/Console.h"
 #include "Host/FolderReport.h"
-#include "Host/Session.h"
+#include "Host/ServiceConnection.h"
 #include "Server/Orvane/FolderContentLink.h"
 #include "Server/Orvane/Payloads/FullAssemblyDataV3.h"
 
@@ -63,13 +63,13 @@ void requestBatch(Qx::Orvanedm& orvanedm, const CommandLine& commandLine, std::v
 
 int runFolder(const CommandLine& commandLine) {
     std::vector<Listing> listings(commandLine.urns.size());
-    Session session(commandLine);
+    ServiceConnection connection(commandLine);
     if (listings.size() == 1)
-        session.orvanedm().getFolderContents(linkOf(commandLine.urns.front()), commandLine.query,
-                                             keepIn(listings.front()));
+        connection.orvanedm().getFolderContents(linkOf(commandLine.urns.front()), commandLine.query,
+                                                keepIn(listings.front()));
     else
-        requestBatch(session.orvanedm(), commandLine, listings);
-    const std::vector<Qx::HTTPResponse> responses = session.waitForResponses();
+        requestBatch(connection.orvanedm(), commandLine, listings);
+    const std::vector<Qx::HTTPResponse> responses = connection.waitForResponses();
 
     int exitStatus = 0;
     const char* separator = "";
@@ -91,31 +91,31 @@ int runFolder(const CommandLine& commandLine) {
 int runAssembly(const CommandLine& commandLine) {
     const std::string& urn = commandLine.urns.front();
     Outcome<std::shared_ptr<FullAssemblyData>> outcome;
-    Session session(commandLine);
-    session.orvanedm().getFullAssemblyStatus(
+    ServiceConnection connection(commandLine);
+    connection.orvanedm().getFullAssemblyStatus(
         urn,
         [&outcome](bool success, const std::shared_ptr<FullAssemblyData>& data) {
             outcome = {success, data};
         },
         commandLine.algorithm, Qx::ToIString(commandLine.workflow));
-    const std::vector<Qx::HTTPResponse> responses = session.waitForResponses();
+    const std::vector<Qx::HTTPResponse> responses = connection.waitForResponses();
     const auto assembly = std::dynamic_pointer_cast<FullAssemblyDataV3>(outcome.data);
     if (!outcome.success || !assembly)
         return printFailure(responses.front(), urn);
-    return printReport(commandLine, reportAssembly(*assembly, session.events()));
+    return printReport(commandLine, reportAssembly(*assembly, connection.events()));
 }
 
 int runAccess(const CommandLine& commandLine) {
     const std::string& urn = commandLine.urns.front();
     Outcome<FullAssemblyData> outcome;
-    Session session(commandLine);
-    session.orvanedm().requestFullAssemblyAccess(
+    ServiceConnection connection(commandLine);
+    connection.orvanedm().requestFullAssemblyAccess(
         urn,
         [&outcome](bool success, const FullAssemblyData& data) {
             outcome = {success, data};
         },
         commandLine.algorithm);
-    const std::vector<Qx::HTTPResponse> responses = session.waitForResponses();
+    const std::vector<Qx::HTTPResponse> responses = connection.waitForResponses();
     if (!outcome.success)
         return printFailure(responses.front(), urn);
     return printReport(commandLine, reportAccess(outcome.data));

@@ -23,14 +23,14 @@ std::string readToken(const std::string& tokenFile);
 /// All that one command needs to talk to the service: the service itself if it is the local one, its
 /// addresses in the application options, the HTTP client and the library's client, and the usage events that
 /// it tracks.
-class Session {
+class ServiceConnection {
 public:
     /// Throws `std::runtime_error` with a message of one line if there is no token for a service of the
     /// user's.
-    explicit Session(const CommandLine& commandLine);
-    Session(const Session&) = delete;
-    Session& operator=(const Session&) = delete;
-    ~Session();
+    explicit ServiceConnection(const CommandLine& commandLine);
+    ServiceConnection(const ServiceConnection&) = delete;
+    ServiceConnection& operator=(const ServiceConnection&) = delete;
+    ~ServiceConnection();
 
     Qx::Orvanedm& orvanedm();
 

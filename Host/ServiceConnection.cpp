@@ -1,4 +1,4 @@
-#include "Host/Session.h"
+#include "Host/ServiceConnection.h"
 
 #include "Base/QxBaseCore10/ApplicationOptions.h"
 #include "Base/QxBaseCore10/CloudBrowser.h"
@@ -47,7 +47,7 @@ std::string readToken(const std::string& tokenFile) {
     return token;
 }
 
-Session::Session(const CommandLine& commandLine) {
+ServiceConnection::ServiceConnection(const CommandLine& commandLine) {
     CurlHTTPClientSettings settings;
     settings.token = tokenFor(commandLine);
     settings.requestTimeout = commandLine.timeout;
@@ -65,19 +65,19 @@ Session::Session(const CommandLine& commandLine) {
     orvanedm_->setAsync(commandLine.async);
 }
 
-Session::~Session() {
+ServiceConnection::~ServiceConnection() {
     Qx::Analytics::setEventSink({});
 }
 
-Qx::Orvanedm& Session::orvanedm() {
+Qx::Orvanedm& ServiceConnection::orvanedm() {
     return *orvanedm_;
 }
 
-std::vector<Qx::HTTPResponse> Session::waitForResponses() {
+std::vector<Qx::HTTPResponse> ServiceConnection::waitForResponses() {
     return httpClient_->waitForResponses();
 }
 
-const std::vector<Qx::Analytics::Report>& Session::events() const {
+const std::vector<Qx::Analytics::Report>& ServiceConnection::events() const {
     return events_;
 }
 
