@@ -40,7 +40,7 @@ Report::Table listFiles(const Qx::JSONNode& included) {
 std::string folderText(const std::string& urn, const Qx::JSONNode& contents) {
     const Qx::JSONNode included(contents["included"]);
     if (!included.exists("folders") && !included.exists("files"))
-        return fmt::format("Contents of {}\n  {}\n", urn, printable(contents.toText()));
+        return fmt::format("Contents of {}\n  {}\n", printable(urn), printable(contents.toText()));
     const std::string name = Qx::JSONNode(contents["data"])["name"].asHString("");
     Report report{"Contents of " + (name.empty() ? urn : name), {}, {listFolders(included), listFiles(included)}};
     report.facts = {{"id", "folder", urn}};

@@ -30,7 +30,8 @@ void ObservedHTTPClient::queueRequest(Qx::HTTPRequest& request) {
     Qx::HTTPRequest observed = request;
     observed.setCallback([this, callback = request.getCallback()](const Qx::HTTPResponse& response) {
         const ScopeEnd keptAlways([&] { keep({response}); });
-        callback(response);
+        if (callback)
+            callback(response);
     });
     client_->queueRequest(observed);
 }
@@ -40,7 +41,8 @@ void ObservedHTTPClient::whenAllRequests(std::vector<Qx::HTTPRequest>& requests,
     expect(requests.size());
     const auto observed = [this, callback = std::move(callback)](std::vector<Qx::HTTPResponse> responses) {
         const ScopeEnd keptAlways([&] { keep(responses); });
-        callback(responses);
+        if (callback)
+            callback(responses);
     };
     client_->whenAllRequests(requests, observed, executionType);
 }

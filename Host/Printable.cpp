@@ -11,8 +11,9 @@ namespace {
 bool playsTricks(wchar_t character) {
     const bool isControl = character < 0x20 || (character >= 0x7F && character < 0xA0);
     const bool isLineBreak = character == 0x2028 || character == 0x2029;
-    const bool turnsDirection =
-        (character >= 0x202A && character <= 0x202E) || (character >= 0x2066 && character <= 0x2069);
+    const bool turnsDirection = (character >= 0x202A && character <= 0x202E) ||
+                                (character >= 0x2066 && character <= 0x2069) || character == 0x200E ||
+                                character == 0x200F || character == 0x061C;
     return isControl || isLineBreak || turnsDirection;
 }
 

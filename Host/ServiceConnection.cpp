@@ -17,6 +17,13 @@ namespace {
 
 constexpr const char* optionsName = "orvane";
 
+// Paths, which begin with "/", go directly behind an address.
+std::string withoutSlashAtEnd(std::string address) {
+    while (address.ends_with('/'))
+        address.pop_back();
+    return address;
+}
+
 std::string tokenFor(const CommandLine& commandLine) {
     std::string token = readToken(commandLine.tokenFile);
     if (!token.empty())
@@ -52,12 +59,12 @@ ServiceConnection::ServiceConnection(const CommandLine& commandLine) {
     settings.token = tokenFor(commandLine);
     settings.requestTimeout = commandLine.timeout;
 
-    std::string service = commandLine.service;
+    std::string service = withoutSlashAtEnd(commandLine.service);
     if (service.empty()) {
         localService_.emplace(ServiceData::sample(), settings.token, 0);
         service = localService_->baseUri();
     }
-    setAddresses(service, commandLine.v3Service.empty() ? service + "/v3" : commandLine.v3Service);
+    setAddresses(service, commandLine.v3Service.empty() ? service + "/v3" : withoutSlashAtEnd(commandLine.v3Service));
 
     Qx::Analytics::setEventSink([this](const Qx::Analytics::Report& event, bool) { events_.push_back(event); });
     httpClient_ = std::make_shared<ObservedHTTPClient>(std::make_unique<CurlHTTPClient>(settings));

@@ -25,8 +25,8 @@ std::string readToken(const std::string& tokenFile);
 /// it tracks.
 class ServiceConnection {
 public:
-    /// Throws `std::runtime_error` with a message of one line if there is no token for a service of the
-    /// user's.
+    /// Throws `std::runtime_error` with a message of one line if there is no token for a service of the user's, or the
+    /// token file can't be read.
     explicit ServiceConnection(const CommandLine& commandLine);
     ServiceConnection(const ServiceConnection&) = delete;
     ServiceConnection& operator=(const ServiceConnection&) = delete;

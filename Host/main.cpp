@@ -4,6 +4,8 @@
 #include <clocale>
 #include <csignal>
 #include <exception>
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace {
 
@@ -24,9 +26,20 @@ int run(int argc, const char* const* argv) {
     return runCommand(commandLine);
 }
 
+// A standard stream that is closed would hand its number to the next file or connection, which would then be
+// written into. As a file that can only be read, it makes writing fail instead.
+void occupyStandardStreams() {
+    int descriptor = 0;
+    while (descriptor >= 0 && descriptor <= STDERR_FILENO)
+        descriptor = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    if (descriptor >= 0)
+        close(descriptor);
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
+    occupyStandardStreams();
     // A closed pipe is to be reported like any other failure, and names have to be measured to be aligned.
     std::signal(SIGPIPE, SIG_IGN);
     std::setlocale(LC_CTYPE, "C.UTF-8");

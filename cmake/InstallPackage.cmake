@@ -12,5 +12,7 @@ install(FILES
   "${PROJECT_BINARY_DIR}/QxOrvaneDM10Config.cmake" "${PROJECT_BINARY_DIR}/QxOrvaneDM10ConfigVersion.cmake"
   DESTINATION "${packageFolder}")
 
+# Relative, so that the file is right wherever the package is installed or moved.
+file(RELATIVE_PATH prefixFromPkgConfig "/prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/prefix")
 configure_file("${CMAKE_CURRENT_LIST_DIR}/QxOrvaneDM10.pc.in" "${PROJECT_BINARY_DIR}/QxOrvaneDM10.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/QxOrvaneDM10.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# build.sh PRESET [TARGET...]: configures the preset if it has not been, and builds. Prints only if there is work.
+# build.sh PRESET [TARGET...]: configures the preset if it has not been or the presets have changed, and builds. Prints only if there is work.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 preset=$1
 shift
 
-if [ ! -e "build/$preset/build.ninja" ]; then
+if [ ! -e "build/$preset/build.ninja" ] || [ CMakePresets.json -nt "build/$preset/CMakeCache.txt" ]; then
   echo "Configuring $preset" >&2
   cmake --preset "$preset" >/dev/null
 fi

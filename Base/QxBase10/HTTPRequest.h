@@ -13,8 +13,8 @@ namespace Qx {
 
 class HTTPResponse;
 
-/// One HTTP request, without a body, that an `IHTTPClient` is to send. A copyable value; nothing in it is
-/// checked here.
+/// One HTTP request, without a body, that an `IHTTPClient` is to send. A plain value, which may be read from several
+/// threads at once; nothing in it is checked here. Setters replace what was there, but for `setHeader`.
 class QXBASE10_EXPORT HTTPRequest {
 public:
     enum class Method : std::int32_t { GET = 0, POST = 1 };
@@ -59,8 +59,10 @@ public:
     const std::string& getThreadName() const;
     void setThreadName(const std::string& threadName);
 
+    /// Where the request was formed.
     const boost::source_location& getLocation() const;
 
+    /// The thread in which the request is to be answered.
     ExecutionType executionType = ExecutionType::CALLING_THREAD;
 
 private:

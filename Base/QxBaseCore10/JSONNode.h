@@ -46,6 +46,7 @@ public:
     JSONRef operator[](const char* key) const;
     JSONRef operator[](std::nullptr_t) const = delete;
 
+    /// True for an array, also an empty one.
     bool isArray() const;
 
     /// The elements of an array, in order; an empty range for anything else.

@@ -7,7 +7,8 @@
 
 namespace Qx {
 
-/// A URL as text. It keeps any text, valid or not, and changes it only by `SetQueryVariable`.
+/// A URL as text. A plain value; may be read from several threads at once. It keeps any text, valid or not, and changes
+/// it only by `SetQueryVariable`.
 class QXBASECORE10_EXPORT Uri {
 public:
     explicit Uri(std::string text);

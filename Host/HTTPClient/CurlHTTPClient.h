@@ -14,8 +14,9 @@ namespace OrvaneHost {
 /// reused, compressed answers are accepted, certificates are always verified, and the limits of the settings
 /// hold. The token goes only over https or to this machine, and never to another host than the one asked.
 ///
-/// Each request gets one completion whatever happens: also if it is refused (control characters in its
-/// address or a header, an address that is neither http nor https), if the client is destroyed meanwhile, or
+/// Each request gets one completion whatever happens: also if it is refused (control characters in its address,
+/// the token or a header, an address that is neither http nor https or holds a user name, the token over plain http
+/// beyond this machine), if the client is destroyed meanwhile, or
 /// if another completion throws. In the calling thread what a completion throws passes through, after the
 /// completions of the same batch; on a thread of the client it ends there. All operations may be called from several
 /// threads at once and from completions. A completion may destroy the client, if no call to it is running on

@@ -6,14 +6,15 @@
 
 namespace OrvaneHost {
 
-/// What a `CurlHTTPClient` is to keep to.
+/// What a `CurlHTTPClient` is to keep to. Times are more than 0, and none runs while a request waits for its turn.
 struct CurlHTTPClientSettings {
     /// Sent as bearer token with requests that ask for one; empty sends none.
     std::string token;
 
     std::chrono::milliseconds connectTimeout = std::chrono::seconds(10);
-    std::chrono::milliseconds requestTimeout = std::chrono::seconds(120); ///< From first to last byte.
-    std::chrono::seconds stallTimeout = std::chrono::seconds(30);         ///< Below one byte a second on average.
+    std::chrono::milliseconds requestTimeout =
+        std::chrono::seconds(120); ///< From its start, name look-up included, to the last byte.
+    std::chrono::seconds stallTimeout = std::chrono::seconds(30); ///< Below one byte a second on average.
 
     std::size_t maxBodyBytes = std::size_t{256} << 20; ///< Of the decoded body.
     int maxRedirects = 5;                              ///< 0 follows none.

@@ -47,7 +47,7 @@ std::string refusalOf(const Qx::HTTPRequest& request, const CurlUrl& url, std::s
     if (!partOf(url, CURLUPART_USER).empty() || !partOf(url, CURLUPART_PASSWORD).empty())
         return "refused: the address holds a user name or password";
     if (!isAddress || (scheme != "https" && scheme != "http"))
-        return fmt::format("refused: \"{}\" is no http or https address", request.getURL());
+        return fmt::format("refused: \"{}\" is no valid http or https address", request.getURL());
     if (!token.empty() && scheme == "http" && !isLoopback(partOf(url, CURLUPART_HOST)))
         return "refused: the token goes over https only, or to this machine; use an https address";
     return {};

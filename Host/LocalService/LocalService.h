@@ -30,7 +30,7 @@ public:
     LocalService(const LocalService&) = delete;
     LocalService& operator=(const LocalService&) = delete;
 
-    /// Ends the requests that are being answered and stops.
+    /// Waits for the requests that are being answered, and up to a second for idle connections, and stops.
     ~LocalService();
 
     int port() const;

@@ -1,6 +1,7 @@
 #include "Host/LocalService/ServiceData.h"
 
 #include "Base/QxBaseCore10/JSONNode.h"
+#include "Base/QxBaseCore10/Strings.h"
 #include "Host/LocalService/SampleData.h"
 
 #include <array>
@@ -84,7 +85,9 @@ ServiceData::Answer ServiceData::find(Address address, const std::string& urn) c
 }
 
 std::string ServiceData::errorBody(int status, const std::string& title, const std::string& detail) {
-    const boost::json::value error = {{"status", std::to_string(status)}, {"title", title}, {"detail", detail}};
+    // The detail may name what a client asked for, which need not be UTF-8; the body has to be.
+    const boost::json::value error = {
+        {"status", std::to_string(status)}, {"title", title}, {"detail", Qx::ToHString(Qx::ToIString(detail))}};
     return boost::json::serialize(boost::json::object{{"errors", boost::json::array{error}}});
 }
 

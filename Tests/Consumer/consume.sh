@@ -17,10 +17,9 @@ quietly cmake -S "$source" -B "$work/consumer" -G Ninja -DCMAKE_PREFIX_PATH="$wo
 quietly cmake --build "$work/consumer"
 "$work/consumer/consumer"
 
-# The installed folder has been moved since it was configured, so pkg-config is told where it is.
 libraries=$(dirname "$(find "$work/installed" -name libQxOrvaneDM10.so)")
 export PKG_CONFIG_PATH=$libraries/pkgconfig
-read -ra flags < <(pkg-config --define-variable=prefix="$work/installed" --cflags --libs QxOrvaneDM10)
+read -ra flags < <(pkg-config --cflags --libs QxOrvaneDM10)
 quietly "$compiler" -std=c++20 -I"$work/consumer" "$source/main.cpp" "${flags[@]}" -Wl,-rpath,"$libraries" \
   -o "$work/with-pkg-config"
 "$work/with-pkg-config"

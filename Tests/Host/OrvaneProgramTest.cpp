@@ -109,7 +109,7 @@ TEST(OrvaneProgram, SaysInOneLineWhatFailedAndWhatToDo) {
     expectFailure(run("assembly unknown" + there, "right"), 1, "check the URN");
     expectFailure(run("folder u --service http://127.0.0.1:1", "t"), 1, "check --service");
     expectFailure(run("folder u --service http://service.example", "t"), 1, "use an https address");
-    expectFailure(run("folder u --service nonsense", "t"), 1, "is no http or https address");
+    expectFailure(run("folder u --service nonsense", "t"), 1, "is no valid http or https address");
     const TestServer html([](const httplib::Request& request, httplib::Response& response) {
         response.status = request.path == "/failing/folders/u/content" ? 503 : 200;
         response.set_content("<html>", "text/html");

@@ -10,17 +10,16 @@
 
 namespace {
 
-// The compilers of Linux keep a virtual operation's place in the table, in bytes and one more, in its pointer.
+// The pointer to a virtual operation holds its place in the table in bytes, on some processors and one more.
 template <class Operation>
-std::ptrdiff_t slotOf(Operation operation) {
-    const auto words = std::bit_cast<std::array<std::ptrdiff_t, 2>>(operation);
-    return (words[0] - 1) / static_cast<std::ptrdiff_t>(sizeof(void*));
+std::size_t slotOf(Operation operation) {
+    return std::bit_cast<std::array<std::size_t, 2>>(operation)[0] / sizeof(void*);
 }
 
 // A destructor takes two slots.
 template <class Document>
 struct Slots : Document {
-    static std::array<std::ptrdiff_t, 7> of() {
+    static std::array<std::size_t, 7> of() {
         return {slotOf(&Slots::getDeletedParentsCount),   slotOf(&Slots::getArchivedParents),
                 slotOf(&Slots::getDeletedParents),        slotOf(&Slots::getInactiveParents),
                 slotOf(&Slots::getAccessDeniedParents),   slotOf(&Slots::getDirectReferencedFiles),
@@ -29,11 +28,11 @@ struct Slots : Document {
 };
 
 struct ProtectedSlot : Orvane::Payloads::FullAssemblyData {
-    static std::ptrdiff_t get() { return slotOf(&ProtectedSlot::getParentByStatus); }
+    static std::size_t get() { return slotOf(&ProtectedSlot::getParentByStatus); }
 };
 
 TEST(VirtualSlots, StandInTheirOrder) {
-    const std::array<std::ptrdiff_t, 7> expected{0, 1, 2, 3, 4, 5, 8};
+    const std::array<std::size_t, 7> expected{0, 1, 2, 3, 4, 5, 8};
     EXPECT_EQ(Slots<Orvane::Payloads::FullAssemblyData>::of(), expected);
     EXPECT_EQ(Slots<Orvane::Payloads::FullAssemblyDataV3>::of(), expected);
     EXPECT_EQ(ProtectedSlot::get(), 9);
