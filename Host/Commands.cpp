@@ -45,9 +45,7 @@ int printFailure(const Qx::HTTPResponse& response, const std::string& urn) {
 using Listing = Outcome<Qx::JSONNode>;
 
 Qx::Orvanedm::FolderContentsCallback keepIn(Listing& listing) {
-    return [&listing](bool success, const Qx::JSONNode& contents) {
-        listing = {success, contents};
-    };
+    return [&listing](bool success, const Qx::JSONNode& contents) { listing = {success, contents}; };
 }
 
 // Several folders go out as one batch.

@@ -120,9 +120,7 @@ bool Transfer::prepare(CurlEasy easy) {
     if (isLocal_)
         set(CURLOPT_NOPROXY, "*");
 
-    const auto milliseconds = [](std::chrono::milliseconds time) {
-        return static_cast<long>(time.count());
-    };
+    const auto milliseconds = [](std::chrono::milliseconds time) { return static_cast<long>(time.count()); };
     set(CURLOPT_CONNECTTIMEOUT_MS, milliseconds(settings_.connectTimeout));
     set(CURLOPT_TIMEOUT_MS, milliseconds(settings_.requestTimeout));
     set(CURLOPT_LOW_SPEED_LIMIT, 1L);

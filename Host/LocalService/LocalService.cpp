@@ -23,9 +23,7 @@ void answerError(httplib::Response& response, int status, const char* title, con
 LocalService::LocalService(ServiceData data, std::string token, int port)
     : data_(std::move(data)), token_(std::move(token)), server_(std::make_unique<httplib::Server>()) {
     // A connection that is kept alive holds a thread, so there have to be more than clients keep open.
-    server_->new_task_queue = [] {
-        return new httplib::ThreadPool(32);
-    };
+    server_->new_task_queue = [] { return new httplib::ThreadPool(32); };
     server_->set_keep_alive_max_count(1'000'000);
     server_->set_keep_alive_timeout(1); // Seconds; stopping waits for idle connections.
     server_->set_payload_max_length(std::size_t{1} << 20);

@@ -33,9 +33,7 @@ Qx::Uri FolderContentLink::href() const {
 }
 
 bool FolderContentLink::isOrvaneFolderContentLink(const std::string& link) {
-    const auto contains = [&](const char* text) {
-        return link.find(text) != std::string::npos;
-    };
+    const auto contains = [&](const char* text) { return link.find(text) != std::string::npos; };
     return contains("orvanedm") && contains("/content");
 }
 

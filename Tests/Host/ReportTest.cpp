@@ -29,10 +29,4 @@ TEST_F(ReportTest, TextIsAlignedByDisplayWidthAndFreeOfControls) {
                                           "  Gehäuse  2\n");
 }
 
-TEST_F(ReportTest, JSONHoldsTheSameWithEveryTable) {
-    EXPECT_EQ(OrvaneHost::toJSON(report), R"({"count":2,"name":"x\u001b[2J",)"
-                                          R"("rows":[{"name":"歯車","id":"1"},{"name":"Gehäuse","id":"2"}],"none":[]})"
-                                          "\n");
-}
-
 } // namespace

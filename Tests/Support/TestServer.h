@@ -16,9 +16,7 @@ public:
 
     /// With a server of one's own, such as one for https.
     TestServer(Handler handler, std::unique_ptr<httplib::Server> server) : server_(std::move(server)) {
-        server_->new_task_queue = [] {
-            return new httplib::ThreadPool(32);
-        };
+        server_->new_task_queue = [] { return new httplib::ThreadPool(32); };
         server_->set_tcp_nodelay(true);
         server_->Get(".*", handler);
         server_->Post(".*", handler);

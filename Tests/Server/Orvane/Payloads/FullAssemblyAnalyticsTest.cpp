@@ -92,10 +92,4 @@ TEST(FullAssemblyAnalytics, ProjectTypeIsThatOfTheOwnFile) {
     }
 }
 
-TEST(FullAssemblyAnalytics, WhatTheSinkThrowsPassesThrough) {
-    const ScopedState sink =
-        scopedEventSink([](const Qx::Analytics::Report&, bool) { throw std::runtime_error("full"); });
-    EXPECT_THROW(FullAssemblyData().sendFullAssemblyAnalytics(L"w"), std::runtime_error);
-}
-
 } // namespace

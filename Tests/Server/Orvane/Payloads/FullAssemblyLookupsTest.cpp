@@ -9,21 +9,7 @@ namespace {
 using Orvane::Payloads::FullAssemblyData;
 using Orvane::Payloads::FullAssemblyDataV3;
 
-TEST(FullAssemblyLookups, FindsRecordsByTheirWholeIdOnly) {
-    const FullAssemblyDataV3 document(DocumentParts().root());
-    ASSERT_TRUE(document.getFileById("urn:vrnk.dorlqa:dm.lineage:A"));
-    EXPECT_EQ(document.getFileById("urn:vrnk.dorlqa:dm.lineage:A")->getName(), L"A");
-    EXPECT_EQ(document.getFileById("urn:vrnk.dorlqa:fs.file:A?version=3"), nullptr) << "a version's id";
-    EXPECT_EQ(document.getFolder("urn:vrnk.dorlqa:fs.folder:FOLDERA"), nullptr);
-    ASSERT_TRUE(document.getProject("1234567890123456"));
-    EXPECT_EQ(document.getProject("1234567890123456")->getName(), L"Closed Project Project-Name");
-    EXPECT_EQ(document.getProject("urn:vrnk.dorlqa:fs.folder:folderA"), nullptr);
-    EXPECT_EQ(document.getProject(""), nullptr);
-    EXPECT_EQ(document.getProjectName("none"), L"");
-    EXPECT_EQ(document.projectMembership("none"), "");
-}
-
-TEST(FullAssemblyLookups, RepeatedProjectsAnswerByTheFirstOrTheFirstActive) {
+TEST(FullAssemblyLookups, FindByWholeIdsAndOfRepeatedProjectsTheFirstOrTheFirstActive) {
     DocumentParts parts;
     parts.projects =
         R"({"id":"p","type":"projects","name":"deleted","status":"Deleted","me":{"membership":"D"}},
@@ -37,6 +23,10 @@ TEST(FullAssemblyLookups, RepeatedProjectsAnswerByTheFirstOrTheFirstActive) {
                       {"id":"4","type":"files","parent":{"type":"OTHER","id":"q"}},
                       {"id":"","type":"files","name":"no id"})";
     const FullAssemblyDataV3 document(parts.root());
+    EXPECT_EQ(document.getFileById("urn:vrnk.dorlqa:fs.file:A?version=3"), nullptr) << "ids of a kind find only it";
+    EXPECT_EQ(document.getFolder("urn:vrnk.dorlqa:fs.folder:FOLDERA"), nullptr);
+    EXPECT_EQ(document.getProject("1"), nullptr);
+    EXPECT_EQ(document.getProjectName("P"), L"");
     EXPECT_EQ(document.getProjectName("p"), L"deleted");
     EXPECT_EQ(document.getProject("p")->getName(), L"deleted");
     EXPECT_EQ(document.getProject("")->getName(), L"no id");
