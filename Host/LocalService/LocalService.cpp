@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 #include <httplib.h>
-#include <regex>
 #include <stdexcept>
 #include <utility>
 
@@ -36,7 +35,7 @@ LocalService::LocalService(ServiceData data, std::string token, int port)
 
     server_->Get("/orvanedm/folders/(.*)/content", answerFrom(ServiceData::Address::FOLDER_CONTENTS));
     server_->Get("/orvanedm/v3/versions/(.*)/fullassembly", answerFrom(ServiceData::Address::FULL_ASSEMBLY));
-    answerPost("/orvanedm/versions/(.*)/fullassembly/access", ServiceData::Address::FULL_ASSEMBLY_ACCESS);
+    answerAccess();
     server_->set_error_handler([](const httplib::Request&, httplib::Response& response) {
         if (response.body.empty())
             answerError(response, response.status, "Refused",
@@ -76,15 +75,19 @@ LocalService::Handler LocalService::answerFrom(ServiceData::Address address) con
 }
 
 // A POST without a length has no body, but the server would wait for one: it has to be answered ahead of that.
-void LocalService::answerPost(const std::string& pattern, ServiceData::Address address) {
-    server_->Post(pattern, answerFrom(address));
-    server_->set_pre_routing_handler([this, address, expression = std::regex(pattern)](const httplib::Request& request,
-                                                                                       httplib::Response& response) {
+void LocalService::answerAccess() {
+    const std::string start = "/orvanedm/versions/";
+    const std::string end = "/fullassembly/access";
+    constexpr auto address = ServiceData::Address::FULL_ASSEMBLY_ACCESS;
+    server_->Post(start + "(.*)" + end, answerFrom(address));
+    server_->set_pre_routing_handler([this, start, end](const httplib::Request& request, httplib::Response& response) {
+        const std::string& path = request.path;
+        const bool isAccess =
+            path.size() >= start.size() + end.size() && path.starts_with(start) && path.ends_with(end);
         const bool hasBody = request.has_header("Content-Length") || request.has_header("Transfer-Encoding");
-        std::smatch matches;
-        if (request.method != "POST" || hasBody || !std::regex_match(request.path, matches, expression))
+        if (request.method != "POST" || hasBody || !isAccess)
             return httplib::Server::HandlerResponse::Unhandled;
-        answer(request, response, address, matches[1].str());
+        answer(request, response, address, path.substr(start.size(), path.size() - start.size() - end.size()));
         return httplib::Server::HandlerResponse::Handled;
     });
 }

@@ -43,7 +43,7 @@ private:
     using Handler = std::function<void(const httplib::Request& request, httplib::Response& response)>;
 
     Handler answerFrom(ServiceData::Address address) const;
-    void answerPost(const std::string& pattern, ServiceData::Address address);
+    void answerAccess();
     void answer(const httplib::Request& request, httplib::Response& response, ServiceData::Address address,
                 const std::string& urn) const;
     bool isAuthorized(const httplib::Request& request) const;
