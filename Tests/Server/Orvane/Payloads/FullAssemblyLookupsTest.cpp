@@ -6,7 +6,6 @@
 
 namespace {
 
-using Orvane::Payloads::FullAssemblyData;
 using Orvane::Payloads::FullAssemblyDataV3;
 
 TEST(FullAssemblyLookups, FindByWholeIdsAndOfRepeatedProjectsTheFirstOrTheFirstActive) {
