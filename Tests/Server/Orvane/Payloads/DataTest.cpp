@@ -24,18 +24,11 @@ TEST(Data, ReadsWhatTheNodeCarriesAndKeepsTheRest) {
     EXPECT_EQ(data.getType(), "folders");
 }
 
-TEST(Data, MovingLeavesTheSourceEmptyAndUsable) {
-    for (const std::string& text : {std::string("short"), std::string(100, 'x')}) {
-        Data data;
-        data.setId(text);
-        data.setType(text);
-        Links links;
-        links.setHref(text);
-        const Data movedData = std::move(data);
-        const Links movedLinks = std::move(links);
-        EXPECT_EQ(movedData.getId() + movedData.getType() + movedLinks.getHref(), text + text + text);
-        EXPECT_EQ(data.getId() + data.getType() + links.getHref(), "");
-    }
+TEST(Data, MovingLeavesTheSourceEmpty) {
+    Data data{json(R"({"id":"short","type":"longer than a text that is held in place"})")};
+    const Data moved = std::move(data);
+    EXPECT_EQ(moved.getId(), "short");
+    EXPECT_EQ(data.getId() + data.getType(), "");
 }
 
 } // namespace

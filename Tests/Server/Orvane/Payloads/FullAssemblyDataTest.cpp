@@ -50,17 +50,13 @@ TEST(FullAssemblyData, ReadsWhatIsThereAndOfTheRightType) {
     EXPECT_EQ(describe(FullAssemblyData()), "//0/0  ");
 }
 
-TEST(FullAssemblyData, CopiesAndMovesAlikeAndSlicesAV3Document) {
+TEST(FullAssemblyData, MovingCopiesAndSlicingTakesTheBase) {
     FullAssemblyData source(DocumentParts().root());
     const std::string all = describe(source);
-    const FullAssemblyData moved = std::move(source);
-    EXPECT_EQ(describe(moved), all);
-    EXPECT_EQ(describe(source), all) << "moving copies";
-    FullAssemblyData target(json(R"({"data":{"id":"old"},"included":{"files":[{"id":"old","type":"files"}]}})"));
-    target = moved;
-    FullAssemblyData& self = target;
-    target = self;
+    FullAssemblyData target = std::move(source);
     EXPECT_EQ(describe(target), all);
+    EXPECT_EQ(describe(source), all) << "moving copies";
+    target = FullAssemblyData();
     const Orvane::Payloads::FullAssemblyDataV3 v3(DocumentParts().root());
     target = static_cast<const FullAssemblyData&>(v3);
     EXPECT_EQ(describe(target), all) << "the base part alone, so all files count as referenced";
