@@ -14,6 +14,16 @@ std::string_view withoutByteOrderMark(std::string_view text) {
     return text.starts_with(mark) ? text.substr(mark.size()) : text;
 }
 
+// A parsed text that finds its owners again from a place in it.
+class SharedDocument : public simdjson::dom::document, public std::enable_shared_from_this<SharedDocument> {};
+
+std::shared_ptr<const void> ownerOf(const Detail::JSONPlace& place) {
+    if (!place.document)
+        return nullptr;
+    const auto* document = static_cast<const simdjson::dom::document*>(place.document);
+    return static_cast<const SharedDocument*>(document)->shared_from_this();
+}
+
 } // namespace
 
 JSONNode::JSONNode(const std::string& text) {
@@ -21,9 +31,7 @@ JSONNode::JSONNode(const std::string& text) {
     parse(text, text.capacity() - text.size(), *this, dropped);
 }
 
-JSONNode::JSONNode(const JSONRef& ref) : value_(ref.value_) {}
-
-JSONNode::JSONNode(JSONRef&& ref) : value_(std::move(ref.value_)) {}
+JSONNode::JSONNode(const JSONRef& ref) : document_(ownerOf(ref.place_)), place_(ref.place_) {}
 
 bool JSONNode::parse(std::string_view text, std::size_t spareBytes, JSONNode& node, Status& status) {
     const std::string_view json = withoutByteOrderMark(text);
@@ -32,7 +40,7 @@ bool JSONNode::parse(std::string_view text, std::size_t spareBytes, JSONNode& no
         return false;
     }
     const bool needsCopy = spareBytes < simdjson::SIMDJSON_PADDING;
-    auto document = std::make_shared<simdjson::dom::document>();
+    auto document = std::make_shared<SharedDocument>();
     simdjson::dom::parser parser;
     simdjson::dom::element root;
     const simdjson::error_code error =
@@ -41,62 +49,53 @@ bool JSONNode::parse(std::string_view text, std::size_t spareBytes, JSONNode& no
         status.setReason(simdjson::error_message(error));
         return false;
     }
-    node.value_ = {std::move(document), Detail::toPlace(root)};
+    node.document_ = std::move(document);
+    node.place_ = Detail::toPlace(root);
     status = Status();
     return true;
 }
 
 bool JSONNode::exists(const char* key) const {
-    if (!value_.document)
+    if (!document_)
         return false;
-    return Detail::elementOf(value_).at_key(key).error() == simdjson::SUCCESS;
+    return Detail::elementAt(place_).at_key(key).error() == simdjson::SUCCESS;
 }
 
 JSONRef JSONNode::operator[](const char* key) const {
-    if (!value_.document)
+    if (!document_)
         return {};
     simdjson::dom::element child;
-    if (Detail::elementOf(value_).at_key(key).get(child) != simdjson::SUCCESS)
+    if (Detail::elementAt(place_).at_key(key).get(child) != simdjson::SUCCESS)
         return {};
-    return JSONRef({value_.document, Detail::toPlace(child)});
+    return JSONRef(Detail::toPlace(child));
 }
 
 bool JSONNode::isArray() const {
-    return value_.document && Detail::elementOf(value_).is_array();
+    return document_ && Detail::elementAt(place_).is_array();
 }
 
 JSONNode::const_iterator JSONNode::begin() const {
     if (!isArray())
         return {};
-    const auto array = Detail::elementOf(value_).get_array().value_unsafe();
-    return const_iterator({value_.document, Detail::toPlace(array.begin())});
+    const auto array = Detail::elementAt(place_).get_array().value_unsafe();
+    return const_iterator(Detail::toPlace(array.begin()));
 }
 
 JSONNode::const_iterator JSONNode::end() const {
     if (!isArray())
         return {};
-    const auto array = Detail::elementOf(value_).get_array().value_unsafe();
-    return const_iterator({value_.document, Detail::toPlace(array.end())});
+    const auto array = Detail::elementAt(place_).get_array().value_unsafe();
+    return const_iterator(Detail::toPlace(array.end()));
 }
 
 std::string JSONNode::toText() const {
-    return value_.document ? simdjson::minify(Detail::elementOf(value_)) : "null";
-}
-
-JSONNode::const_iterator::const_iterator(Detail::JSONValue value) : value_(std::move(value)) {}
-
-bool JSONNode::const_iterator::operator==(const const_iterator& other) const {
-    return value_.place.index == other.value_.place.index;
+    return document_ ? simdjson::minify(Detail::elementAt(place_)) : "null";
 }
 
 JSONNode::const_iterator& JSONNode::const_iterator::operator++() {
-    auto place = Detail::fromPlace<simdjson::dom::array::iterator>(value_.place);
-    value_.place = Detail::toPlace(++place);
+    auto place = Detail::fromPlace<simdjson::dom::array::iterator>(place_);
+    place_ = Detail::toPlace(++place);
     return *this;
-}
-
-JSONRef JSONNode::const_iterator::operator*() const {
-    return JSONRef(value_);
 }
 
 } // namespace Qx

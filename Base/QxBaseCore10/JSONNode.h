@@ -1,11 +1,12 @@
 #pragma once
 
+#include "Base/QxBaseCore10/JSONPlace.h"
 #include "Base/QxBaseCore10/JSONRef.h"
-#include "Base/QxBaseCore10/JSONValue.h"
 #include "Base/QxBaseCore10/qxbasecore10_export.h"
 
 #include <cstddef>
 #include <iterator>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -15,9 +16,10 @@ class Status;
 
 /// A JSON value that shares ownership of the document it stands in.
 ///
-/// Copying a node, taking out a child and walking an array cost a reference count each, never a subtree.
-/// A document is not written after parsing, so nodes of one document may be read from several threads at
-/// once. No operation throws for any JSON or any bytes; parsing and `toText` may throw `std::bad_alloc`.
+/// Copying a node and taking out a child cost a reference count each, never a subtree, and walking an array costs
+/// not even that. A document is not written after parsing, so one node, or several of one document, may be read from
+/// several threads at once. No operation throws for any JSON or any bytes; parsing and `toText` may throw
+/// `std::bad_alloc`.
 ///
 /// Of a key that an object holds twice, the first counts.
 class QXBASECORE10_EXPORT JSONNode {
@@ -32,24 +34,24 @@ public:
     /// value included) gives the null node. Linear in the length of the text.
     explicit JSONNode(const std::string& text);
 
-    /// The value that `ref` refers to. It outlives the reference.
+    /// The value that `ref` refers to. It outlives the reference and the node that gave it.
     explicit JSONNode(const JSONRef& ref);
-    explicit JSONNode(JSONRef&& ref);
 
     /// True if this is an object that has `key`, also when the key's value is null. Linear in the number of
     /// the object's keys.
     bool exists(const char* key) const;
     bool exists(std::nullptr_t) const = delete;
 
-    /// The value under `key`, or a null reference if this is no object or lacks the key. Linear in the
-    /// number of the object's keys.
+    /// The value under `key`, or a null reference if this is no object or lacks the key. Good as long as any node of
+    /// the document lives. Linear in the number of the object's keys.
     JSONRef operator[](const char* key) const;
     JSONRef operator[](std::nullptr_t) const = delete;
 
     /// True for an array, also an empty one.
     bool isArray() const;
 
-    /// The elements of an array, in order; an empty range for anything else.
+    /// The elements of an array, in order; an empty range for anything else. Good as long as any node of the document
+    /// lives.
     const_iterator begin() const;
     const_iterator end() const;
 
@@ -63,11 +65,12 @@ public:
     static bool parse(std::string_view text, std::size_t spareBytes, JSONNode& node, Status& status);
 
 private:
-    Detail::JSONValue value_;
+    std::shared_ptr<const void> document_;
+    Detail::JSONPlace place_;
 };
 
-/// A place in the walk over an array. It shares ownership of the document. Compare places of one walk only, and
-/// neither read nor advance its end.
+/// A place in the walk over an array, good as long as any node of the document lives. Compare places of one walk
+/// only, and neither read nor advance its end.
 class QXBASECORE10_EXPORT JSONNode::const_iterator {
 public:
     using iterator_category = std::input_iterator_tag;
@@ -78,15 +81,15 @@ public:
 
     const_iterator() = default;
 
-    bool operator==(const const_iterator& other) const;
+    bool operator==(const const_iterator& other) const { return place_.index == other.place_.index; }
     const_iterator& operator++();
-    JSONRef operator*() const;
+    JSONRef operator*() const { return JSONRef(place_); }
 
 private:
     friend class JSONNode;
-    explicit const_iterator(Detail::JSONValue value);
+    explicit const_iterator(const Detail::JSONPlace& place) : place_(place) {}
 
-    Detail::JSONValue value_;
+    Detail::JSONPlace place_;
 };
 
 } // namespace Qx

@@ -7,7 +7,6 @@
 #include <charconv>
 #include <limits>
 #include <string_view>
-#include <utility>
 
 namespace Qx {
 
@@ -24,10 +23,10 @@ std::string_view format(Number number, NumberText& buffer) {
 
 // Calls `store` with the value's text, if it has one. The text lives only during the call.
 template <class Store>
-bool storeText(const Detail::JSONValue& value, Store store) {
-    if (!value.document)
+bool storeText(const Detail::JSONPlace& place, Store store) {
+    if (!place.document)
         return false;
-    const simdjson::dom::element element = Detail::elementOf(value);
+    const simdjson::dom::element element = Detail::elementAt(place);
     NumberText buffer;
     switch (element.type()) {
     case simdjson::dom::element_type::STRING:
@@ -52,27 +51,25 @@ bool storeText(const Detail::JSONValue& value, Store store) {
 
 } // namespace
 
-JSONRef::JSONRef(Detail::JSONValue value) : value_(std::move(value)) {}
-
 bool JSONRef::isNull() const {
-    return !value_.document || Detail::elementOf(value_).is_null();
+    return !place_.document || Detail::elementAt(place_).is_null();
 }
 
 bool JSONRef::get(std::string& destination) const {
-    return storeText(value_, [&](std::string_view text) { destination = text; });
+    return storeText(place_, [&](std::string_view text) { destination = text; });
 }
 
 bool JSONRef::get(std::wstring& destination) const {
-    return storeText(value_, [&](std::string_view text) { destination = ToIString(text); });
+    return storeText(place_, [&](std::string_view text) { destination = ToIString(text); });
 }
 
 bool JSONRef::get(bool& destination) const {
-    return value_.document && Detail::elementOf(value_).get_bool().get(destination) == simdjson::SUCCESS;
+    return place_.document && Detail::elementAt(place_).get_bool().get(destination) == simdjson::SUCCESS;
 }
 
 bool JSONRef::get(std::int32_t& destination) const {
     std::int64_t number = 0;
-    if (!value_.document || Detail::elementOf(value_).get_int64().get(number) != simdjson::SUCCESS)
+    if (!place_.document || Detail::elementAt(place_).get_int64().get(number) != simdjson::SUCCESS)
         return false;
     using Limits = std::numeric_limits<std::int32_t>;
     if (number < Limits::min() || number > Limits::max())

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Base/QxBaseCore10/JSONValue.h"
+#include "Base/QxBaseCore10/JSONPlace.h"
 #include "Base/QxBaseCore10/qxbasecore10_export.h"
 
 #include <cstdint>
@@ -10,9 +10,9 @@ namespace Qx {
 
 /// One value of a JSON document: an object's member or an array's element.
 ///
-/// A reference shares ownership of the document, so it may outlive the node that gave it. It is read-only
-/// and may be used from several threads at once. No operation throws for what the JSON holds; an
-/// operation that makes a string may throw `std::bad_alloc`.
+/// A reference is a view: it is good as long as any node of the document lives, and costs nothing to copy. Make a
+/// `JSONNode` of it to keep the value. It is read-only and may be used from several threads at once. No operation
+/// throws for what the JSON holds; one that makes a string may throw `std::bad_alloc`.
 class QXBASECORE10_EXPORT JSONRef {
 public:
     /// A reference to null.
@@ -40,9 +40,9 @@ public:
 
 private:
     friend class JSONNode;
-    explicit JSONRef(Detail::JSONValue value);
+    explicit JSONRef(const Detail::JSONPlace& place) : place_(place) {}
 
-    Detail::JSONValue value_;
+    Detail::JSONPlace place_;
 };
 
 } // namespace Qx

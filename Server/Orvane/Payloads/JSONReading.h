@@ -31,7 +31,7 @@ inline std::optional<Qx::JSONNode> child(const Qx::JSONNode& node, const char* k
     Qx::JSONRef value = node[key];
     if (value.isNull())
         return std::nullopt;
-    return Qx::JSONNode(std::move(value));
+    return std::make_optional<Qx::JSONNode>(value);
 }
 
 /// The id of the child object under `key`: empty if there is no such child, or it has no id.
@@ -48,7 +48,7 @@ void forEachElement(const Qx::JSONNode& node, const char* key, Visit visit) {
     if (!array || !array->isArray())
         return;
     for (Qx::JSONRef element : *array)
-        visit(Qx::JSONNode(std::move(element)));
+        visit(Qx::JSONNode(element));
 }
 
 } // namespace Orvane::Payloads
