@@ -3,6 +3,7 @@
 #include "Base/QxBaseCore10/JSONElement.h"
 #include "Base/QxBaseCore10/Status.h"
 
+#include <optional>
 #include <utility>
 
 namespace Qx {
@@ -22,6 +23,20 @@ std::shared_ptr<const void> ownerOf(const Detail::JSONPlace& place) {
         return nullptr;
     const auto* document = static_cast<const simdjson::dom::document*>(place.document);
     return static_cast<const SharedDocument*>(document)->shared_from_this();
+}
+
+using Member = simdjson::dom::object::iterator;
+
+// The first member of that key, if `place` is that of an object that has one.
+std::optional<Member> findMember(const Detail::JSONPlace& place, std::string_view key) {
+    simdjson::dom::object object;
+    if (Detail::elementAt(place).get(object) != simdjson::SUCCESS)
+        return std::nullopt;
+    const Member end = object.end();
+    for (Member member = object.begin(); member != end; ++member)
+        if (member.key_equals(key))
+            return member;
+    return std::nullopt;
 }
 
 } // namespace
@@ -55,19 +70,25 @@ bool JSONNode::parse(std::string_view text, std::size_t spareBytes, JSONNode& no
     return true;
 }
 
-bool JSONNode::exists(const char* key) const {
+bool JSONNode::has(std::string_view key) const {
     if (!document_)
         return false;
-    return Detail::elementAt(place_).at_key(key).error() == simdjson::SUCCESS;
+    const auto member = findMember(place_, key);
+    if (member)
+        found_.set(Detail::toPlace(*member).index);
+    return member.has_value();
 }
 
-JSONRef JSONNode::operator[](const char* key) const {
+JSONRef JSONNode::at(std::string_view key) const {
     if (!document_)
         return {};
-    simdjson::dom::element child;
-    if (Detail::elementAt(place_).at_key(key).get(child) != simdjson::SUCCESS)
-        return {};
-    return JSONRef(Detail::toPlace(child));
+    if (const std::size_t index = found_.index(); index != 0) {
+        const auto member = Detail::fromPlace<Member>({place_.document, index});
+        if (member.key_equals(key))
+            return JSONRef(Detail::toPlace(member.value()));
+    }
+    const auto member = findMember(place_, key);
+    return member ? JSONRef(Detail::toPlace(member->value())) : JSONRef();
 }
 
 bool JSONNode::isArray() const {

@@ -4,6 +4,7 @@
 #include "Base/QxBaseCore10/JSONRef.h"
 #include "Base/QxBaseCore10/qxbasecore10_export.h"
 
+#include <atomic>
 #include <cstddef>
 #include <iterator>
 #include <memory>
@@ -39,12 +40,13 @@ public:
 
     /// True if this is an object that has `key`, also when the key's value is null. Linear in the number of
     /// the object's keys.
-    bool exists(const char* key) const;
+    bool exists(const char* key) const { return has(key); }
     bool exists(std::nullptr_t) const = delete;
 
     /// The value under `key`, or a null reference if this is no object or lacks the key. Good as long as any node of
-    /// the document lives. Linear in the number of the object's keys.
-    JSONRef operator[](const char* key) const;
+    /// the document lives. Linear in the number of the object's keys, but quick for the key that `exists` has just
+    /// found.
+    JSONRef operator[](const char* key) const { return at(key); }
     JSONRef operator[](std::nullptr_t) const = delete;
 
     /// True for an array, also an empty one.
@@ -65,8 +67,30 @@ public:
     static bool parse(std::string_view text, std::size_t spareBytes, JSONNode& node, Status& status);
 
 private:
+    // Where `exists` found its key, for the `operator[]` that follows. It is checked before it is believed, so threads
+    // that read one node may overwrite it; a copy starts without.
+    class FoundMember {
+    public:
+        FoundMember() = default;
+        FoundMember(const FoundMember&) noexcept {}
+        FoundMember& operator=(const FoundMember&) noexcept {
+            set(0);
+            return *this;
+        }
+        std::size_t index() const { return index_.load(std::memory_order_relaxed); }
+        void set(std::size_t index) { index_.store(index, std::memory_order_relaxed); }
+
+    private:
+        std::atomic<std::size_t> index_ = 0;
+    };
+
+    // Behind inline operations, so that the length of a literal key is known where it is compiled.
+    bool has(std::string_view key) const;
+    JSONRef at(std::string_view key) const;
+
     std::shared_ptr<const void> document_;
     Detail::JSONPlace place_;
+    mutable FoundMember found_;
 };
 
 /// A place in the walk over an array, good as long as any node of the document lives. Compare places of one walk
