@@ -1,6 +1,7 @@
 #include "Base/QxBaseCore10/JSONNode.h"
 
 #include "Base/QxBaseCore10/JSONElement.h"
+#include "Base/QxBaseCore10/LargePages.h"
 #include "Base/QxBaseCore10/Status.h"
 
 #include <optional>
@@ -23,6 +24,22 @@ std::shared_ptr<const void> ownerOf(const Detail::JSONPlace& place) {
         return nullptr;
     const auto* document = static_cast<const simdjson::dom::document*>(place.document);
     return static_cast<const SharedDocument*>(document)->shared_from_this();
+}
+
+// The parser would make room itself, but for a large text most of the time then goes into page faults.
+simdjson::error_code makeRoom(std::size_t bytes, simdjson::dom::parser& parser, simdjson::dom::document& document) {
+    constexpr std::size_t largeText = std::size_t{4} << 20;
+    if (bytes < largeText)
+        return simdjson::SUCCESS;
+    if (const simdjson::error_code error = parser.allocate(bytes))
+        return error;
+    if (const simdjson::error_code error = document.allocate(bytes))
+        return error;
+    // What the parser has made room for, or a little less.
+    Detail::preferLargePages(parser.implementation->structural_indexes.get(), bytes * sizeof(std::uint32_t));
+    Detail::preferLargePages(document.tape.get(), bytes * sizeof(std::uint64_t));
+    Detail::preferLargePages(document.string_buf.get(), bytes / 3 * 5);
+    return simdjson::SUCCESS;
 }
 
 using Member = simdjson::dom::object::iterator;
@@ -58,8 +75,9 @@ bool JSONNode::parse(std::string_view text, std::size_t spareBytes, JSONNode& no
     auto document = std::make_shared<SharedDocument>();
     simdjson::dom::parser parser;
     simdjson::dom::element root;
-    const simdjson::error_code error =
-        parser.parse_into_document(*document, json.data(), json.size(), needsCopy).get(root);
+    simdjson::error_code error = makeRoom(json.size(), parser, *document);
+    if (error == simdjson::SUCCESS)
+        error = parser.parse_into_document(*document, json.data(), json.size(), needsCopy).get(root);
     if (error != simdjson::SUCCESS) {
         status.setReason(simdjson::error_message(error));
         return false;
