@@ -32,6 +32,9 @@ public:
     void setType(const std::string& type);
 
 private:
+    // Compares the ids of many records, none of which it need copy.
+    friend class FullAssemblyData;
+
     std::string id_;
     std::string type_;
 };

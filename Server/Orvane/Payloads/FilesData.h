@@ -42,6 +42,9 @@ public:
     bool isConfigurationDesign() const;
 
 private:
+    // Looks up the parents of many files, whose ids it need not copy.
+    friend class FullAssemblyData;
+
     void readParent(const Qx::JSONNode& node);
     void readAttributes(const Qx::JSONNode& node);
 

@@ -22,6 +22,7 @@ std::shared_ptr<Record> find(const std::map<std::string, std::shared_ptr<Record>
 
 std::unordered_map<std::string, std::wstring> FullAssemblyData::getDirectReferencedFiles() const {
     std::unordered_map<std::string, std::wstring> names;
+    names.reserve(files_.size());
     for (const auto& [id, file] : files_)
         names.try_emplace(id, file.getName());
     return names;
@@ -58,7 +59,7 @@ const std::shared_ptr<VersionData> FullAssemblyDataV3::getVersionById(const std:
 
 const ProjectData* FullAssemblyData::findProject(const std::string& projectId) const {
     const auto found = std::find_if(projects_.begin(), projects_.end(),
-                                    [&](const ProjectData& project) { return project.getId() == projectId; });
+                                    [&](const ProjectData& project) { return project.id_ == projectId; });
     return found == projects_.end() ? nullptr : &*found;
 }
 
@@ -74,22 +75,23 @@ std::wstring FullAssemblyData::getProjectName(const std::string& projectId) cons
 std::string FullAssemblyData::projectMembership(const std::string& projectId) const {
     // A project of that id in another status does not answer: a later active one may.
     for (const ProjectData& project : projects_)
-        if (project.getId() == projectId && project.getStatus() == ContainerStatus::ACTIVE)
+        if (project.id_ == projectId && project.getStatus() == ContainerStatus::ACTIVE)
             return project.getMembership();
     return {};
 }
 
 std::unordered_map<std::string, ProjectData> FullAssemblyData::getProjectDetails() const {
     std::unordered_map<std::string, ProjectData> details;
+    details.reserve(projects_.size());
     for (const ProjectData& project : projects_)
-        details.try_emplace(project.getId(), project);
+        details.try_emplace(project.id_, project);
     return details;
 }
 
 std::unordered_map<std::string, ProjectData> FullAssemblyData::getProjectDetailsForFiles() const {
     std::unordered_map<std::string, ProjectData> details;
     for (const auto& [id, file] : files_)
-        if (const ProjectData* project = findProject(file.getParentId()))
+        if (const ProjectData* project = findProject(file.parentId_))
             details.try_emplace(id, *project);
     return details;
 }
@@ -98,7 +100,7 @@ std::unordered_map<std::wstring, std::string> FullAssemblyData::getProjectMember
     std::unordered_map<std::wstring, std::string> memberships;
     for (const ProjectData& project : projects_)
         if (project.getStatus() == ContainerStatus::ACTIVE)
-            memberships.try_emplace(Qx::ToIString(project.getId()), project.getMembership());
+            memberships.try_emplace(Qx::ToIString(project.id_), project.getMembership());
     return memberships;
 }
 
