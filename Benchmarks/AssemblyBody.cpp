@@ -141,7 +141,7 @@ void Generator::appendRelationship(std::size_t index) {
         return fmt::format(R"("{}":{{"type":"versions","id":"{}"}})", key, id);
     };
     constexpr std::array types{"XREF", "XREF", "XREF", "DERIVED", "DEPENDENCY", "AUXILIARY"};
-    appendElement(fmt::format(R"("type":"relationships","id":"{}","self":"/relationships/{}",{},{})", randomText(36),
+    appendElement(fmt::format(R"("type":"relationships","id":"{}","self":"/relationships/{}",{},{})", randomText(60),
                               index, end("fromUrn", from), end("toUrn", to)),
                   fmt::format(R"("relationshipType":"{}",{},{})", anyOf(types), end("sourceFromUrn", from),
                               end("sourceToUrn", to)));

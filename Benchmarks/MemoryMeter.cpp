@@ -59,12 +59,15 @@ namespace {
 
 MemoryUse measure(const std::function<void()>& code) {
     const std::int64_t before = memoryInUse("VmRSS:");
+    const std::int64_t programBefore = memoryInUse("RssFile:");
     // Resets the peak.
     std::ofstream("/proc/self/clear_refs") << "5";
     counting = true;
     code();
     counting = false;
-    return {allocations, memoryInUse("VmHWM:") - before};
+    // What was read of the program's own files meanwhile is not the code's.
+    const std::int64_t program = memoryInUse("RssFile:") - programBefore;
+    return {allocations, memoryInUse("VmHWM:") - before - program};
 }
 
 [[noreturn]] void measureAndExit(const std::function<void()>& code, int pipe) {

@@ -1,13 +1,14 @@
 #!/usr/bin/env bash
-# Installs the packages that the project needs and that are missing. With the argument "all" also those that only
-# .ci/run needs.
+# set-up.sh [LIST...]: installs the packages that the project needs and that are missing, with those of
+# packages-LIST.txt.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-mapfile -t wanted < <(grep -vhE '^(#|$)' scripts/packages.txt)
-if [ "${1:-}" = all ]; then
-  mapfile -t -O "${#wanted[@]}" wanted < <(grep -vhE '^(#|$)' scripts/packages-ci.txt)
-fi
+lists=(scripts/packages.txt)
+for list in "$@"; do
+  lists+=("scripts/packages-$list.txt")
+done
+mapfile -t wanted < <(grep -vhE '^(#|$)' "${lists[@]}")
 
 # Asking dpkg costs a noticeable part of a second, so what it said is kept.
 stamp=build/.packages

@@ -7,8 +7,8 @@
 namespace Qx::Detail {
 
 void preferLargePages(void* memory, std::size_t size) {
-    constexpr std::size_t smallestOwnMapping = std::size_t{32} << 20;
-    if (size < smallestOwnMapping)
+    constexpr std::size_t smallestFreshMapping = std::size_t{32} << 20;
+    if (size < smallestFreshMapping)
         return;
     const auto pageSize = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
     if (std::align(pageSize, pageSize, memory, size))

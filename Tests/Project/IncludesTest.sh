@@ -21,6 +21,7 @@ check Base/QxBase10 1 'Base/QxBase(Core)?10/'
 check Server/Orvane/Payloads 1 "Base/QxBaseCore10/|Server/Orvane/Payloads/|$export_header"
 check Server/Orvane 1 'Base/|Server/'
 check Host 9 'Base/|Server/|Host/'
+check Benchmarks 1 'Base/|Server/|Host/HTTPClient/|Benchmarks/'
 
 # The client and the links know each other, but only their sources do.
 if grep -lE '#include "Server/Orvane/(Orvanedm|FolderContentLink)\.h"' Server/Orvane/*.h; then
@@ -28,11 +29,17 @@ if grep -lE '#include "Server/Orvane/(Orvanedm|FolderContentLink)\.h"' Server/Or
   failed=1
 fi
 
-private='JSONElement|JSONReading|Texts|Conversions|simdjson|curl|httplib'
+private='JSONElement|JSONReading|LargePages|Texts|Conversions|simdjson|curl|httplib'
 for header in $(grep -hoE '[A-Za-z0-9]+\.h"$' Base/CMakeLists.txt Server/CMakeLists.txt | tr -d '"'); do
   if find Base Server -name "$header" | xargs grep -HnE "#include [\"<].*($private)"; then
     echo "an installed header includes a private one"
     failed=1
   fi
 done
+
+# The benchmarks measure what is installed.
+if grep -HnE "#include \"(Base|Server)/.*/($private)" Benchmarks/*; then
+  echo "a benchmark includes a private header"
+  failed=1
+fi
 exit $failed

@@ -1,0 +1,34 @@
+"""What a run of the benchmarks gave, as bench.sh keeps it."""
+
+import json
+import pathlib
+import statistics
+
+
+def load(folder, names):
+    """The benchmarks of the files of these names, a pattern, each with the median of every figure."""
+    runs = {}
+    for path in pathlib.Path(folder).glob(names + ".json"):
+        for run in json.loads(path.read_text())["benchmarks"]:
+            if run["run_type"] == "iteration":
+                if run.get("error_occurred"):
+                    raise SystemExit(f"{run['name']}: {run['error_message']}")
+                runs.setdefault(run["run_name"], []).append(run)
+    return {benchmark: medians(repetitions) for benchmark, repetitions in runs.items()}
+
+
+def medians(repetitions):
+    figures = {}
+    for key, value in repetitions[0].items():
+        is_figure = isinstance(value, (int, float))
+        figures[key] = statistics.median(run[key] for run in repetitions) if is_figure else value
+    return figures
+
+
+def reading(folder, names="reading-*"):
+    """The figures of each road and number of files, with the time in nanoseconds a file."""
+    roads = {}
+    for benchmark, figures in load(folder, names).items():
+        figures["nsPerFile"] = figures["real_time"] * 1000 / figures["files"]
+        roads.setdefault(benchmark.split("/")[1], {})[int(figures["files"])] = figures
+    return roads

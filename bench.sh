@@ -1,0 +1,48 @@
+#!/usr/bin/env bash
+# bench.sh [--quick]: sets up what is missing, builds and measures, on one core, what it takes to read an assembly, to
+# query it and to fetch it, and prints a table. What was measured is kept in build/benchmark/results. With --quick
+# everything runs once, on the smallest assembly: it shows that the benchmarks work, and its figures mean nothing.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")"
+
+./scripts/set-up.sh benchmark
+./scripts/build.sh benchmark Benchmarks
+results=build/benchmark/results
+mkdir -p "$results"
+# The last of the cores that are ours; the system's own work is as a rule on the first.
+core=$(taskset -cp $$ | grep -oE '[0-9]+$')
+
+# run NAME FILTER [ARGUMENT...]: keeps what the benchmarks of that filter give as NAME.json. Their repetitions take
+# turns, so that ratios do not depend on what else the machine does.
+run() {
+  local name=$1 filter=$2
+  shift 2
+  if ! taskset -c "$core" build/benchmark/Benchmarks/Benchmarks --benchmark_filter="$filter" \
+    --benchmark_repetitions="$repetitions" --benchmark_min_time="$seconds" \
+    --benchmark_enable_random_interleaving=true --benchmark_out="$results/$name.json" "$@" \
+    >"$results/$name.log" 2>&1; then
+    cat "$results/$name.log" >&2
+    exit 1
+  fi
+}
+
+rm -f "$results"/*
+if [ "${1:-}" = --quick ]; then
+  repetitions=1 seconds=0.01
+  run reading-100 '^read/.*/100/'
+  run threaded-100 '^read/(library|hand)/100/' --second-thread
+  run queries '^query/.*/100$'
+else
+  repetitions=9 seconds=0.2
+  # A process for each size, since what the larger ones leave in the heap makes the smaller ones faster.
+  for size in 100 1000 10000; do
+    run "reading-$size" "^read/.*/$size/"
+  done
+  # No turns here: memory that is idle for seconds goes back to the host of a virtual machine, and is dear to get again.
+  run reading-100000 '^read/.*/100000/' --benchmark_enable_random_interleaving=false
+  run threaded-1000 '^read/(library|hand)/1000/' --second-thread
+  run queries '^query/'
+fi
+run client '^client/'
+python3 -B Benchmarks/report.py "$results"
+python3 -B Benchmarks/plot.py "$results" >"$results/reading.svg"
