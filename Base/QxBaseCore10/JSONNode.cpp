@@ -16,20 +16,21 @@ std::string_view withoutByteOrderMark(std::string_view text) {
     return text.starts_with(mark) ? text.substr(mark.size()) : text;
 }
 
-// A parsed text that finds its owners again from a place in it.
+// A parsed text in which any place leads back to its shared ownership.
 class SharedDocument : public simdjson::dom::document, public std::enable_shared_from_this<SharedDocument> {};
 
-std::shared_ptr<const void> ownerOf(const Detail::JSONPlace& place) {
+std::shared_ptr<const simdjson::dom::document> ownerOf(const Detail::JSONPlace& place) {
     if (!place.document)
         return nullptr;
     const auto* document = static_cast<const simdjson::dom::document*>(place.document);
     return static_cast<const SharedDocument*>(document)->shared_from_this();
 }
 
-// The parser would make room itself, but for a large text most of the time then goes into page faults.
+// The parser would make room itself, but for a large text most of the time then goes into page faults
+// (docs/performance.md has figures).
 simdjson::error_code makeRoom(std::size_t bytes, simdjson::dom::parser& parser, simdjson::dom::document& document) {
-    constexpr std::size_t largeText = std::size_t{4} << 20;
-    if (bytes < largeText)
+    const std::size_t largestBuffer = bytes * sizeof(std::uint64_t);
+    if (largestBuffer < Detail::largePagesFrom)
         return simdjson::SUCCESS;
     if (const simdjson::error_code error = parser.allocate(bytes))
         return error;
@@ -37,7 +38,7 @@ simdjson::error_code makeRoom(std::size_t bytes, simdjson::dom::parser& parser, 
         return error;
     // What the parser has made room for, or a little less.
     Detail::preferLargePages(parser.implementation->structural_indexes.get(), bytes * sizeof(std::uint32_t));
-    Detail::preferLargePages(document.tape.get(), bytes * sizeof(std::uint64_t));
+    Detail::preferLargePages(document.tape.get(), largestBuffer);
     Detail::preferLargePages(document.string_buf.get(), bytes / 3 * 5);
     return simdjson::SUCCESS;
 }
@@ -63,7 +64,10 @@ JSONNode::JSONNode(const std::string& text) {
     parse(text, text.capacity() - text.size(), *this, dropped);
 }
 
-JSONNode::JSONNode(const JSONRef& ref) : document_(ownerOf(ref.place_)), place_(ref.place_) {}
+JSONNode::JSONNode(const JSONRef& ref) : JSONNode(ownerOf(ref.place_), ref.place_.index) {}
+
+JSONNode::JSONNode(std::shared_ptr<const void> document, std::size_t index)
+    : document_(std::move(document)), index_(index) {}
 
 bool JSONNode::parse(std::string_view text, std::size_t spareBytes, JSONNode& node, Status& status) {
     const std::string_view json = withoutByteOrderMark(text);
@@ -82,8 +86,7 @@ bool JSONNode::parse(std::string_view text, std::size_t spareBytes, JSONNode& no
         status.setReason(simdjson::error_message(error));
         return false;
     }
-    node.document_ = std::move(document);
-    node.place_ = Detail::toPlace(root);
+    node = JSONNode(std::shared_ptr<const simdjson::dom::document>(std::move(document)), Detail::toPlace(root).index);
     status = Status();
     return true;
 }
@@ -91,7 +94,7 @@ bool JSONNode::parse(std::string_view text, std::size_t spareBytes, JSONNode& no
 bool JSONNode::has(std::string_view key) const {
     if (!document_)
         return false;
-    const auto member = findMember(place_, key);
+    const auto member = findMember(place(), key);
     if (member)
         found_.set(Detail::toPlace(*member).index);
     return member.has_value();
@@ -101,34 +104,34 @@ JSONRef JSONNode::at(std::string_view key) const {
     if (!document_)
         return {};
     if (const std::size_t index = found_.index(); index != 0) {
-        const auto member = Detail::fromPlace<Member>({place_.document, index});
+        const auto member = Detail::fromPlace<Member>({document_.get(), index});
         if (member.key_equals(key))
             return JSONRef(Detail::toPlace(member.value()));
     }
-    const auto member = findMember(place_, key);
+    const auto member = findMember(place(), key);
     return member ? JSONRef(Detail::toPlace(member->value())) : JSONRef();
 }
 
 bool JSONNode::isArray() const {
-    return document_ && Detail::elementAt(place_).is_array();
+    return document_ && Detail::elementAt(place()).is_array();
 }
 
 JSONNode::const_iterator JSONNode::begin() const {
     if (!isArray())
         return {};
-    const auto array = Detail::elementAt(place_).get_array().value_unsafe();
+    const auto array = Detail::elementAt(place()).get_array().value_unsafe();
     return const_iterator(Detail::toPlace(array.begin()));
 }
 
 JSONNode::const_iterator JSONNode::end() const {
     if (!isArray())
         return {};
-    const auto array = Detail::elementAt(place_).get_array().value_unsafe();
+    const auto array = Detail::elementAt(place()).get_array().value_unsafe();
     return const_iterator(Detail::toPlace(array.end()));
 }
 
 std::string JSONNode::toText() const {
-    return document_ ? simdjson::minify(Detail::elementAt(place_)) : "null";
+    return document_ ? simdjson::minify(Detail::elementAt(place())) : "null";
 }
 
 JSONNode::const_iterator& JSONNode::const_iterator::operator++() {

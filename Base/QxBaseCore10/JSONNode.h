@@ -45,7 +45,7 @@ public:
 
     /// The value under `key`, or a null reference if this is no object or lacks the key. Good as long as any node of
     /// the document lives. Linear in the number of the object's keys, but quick for the key that `exists` has just
-    /// found.
+    /// found in this node.
     JSONRef operator[](const char* key) const { return at(key); }
     JSONRef operator[](std::nullptr_t) const = delete;
 
@@ -67,8 +67,9 @@ public:
     static bool parse(std::string_view text, std::size_t spareBytes, JSONNode& node, Status& status);
 
 private:
-    // Where `exists` found its key, for the `operator[]` that follows. It is checked before it is believed, so threads
-    // that read one node may overwrite it; a copy starts without.
+    // Where `exists` found its key, for the `operator[]` that follows; 0 is nowhere. It is checked before it is
+    // believed, so threads that read one node may overwrite it. A node that is copied, moved or assigned starts
+    // without, since the place means nothing in another document.
     class FoundMember {
     public:
         FoundMember() = default;
@@ -88,8 +89,12 @@ private:
     bool has(std::string_view key) const;
     JSONRef at(std::string_view key) const;
 
+    JSONNode(std::shared_ptr<const void> document, std::size_t index);
+
+    Detail::JSONPlace place() const { return {document_.get(), index_}; }
+
     std::shared_ptr<const void> document_;
-    Detail::JSONPlace place_;
+    std::size_t index_ = 0;
     mutable FoundMember found_;
 };
 

@@ -7,8 +7,7 @@
 namespace Qx::Detail {
 
 void preferLargePages(void* memory, std::size_t size) {
-    constexpr std::size_t smallestFreshMapping = std::size_t{32} << 20;
-    if (size < smallestFreshMapping)
+    if (size < largePagesFrom)
         return;
     const auto pageSize = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
     if (std::align(pageSize, pageSize, memory, size))

@@ -4,10 +4,12 @@
 
 namespace Qx::Detail {
 
-/// Asks the system to back the `size` bytes at `memory` with large pages. What is first written costs a page fault for
-/// each page, which takes longer than to parse what fits on it. Nothing but speed depends on whether the system
-/// agrees. Does nothing for less than 32 MiB: that much the allocator as a rule has at hand, with its pages, while more
-/// comes fresh from the system as a mapping of its own, and the wish ends with it.
+/// Allocations from this size on come as a rule fresh from the system, as a mapping of their own; smaller ones are
+/// soon served from memory that the process has used before.
+inline constexpr std::size_t largePagesFrom = std::size_t{32} << 20;
+
+/// Asks the system to back the `size` bytes at `memory` with large pages, if these are many enough. Each page that is
+/// written first costs a page fault. Nothing but speed depends on whether the system agrees.
 void preferLargePages(void* memory, std::size_t size);
 
 } // namespace Qx::Detail

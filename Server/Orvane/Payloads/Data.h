@@ -32,7 +32,7 @@ public:
     void setType(const std::string& type);
 
 private:
-    // Compares the ids of many records, none of which it need copy.
+    // A document compares the ids of many records, and would copy each.
     friend class FullAssemblyData;
 
     std::string id_;

@@ -42,7 +42,7 @@ public:
     bool isConfigurationDesign() const;
 
 private:
-    // Looks up the parents of many files, whose ids it need not copy.
+    // A document looks up the parents of many files, and would copy the id of each.
     friend class FullAssemblyData;
 
     void readParent(const Qx::JSONNode& node);

@@ -4,7 +4,6 @@
 
 #include <optional>
 #include <string>
-#include <utility>
 
 // Private: the few words in which every record and document reads JSON. Nothing is required: a key that a
 // node lacks leaves its destination as it was, and a value of the wrong kind leaves what `JSONRef::get`

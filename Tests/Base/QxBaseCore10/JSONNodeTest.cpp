@@ -3,7 +3,9 @@
 #include "Base/QxBaseCore10/Status.h"
 #include "Tests/Support/Json.h"
 
+#include <future>
 #include <gtest/gtest.h>
+#include <vector>
 
 namespace {
 
@@ -50,6 +52,45 @@ TEST(JSONNode, HasAKeyWhoseValueIsNull) {
     EXPECT_FALSE(node.exists("A"));
     EXPECT_TRUE(node["A"].isNull());
     EXPECT_EQ(node["b"].asHString(""), "0") << "of a repeated key the first counts";
+}
+
+TEST(JSONNode, FindsEachKeyWhateverItFoundBefore) {
+    Qx::JSONNode node = json(R"({"a":"b","b":"1","b":"2","c":"3"})");
+    EXPECT_TRUE(node.exists("b"));
+    EXPECT_EQ(node["b"].asHString(""), "1");
+    EXPECT_EQ(node["c"].asHString(""), "3");
+    const Qx::JSONNode copy = node;
+    Qx::Status status;
+    for (const char* text : {"{}", R"({"c":"a","d":"b","b":"4"})"}) {
+        node = copy;
+        EXPECT_TRUE(node.exists("c"));
+        ASSERT_TRUE(Qx::JSONNode::parse(text, 0, node, status));
+        EXPECT_EQ(node["b"].isNull(), !node.exists("b")) << text;
+        EXPECT_TRUE(node["a"].isNull()) << text;
+    }
+    EXPECT_EQ(node["b"].asHString(""), "4");
+}
+
+TEST(JSONNode, IsReadByThreadsSideBySide) {
+    const Qx::JSONNode node = json(R"({"a":"1","b":"2"})");
+    std::vector<std::future<int>> readers;
+    for (const char* key : {"a", "b", "a", "b"})
+        readers.push_back(std::async(std::launch::async, [&node, key, expected = node[key].asHString("")] {
+            int wrong = 0;
+            for (int read = 0; read < 10'000; ++read)
+                wrong += node.exists(key) && node[key].asHString("") == expected ? 0 : 1;
+            return wrong;
+        }));
+    for (std::future<int>& reader : readers)
+        EXPECT_EQ(reader.get(), 0);
+}
+
+TEST(JSONNode, ParsesTextOfManyMegabytes) {
+    const std::string filler(std::size_t{34} << 20, 'x');
+    const Qx::JSONNode node = json("{\"a\":\"" + filler + "\",\"b\":1}");
+    EXPECT_EQ(node["a"].asHString("").size(), filler.size());
+    EXPECT_EQ(node["b"].asHString(""), "1");
+    EXPECT_FALSE(parses("{\"a\":\"" + filler));
 }
 
 TEST(JSONNode, WrongKindsHaveNoKeysAndNoElements) {
