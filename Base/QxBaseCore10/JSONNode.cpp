@@ -4,6 +4,7 @@
 #include "Base/QxBaseCore10/LargePages.h"
 #include "Base/QxBaseCore10/Status.h"
 
+#include <new>
 #include <optional>
 #include <utility>
 
@@ -43,6 +44,28 @@ simdjson::error_code makeRoom(std::size_t bytes, simdjson::dom::parser& parser, 
     return simdjson::SUCCESS;
 }
 
+// The document of a text and the place of its root, or why there is none.
+struct Parsed {
+    simdjson::error_code error = simdjson::SUCCESS;
+    std::shared_ptr<const simdjson::dom::document> document;
+    std::size_t root = 0;
+};
+
+Parsed parseText(std::string_view text, std::size_t spareBytes) {
+    const std::string_view json = withoutByteOrderMark(text);
+    if (json.empty())
+        return {simdjson::EMPTY, nullptr, 0};
+    auto document = std::make_shared<SharedDocument>();
+    simdjson::dom::parser parser;
+    if (const simdjson::error_code error = makeRoom(json.size(), parser, *document))
+        return {error, nullptr, 0};
+    const bool needsCopy = spareBytes < simdjson::SIMDJSON_PADDING;
+    const auto root = parser.parse_into_document(*document, json.data(), json.size(), needsCopy);
+    if (root.error() != simdjson::SUCCESS)
+        return {root.error(), nullptr, 0};
+    return {simdjson::SUCCESS, std::move(document), Detail::toPlace(root.value_unsafe()).index};
+}
+
 using Member = simdjson::dom::object::iterator;
 
 // The first member of that key, if `place` is that of an object that has one.
@@ -60,8 +83,11 @@ std::optional<Member> findMember(const Detail::JSONPlace& place, std::string_vie
 } // namespace
 
 JSONNode::JSONNode(const std::string& text) {
-    Status dropped;
-    parse(text, text.capacity() - text.size(), *this, dropped);
+    Parsed parsed = parseText(text, text.capacity() - text.size());
+    if (parsed.error == simdjson::MEMALLOC)
+        throw std::bad_alloc();
+    if (parsed.error == simdjson::SUCCESS)
+        *this = JSONNode(std::move(parsed.document), parsed.root);
 }
 
 JSONNode::JSONNode(const JSONRef& ref) : JSONNode(ownerOf(ref.place_), ref.place_.index) {}
@@ -70,23 +96,12 @@ JSONNode::JSONNode(std::shared_ptr<const void> document, std::size_t index)
     : document_(std::move(document)), index_(index) {}
 
 bool JSONNode::parse(std::string_view text, std::size_t spareBytes, JSONNode& node, Status& status) {
-    const std::string_view json = withoutByteOrderMark(text);
-    if (json.empty()) {
-        status.setReason(simdjson::error_message(simdjson::EMPTY));
+    Parsed parsed = parseText(text, spareBytes);
+    if (parsed.error != simdjson::SUCCESS) {
+        status.setReason(simdjson::error_message(parsed.error));
         return false;
     }
-    const bool needsCopy = spareBytes < simdjson::SIMDJSON_PADDING;
-    auto document = std::make_shared<SharedDocument>();
-    simdjson::dom::parser parser;
-    simdjson::dom::element root;
-    simdjson::error_code error = makeRoom(json.size(), parser, *document);
-    if (error == simdjson::SUCCESS)
-        error = parser.parse_into_document(*document, json.data(), json.size(), needsCopy).get(root);
-    if (error != simdjson::SUCCESS) {
-        status.setReason(simdjson::error_message(error));
-        return false;
-    }
-    node = JSONNode(std::shared_ptr<const simdjson::dom::document>(std::move(document)), Detail::toPlace(root).index);
+    node = JSONNode(std::move(parsed.document), parsed.root);
     status = Status();
     return true;
 }

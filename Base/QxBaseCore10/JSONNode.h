@@ -32,7 +32,8 @@ public:
 
     /// Parses UTF-8 text, with or without a byte order mark. Text that is not JSON (nested deeper than 1024 levels, the
     /// innermost value counted, with an integer beyond 64 bits, invalid UTF-8, a lone surrogate or anything behind the
-    /// value included) gives the null node. Linear in the length of the text.
+    /// value included) gives the null node; where there is no memory for it, `std::bad_alloc` comes out. Linear in the
+    /// length of the text.
     explicit JSONNode(const std::string& text);
 
     /// The value that `ref` refers to. It outlives the reference and the node that gave it.
