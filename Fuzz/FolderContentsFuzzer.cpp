@@ -1,0 +1,66 @@
+// Any bytes as a folder's contents: one callback, and what it gets is JSON that renders and parses to itself.
+
+#include "Base/QxBaseCore10/JSONNode.h"
+#include "Base/QxBaseCore10/Strings.h"
+#include "Fuzz/AnsweringClient.h"
+#include "Fuzz/Require.h"
+#include "Server/Orvane/FolderContentLink.h"
+#include "Server/Orvane/Orvanedm.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace {
+
+using OrvaneFuzz::AnsweringClient;
+using OrvaneFuzz::require;
+
+// Reads the value in every way there is.
+void readAll(const Qx::JSONRef& value) {
+    std::string narrow = "default";
+    std::wstring wide = L"default";
+    bool flag = false;
+    std::int32_t number = 0;
+    const bool hasText = value.get(narrow);
+    require(value.get(wide) == hasText, "a value is text in both widths or in none");
+    require(Qx::ToHString(wide) == narrow, "both widths hold the same text");
+    require(value.asHString("default") == narrow, "the text with a default is the text");
+    require(!(value.get(flag) && value.get(number)), "a value is one thing only");
+    require(!(value.isNull() && hasText), "null is no text");
+}
+
+void walk(const Qx::JSONNode& node) {
+    for (const char* key : {"", "data", "id", "included", "results"}) {
+        readAll(node[key]);
+        require(node.exists(key) || node[key].isNull(), "what is not there is null");
+        readAll(node[key]);
+    }
+    for (const Qx::JSONRef& element : node) {
+        readAll(element);
+        const Qx::JSONNode child(element);
+        readAll(child["id"]);
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    const std::string body(reinterpret_cast<const char*>(bytes), size);
+    Qx::Orvanedm orvanedm(std::make_shared<AnsweringClient>(body), "");
+    int callbacks = 0;
+    orvanedm.getFolderContents(Orvane::FolderContentLink::fromContentLink(body), {{body, body}},
+                               [&](bool success, const Qx::JSONNode& contents) {
+                                   ++callbacks;
+                                   const std::string text = contents.toText();
+                                   require(success || text == "{}", "without success the contents are empty");
+                                   const Qx::JSONNode again(text);
+                                   require(again.toText() == text, "JSON renders and parses to itself");
+                                   require(Qx::JSONNode(body).toText() == (success ? text : "null"),
+                                           "a body is JSON or is not, wherever it is parsed");
+                                   walk(contents);
+                                   walk(again);
+                               });
+    require(callbacks == 1, "the callback is called once");
+    return 0;
+}

@@ -1,0 +1,82 @@
+// Any text as an address, a query's key and value, and a text to encode.
+
+#include "Base/QxBaseCore10/Uri.h"
+#include "Fuzz/Require.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+namespace {
+
+using OrvaneFuzz::require;
+
+std::string decode(std::string_view text) {
+    std::string decoded;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] != '%') {
+            decoded += text[i];
+            continue;
+        }
+        const std::string digits(text.substr(i + 1, 2));
+        decoded += static_cast<char>(std::strtoul(digits.c_str(), nullptr, 16));
+        i += 2;
+    }
+    return decoded;
+}
+
+bool isUnreserved(char character) {
+    constexpr std::string_view marks = "-._~";
+    return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
+           (character >= '0' && character <= '9') || marks.find(character) != std::string_view::npos;
+}
+
+bool mayStandInUrl(char character) {
+    constexpr std::string_view reserved = ":/?#[]@!$&'()*+,;=%";
+    return isUnreserved(character) || reserved.find(character) != std::string_view::npos;
+}
+
+// Encoded text holds nothing but unreserved characters and "%XX" in upper case.
+bool isEncoded(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char c) { return isUnreserved(c) || c == '%'; }) &&
+           Qx::Uri::UriEncode(decode(text)) == text;
+}
+
+void checkRendering(const std::string& text) {
+    const Qx::Uri uri(text);
+    require(uri.ToString(false) == text, "an address keeps its text");
+    const std::string rendered = uri.ToString(true);
+    require(std::all_of(rendered.begin(), rendered.end(), mayStandInUrl), "rendered it may stand in a request");
+    require(Qx::Uri(rendered).ToString(true) == rendered, "what is rendered stays so");
+    if (text.find('%') == std::string::npos)
+        require(decode(rendered) == text, "rendered it decodes to its text");
+}
+
+void checkPair(const std::string& text, const std::string& key, const std::string& value) {
+    Qx::Uri uri(text);
+    uri.SetQueryVariable(key, value);
+    const std::string pair = Qx::Uri::UriEncode(key) + '=' + Qx::Uri::UriEncode(value);
+    const std::size_t end = std::min(text.find('#'), text.size());
+    const char* separator = text.find('?') < end ? "&" : "?";
+    require(uri.ToString(false) == text.substr(0, end) + separator + pair + text.substr(end),
+            "the pair stands behind the query and before the fragment");
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    const std::string text(reinterpret_cast<const char*>(bytes), size);
+    const std::string encoded = Qx::Uri::UriEncode(text);
+    require(isEncoded(encoded), "encoded text holds unreserved characters and escapes only");
+    require(decode(encoded) == text, "decoding what was encoded gives the original");
+    checkRendering(text);
+    // One input is the three texts that make a call: address, key and value.
+    const std::size_t first = text.find('\n');
+    const std::size_t second = first == std::string::npos ? first : text.find('\n', first + 1);
+    if (second != std::string::npos)
+        checkPair(text.substr(0, first), text.substr(first + 1, second - first - 1), text.substr(second + 1));
+    return 0;
+}
