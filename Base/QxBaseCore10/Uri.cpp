@@ -13,12 +13,21 @@ namespace {
 
 constexpr auto urlChars = boost::urls::unreserved_chars + boost::urls::gen_delim_chars + boost::urls::sub_delim_chars;
 
+// Writes in place: the encoder's own form that makes a string ends the program where there is no memory for one.
+template <class CharSet>
+void appendEncoded(std::string& text, std::string_view part, const CharSet& unencoded) {
+    const std::size_t start = text.size();
+    const std::size_t size = boost::urls::encoded_size(part, unencoded);
+    text.resize(start + size);
+    boost::urls::encode(text.data() + start, size, part, unencoded);
+}
+
 // What is encoded already stays so: the encoder gets only what stands between the percent signs.
 std::string encodeBetweenPercentSigns(std::string_view text) {
     std::string encoded;
     while (true) {
         const std::size_t percent = text.find('%');
-        encoded += boost::urls::encode(text.substr(0, percent), urlChars);
+        appendEncoded(encoded, text.substr(0, percent), urlChars);
         if (percent == std::string_view::npos)
             return encoded;
         encoded += '%';
@@ -41,7 +50,9 @@ void Uri::SetQueryVariable(std::string_view key, std::string_view value) {
 }
 
 std::string Uri::UriEncode(std::string_view text) {
-    return boost::urls::encode(text, boost::urls::unreserved_chars);
+    std::string encoded;
+    appendEncoded(encoded, text, boost::urls::unreserved_chars);
+    return encoded;
 }
 
 } // namespace Qx
