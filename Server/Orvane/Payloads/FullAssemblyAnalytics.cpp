@@ -16,6 +16,7 @@ namespace {
 template <class Value>
 void addProperty(Qx::Analytics::Report& report, const std::wstring& key, const Value& value) {
     std::wostringstream text;
+    text.exceptions(std::ios::badbit); // Without it a stream that finds no memory keeps that to itself.
     text << value;
     report.properties.try_emplace(key, text.str());
 }
