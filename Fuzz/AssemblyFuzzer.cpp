@@ -1,7 +1,7 @@
 // Any bytes as the service's answer: documents of both generations come out, or none; they answer every query, and
 // their copies answer alike.
 
-#include "Fuzz/AnsweringClient.h"
+#include "Tests/Support/AnsweringClient.h"
 #include "Fuzz/Answers.h"
 #include "Fuzz/Require.h"
 #include "Server/Orvane/Orvanedm.h"

@@ -2,7 +2,7 @@
 
 #include "Base/QxBaseCore10/JSONNode.h"
 #include "Base/QxBaseCore10/Strings.h"
-#include "Fuzz/AnsweringClient.h"
+#include "Tests/Support/AnsweringClient.h"
 #include "Fuzz/Require.h"
 #include "Server/Orvane/FolderContentLink.h"
 #include "Server/Orvane/Orvanedm.h"
@@ -13,7 +13,7 @@
 
 namespace {
 
-using OrvaneFuzz::AnsweringClient;
+
 using OrvaneFuzz::require;
 
 // Reads the value in every way there is.

@@ -42,9 +42,9 @@ public:
             std::rethrow_exception(thrown);
     }
 
-    void completeBatch() const {
+    void completeBatch() {
         if (batchCallback_)
-            batchCallback_(responses_);
+            batchCallback_(std::move(responses_));
     }
 
 private:
@@ -72,30 +72,37 @@ void completeAll(Group& group) {
 
 void answerInCallingThread(Group group, TransferThread& transfers) {
     std::vector<std::future<Qx::HTTPResponse>> responses;
-    for (const Qx::HTTPRequest& request : group.requests()) {
+    std::vector<TransferThread::Answered> answered;
+    for (std::size_t index = 0; index < group.requests().size(); ++index) {
         const auto promise = std::make_shared<std::promise<Qx::HTTPResponse>>();
         responses.push_back(promise->get_future());
-        transfers.submit(request, [promise](Qx::HTTPResponse response) { promise->set_value(std::move(response)); });
+        answered.emplace_back([promise](Qx::HTTPResponse response) { promise->set_value(std::move(response)); });
     }
+    transfers.submit(group.requests(), std::move(answered));
     for (std::size_t index = 0; index < responses.size(); ++index)
         group.setResponse(index, responses[index].get());
     // From here on the client is not touched: a completion may have destroyed it.
     completeAll(group);
 }
 
-void answerOnDeliveryThreads(std::shared_ptr<Group> group, TransferThread& transfers, DeliveryThreads& deliveries) {
+void answerOnDeliveryThreads(const std::shared_ptr<Group>& group, TransferThread& transfers,
+                             DeliveryThreads& deliveries) {
     if (group->requests().empty())
-        deliveries.post("batch", [group] { group->completeBatch(); });
+        deliveries.post({{"batch", [group] { group->completeBatch(); }}});
+    std::vector<TransferThread::Answered> answered;
     for (std::size_t index = 0; index < group->requests().size(); ++index) {
-        // The group is moved on, so that callbacks are destroyed where they have run: the last of them may
-        // drop the client, which the transfer thread can't end.
-        auto answered = [group, index, &deliveries](Qx::HTTPResponse response) mutable {
+        // The delivery is made here, where there is somebody to tell if there is no memory for it.
+        DeliveryThreads::Deliveries delivery{
+            {group->requests()[index].getThreadName(), [group, index] { group->complete(index); }}};
+        // It takes the group along, so that callbacks are destroyed where they have run: the last of them may drop the
+        // client, which the transfer thread can't end.
+        answered.emplace_back([group = group.get(), index, &deliveries,
+                               delivery = std::move(delivery)](Qx::HTTPResponse response) mutable {
             group->setResponse(index, std::move(response));
-            std::string threadName = group->requests()[index].getThreadName();
-            deliveries.post(std::move(threadName), [group = std::move(group), index] { group->complete(index); });
-        };
-        transfers.submit(group->requests()[index], std::move(answered));
+            deliveries.post(std::move(delivery));
+        });
     }
+    transfers.submit(group->requests(), std::move(answered));
 }
 
 } // namespace

@@ -16,11 +16,12 @@ namespace OrvaneHost {
 ///
 /// Each request gets one completion whatever happens: also if it is refused (control characters in its address,
 /// the token or a header, an address that is neither http nor https or holds a user name, the token over plain http
-/// beyond this machine), if the client is destroyed meanwhile, or
-/// if another completion throws. In the calling thread what a completion throws passes through, after the
+/// beyond this machine), if the client is destroyed meanwhile, if its own threads find no memory, or if another
+/// completion throws. Only where there is no memory to take requests does `std::bad_alloc` come out of the call; then
+/// none of them is sent or answered. In the calling thread what a completion throws passes through, after the
 /// completions of the same batch; on a thread of the client it ends there. All operations may be called from several
-/// threads at once and from completions. A completion may destroy the client, if no call to it is running on
-/// another thread.
+/// threads at once and from completions. A completion may destroy the client, if no call to it is running on another
+/// thread.
 class CurlHTTPClient : public Qx::IHTTPClient {
 public:
     explicit CurlHTTPClient(const CurlHTTPClientSettings& settings);

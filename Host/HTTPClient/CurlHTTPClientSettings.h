@@ -16,6 +16,8 @@ struct CurlHTTPClientSettings {
         std::chrono::seconds(120); ///< From its start, name look-up included, to the last byte.
     std::chrono::seconds stallTimeout = std::chrono::seconds(30); ///< Below one byte a second on average.
 
+    std::size_t maxHeaderBytes = std::size_t{256}
+                                 << 10;                ///< Of all headers on the way to an answer, redirects included.
     std::size_t maxBodyBytes = std::size_t{256} << 20; ///< Of the decoded body.
     int maxRedirects = 5;                              ///< 0 follows none.
 

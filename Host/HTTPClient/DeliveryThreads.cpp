@@ -2,9 +2,7 @@
 
 #include <algorithm>
 #include <condition_variable>
-#include <deque>
 #include <mutex>
-#include <optional>
 #include <pthread.h>
 #include <utility>
 
@@ -12,17 +10,12 @@ namespace OrvaneHost {
 
 namespace {
 
-struct NamedDelivery {
-    std::string threadName;
-    DeliveryThreads::Delivery run;
-};
-
 void nameThisThread(const std::string& name) {
     // Linux takes no more than 15 bytes.
     pthread_setname_np(pthread_self(), name.substr(0, 15).c_str());
 }
 
-void deliver(NamedDelivery delivery) {
+void deliver(DeliveryThreads::Delivery& delivery) {
     nameThisThread(delivery.threadName);
     try {
         delivery.run();
@@ -39,23 +32,22 @@ void deliver(NamedDelivery delivery) {
 struct DeliveryThreads::Queue {
     std::mutex mutex;
     std::condition_variable changed;
-    std::deque<NamedDelivery> deliveries;
+    Deliveries deliveries;
     bool closed = false;
 
     // The next delivery, or none once the queue is closed and empty.
-    std::optional<NamedDelivery> take() {
+    Deliveries takeNext() {
         std::unique_lock lock(mutex);
         changed.wait(lock, [this] { return closed || !deliveries.empty(); });
-        if (deliveries.empty())
-            return std::nullopt;
-        NamedDelivery delivery = std::move(deliveries.front());
-        deliveries.pop_front();
-        return delivery;
+        Deliveries next;
+        if (!deliveries.empty())
+            next.splice(next.end(), deliveries, deliveries.begin());
+        return next;
     }
 
     void deliverAll() {
-        while (auto delivery = take())
-            deliver(std::move(*delivery));
+        for (Deliveries next = takeNext(); !next.empty(); next = takeNext())
+            deliver(next.front());
     }
 
     void close() {
@@ -66,11 +58,20 @@ struct DeliveryThreads::Queue {
 };
 
 DeliveryThreads::DeliveryThreads(std::size_t count) : queue_(std::make_shared<Queue>()) {
-    for (std::size_t i = 0; i < std::max<std::size_t>(count, 1); ++i)
-        threads_.emplace_back([queue = queue_] { queue->deliverAll(); });
+    try {
+        for (std::size_t i = 0; i < std::max<std::size_t>(count, 1); ++i)
+            threads_.emplace_back([queue = queue_] { queue->deliverAll(); });
+    } catch (...) {
+        end();
+        throw;
+    }
 }
 
 DeliveryThreads::~DeliveryThreads() {
+    end();
+}
+
+void DeliveryThreads::end() {
     queue_->close();
     for (std::thread& thread : threads_) {
         if (thread.get_id() != std::this_thread::get_id()) {
@@ -83,9 +84,9 @@ DeliveryThreads::~DeliveryThreads() {
     }
 }
 
-void DeliveryThreads::post(std::string threadName, Delivery delivery) {
+void DeliveryThreads::post(Deliveries deliveries) noexcept {
     const std::lock_guard lock(queue_->mutex);
-    queue_->deliveries.push_back({std::move(threadName), std::move(delivery)});
+    queue_->deliveries.splice(queue_->deliveries.end(), deliveries);
     queue_->changed.notify_one();
 }
 

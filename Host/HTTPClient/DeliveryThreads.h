@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <list>
 #include <memory>
 #include <string>
 #include <thread>
@@ -12,7 +13,13 @@ namespace OrvaneHost {
 /// A small pool of threads that run deliveries in the order in which they were posted.
 class DeliveryThreads {
 public:
-    using Delivery = std::function<void()>;
+    struct Delivery {
+        std::string threadName; ///< The name that the thread bears meanwhile.
+        std::function<void()> run;
+    };
+
+    /// A list, since it can be handed on without memory for it: what is ready can always be posted.
+    using Deliveries = std::list<Delivery>;
 
     explicit DeliveryThreads(std::size_t count);
     DeliveryThreads(const DeliveryThreads&) = delete;
@@ -21,13 +28,14 @@ public:
     /// Runs what is still posted and ends the threads. May be called from a delivery.
     ~DeliveryThreads();
 
-    /// Runs `delivery` once on one of the threads, which bears the name `threadName` meanwhile, and destroys
-    /// it there. An exception that leaves it ends there: there is nobody else to tell. May be called from any
-    /// thread, also from a delivery.
-    void post(std::string threadName, Delivery delivery);
+    /// Runs each once on one of the threads and destroys it there. An exception that leaves a delivery ends there:
+    /// there is nobody else to tell. May be called from any thread, also from a delivery.
+    void post(Deliveries deliveries) noexcept;
 
 private:
     struct Queue;
+
+    void end();
 
     const std::shared_ptr<Queue> queue_;
     std::vector<std::thread> threads_;

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <arpa/inet.h>
+#include <boost/algorithm/string/classification.hpp>
+#include <boost/algorithm/string/predicate.hpp>
+#include <boost/algorithm/string/trim.hpp>
 #include <exception>
 #include <fmt/format.h>
 #include <new>
@@ -125,7 +128,9 @@ bool Transfer::prepare(CurlEasy easy) {
     set(CURLOPT_TIMEOUT_MS, milliseconds(settings_.requestTimeout));
     set(CURLOPT_LOW_SPEED_LIMIT, 1L);
     set(CURLOPT_LOW_SPEED_TIME, static_cast<long>(settings_.stallTimeout.count()));
-    set(CURLOPT_WRITEFUNCTION, &Transfer::write);
+    set(CURLOPT_HEADERFUNCTION, &Transfer::receive<&Transfer::readHeaderLine>);
+    set(CURLOPT_HEADERDATA, this);
+    set(CURLOPT_WRITEFUNCTION, &Transfer::receive<&Transfer::readBody>);
     set(CURLOPT_WRITEDATA, this);
     return allSet;
 }
@@ -140,23 +145,52 @@ CurlEasy Transfer::releaseHandle() {
     return std::move(easy_);
 }
 
-std::size_t Transfer::write(const char* bytes, std::size_t, std::size_t count, void* transfer) noexcept {
+// What libcurl calls with a piece of the answer. With a fault in it the transfer is given up, and where there is no
+// memory for it.
+template <auto read>
+std::size_t Transfer::receive(const char* bytes, std::size_t, std::size_t count, void* transfer) noexcept {
+    auto& receiver = *static_cast<Transfer*>(transfer);
     try {
-        return static_cast<Transfer*>(transfer)->append({bytes, count}) ? count : 0;
+        (receiver.*read)({bytes, count});
+        return receiver.fault_.empty() ? count : 0;
     } catch (const std::exception&) {
-        return 0; // There is no memory for it: libcurl gives the transfer up.
+        return 0;
     }
 }
 
+// Also called with the headers of redirects, each of which starts with its status line.
+void Transfer::readHeaderLine(std::string_view line) {
+    headerBytes_ += line.size();
+    if (headerBytes_ > settings_.maxHeaderBytes)
+        fault_ = fmt::format("the answer's header is longer than {} bytes", settings_.maxHeaderBytes);
+    constexpr std::string_view lengthName = "content-length:";
+    if (line.starts_with("HTTP/")) {
+        headerEnded_ = false;
+        length_.reset();
+    } else if (line == "\r\n" || line == "\n") {
+        headerEnded_ = true;
+    } else if (boost::algorithm::istarts_with(line, lengthName)) {
+        readLength(line.substr(lengthName.size()));
+    }
+}
+
+// libcurl goes by one of several lengths; whoever stands between may have gone by another.
+void Transfer::readLength(std::string_view value) {
+    const std::string length = boost::algorithm::trim_copy(std::string(value));
+    const bool isNumber = boost::algorithm::all(length, boost::algorithm::is_digit());
+    if (!isNumber || (length_ && *length_ != length))
+        fault_ = "the answer does not tell its length clearly";
+    length_ = length;
+}
+
 // Counts the bytes as decoded: a small compressed body may be huge.
-bool Transfer::append(std::string_view bytes) {
+void Transfer::readBody(std::string_view bytes) {
     if (bytes.size() > settings_.maxBodyBytes - body_.size()) {
-        bodyTooLong_ = true;
-        return false;
+        fault_ = fmt::format("the answer is longer than {} bytes", settings_.maxBodyBytes);
+        return;
     }
     reserve(bytes.size());
     body_.append(bytes);
-    return true;
 }
 
 // Growing by copying would hold a large body twice. So beyond a few megabytes all that is permitted is reserved
@@ -177,23 +211,39 @@ void Transfer::reserve(std::size_t more) {
     body_.reserve(std::max(needed, 2 * body_.capacity()));
 }
 
-void Transfer::answer(CURLcode result) {
-    if (result != CURLE_OK) {
-        answerFailure(reasonFor(result));
-        return;
-    }
-    long status = 0;
-    curl_easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
-    answered_(Qx::HTTPResponse(static_cast<int>(status), std::move(body_)));
+void Transfer::answer(CURLcode result) noexcept {
+    answerWith([&] { return responseTo(result); });
 }
 
-void Transfer::answerFailure(std::string reason) {
-    answered_(Qx::HTTPResponse::transportFailure(std::move(reason)));
+void Transfer::answerFailure(std::string_view reason) noexcept {
+    answerWith([&] { return Qx::HTTPResponse::transportFailure(std::string(reason)); });
+}
+
+// There is an answer also where there is no memory to make it.
+template <class MakeResponse>
+void Transfer::answerWith(MakeResponse makeResponse) noexcept {
+    Qx::HTTPResponse response;
+    try {
+        response = makeResponse();
+    } catch (const std::exception&) {
+        response = Qx::HTTPResponse::transportFailure(outOfMemory);
+    }
+    answered_(std::move(response));
+}
+
+Qx::HTTPResponse Transfer::responseTo(CURLcode result) {
+    if (result != CURLE_OK)
+        return Qx::HTTPResponse::transportFailure(reasonFor(result));
+    if (!headerEnded_)
+        return Qx::HTTPResponse::transportFailure("the answer ended within its header");
+    long status = 0;
+    curl_easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
+    return {static_cast<int>(status), std::move(body_)};
 }
 
 std::string Transfer::reasonFor(CURLcode result) const {
-    if (bodyTooLong_)
-        return fmt::format("the answer is longer than {} bytes", settings_.maxBodyBytes);
+    if (!fault_.empty())
+        return fault_;
     // The server may have had a say in the text.
     std::string reason = error_.front() ? error_.data() : curl_easy_strerror(result);
     std::replace_if(reason.begin(), reason.end(), isControl, ' ');

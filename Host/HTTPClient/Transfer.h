@@ -8,6 +8,7 @@
 #include <array>
 #include <curl/curl.h>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -21,6 +22,9 @@ struct CurlDeleter {
         destroy(handle);
     }
 };
+
+/// Short enough for a string to hold without memory.
+inline constexpr const char* outOfMemory = "out of memory";
 
 using CurlMulti = std::unique_ptr<CURLM, CurlDeleter<curl_multi_cleanup>>;
 using CurlEasy = std::unique_ptr<CURL, CurlDeleter<curl_easy_cleanup>>;
@@ -45,13 +49,19 @@ public:
     CurlEasy releaseHandle();
 
     /// Answers with what came back, or why nothing did.
-    void answer(CURLcode result);
-    void answerFailure(std::string reason);
+    void answer(CURLcode result) noexcept;
+    void answerFailure(std::string_view reason) noexcept;
 
 private:
-    static std::size_t write(const char* bytes, std::size_t, std::size_t count, void* transfer) noexcept;
-    bool append(std::string_view bytes);
+    template <auto read>
+    static std::size_t receive(const char* bytes, std::size_t, std::size_t count, void* transfer) noexcept;
+    void readHeaderLine(std::string_view line);
+    void readLength(std::string_view value);
+    void readBody(std::string_view bytes);
     void reserve(std::size_t more);
+    template <class MakeResponse>
+    void answerWith(MakeResponse makeResponse) noexcept;
+    Qx::HTTPResponse responseTo(CURLcode result);
     std::string reasonFor(CURLcode result) const;
 
     const CurlHTTPClientSettings& settings_;
@@ -66,8 +76,11 @@ private:
 
     CurlEasy easy_;
     std::array<char, CURL_ERROR_SIZE> error_{};
+    std::size_t headerBytes_ = 0;
+    bool headerEnded_ = false;
+    std::optional<std::string> length_;
     std::string body_;
-    bool bodyTooLong_ = false;
+    std::string fault_;
 };
 
 } // namespace OrvaneHost

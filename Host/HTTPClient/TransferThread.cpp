@@ -4,11 +4,11 @@
 
 #include <algorithm>
 #include <curl/curl.h>
-#include <deque>
+#include <list>
 #include <mutex>
 #include <new>
+#include <pthread.h>
 #include <thread>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -27,6 +27,12 @@ CurlMulti makeMulti(std::size_t maxConnections) {
     return multi;
 }
 
+void answerAll(std::list<Transfer>& transfers, std::string_view failure) {
+    for (Transfer& transfer : transfers)
+        transfer.answerFailure(failure);
+    transfers.clear();
+}
+
 } // namespace
 
 class TransferThread::Loop {
@@ -34,20 +40,22 @@ public:
     explicit Loop(CurlHTTPClientSettings settings);
     ~Loop();
 
-    void submit(const Qx::HTTPRequest& request, Answered answered);
+    void submit(const std::vector<Qx::HTTPRequest>& requests, std::vector<Answered> answered);
     void close();
 
 private:
-    using TransferPointer = std::unique_ptr<Transfer>;
+    // Transfers go from list to list, which takes no memory: on the thread there would be nobody to tell.
+    using Transfers = std::list<Transfer>;
 
     void run();
     bool isClosing();
-    TransferPointer enqueue(TransferPointer transfer);
-    TransferPointer takeWaiting();
+    bool enqueue(Transfers& transfers);
+    Transfers takeWaiting();
     void startWaiting();
-    void start(TransferPointer transfer);
+    void start(Transfers one);
     bool finishDone();
     void finish(CURL* handle, CURLcode result);
+    void keep(CurlEasy easy);
 
     const CurlHTTPClientSettings settings_;
     const std::size_t maxConnections_;
@@ -55,10 +63,10 @@ private:
 
     // Only these two are touched by other threads.
     std::mutex mutex_;
-    std::deque<TransferPointer> waiting_;
+    Transfers waiting_;
     bool closing_ = false;
 
-    std::unordered_map<CURL*, TransferPointer> active_;
+    Transfers active_;
     std::vector<CurlEasy> idle_;
     std::thread thread_;
 };
@@ -82,37 +90,40 @@ void TransferThread::Loop::close() {
     }
     curl_multi_wakeup(multi_.get());
     thread_.join();
-    for (const auto& [handle, transfer] : active_) {
-        curl_multi_remove_handle(multi_.get(), handle);
-        transfer->answerFailure(closed);
-    }
-    active_.clear();
-    while (const TransferPointer transfer = takeWaiting())
-        transfer->answerFailure(closed);
+    for (const Transfer& transfer : active_)
+        curl_multi_remove_handle(multi_.get(), transfer.handle());
+    answerAll(active_, closed);
+    answerAll(waiting_, closed);
 }
 
-void TransferThread::Loop::submit(const Qx::HTTPRequest& request, Answered answered) {
-    auto transfer = std::make_unique<Transfer>(request, settings_, std::move(answered));
-    if (!transfer->refusal().empty()) {
-        transfer->answerFailure(transfer->refusal());
-        return;
+void TransferThread::Loop::submit(const std::vector<Qx::HTTPRequest>& requests, std::vector<Answered> answered) {
+    Transfers transfers;
+    for (std::size_t index = 0; index < requests.size(); ++index)
+        transfers.emplace_back(requests[index], settings_, std::move(answered[index]));
+    Transfers refused;
+    for (auto transfer = transfers.begin(); transfer != transfers.end();) {
+        const auto tested = transfer++;
+        if (!tested->refusal().empty())
+            refused.splice(refused.end(), transfers, tested);
     }
-    if (const TransferPointer late = enqueue(std::move(transfer)))
-        late->answerFailure(closed);
-    else
+    if (enqueue(transfers))
         curl_multi_wakeup(multi_.get());
+    else
+        answerAll(transfers, closed);
+    for (Transfer& transfer : refused)
+        transfer.answerFailure(transfer.refusal());
 }
 
-// Gives the transfer back if it is too late for it.
-TransferThread::Loop::TransferPointer TransferThread::Loop::enqueue(TransferPointer transfer) {
+// False if it is too late for them, which then stay where they are.
+bool TransferThread::Loop::enqueue(Transfers& transfers) {
     const std::lock_guard lock(mutex_);
-    if (closing_)
-        return transfer;
-    waiting_.push_back(std::move(transfer));
-    return nullptr;
+    if (!closing_)
+        waiting_.splice(waiting_.end(), transfers);
+    return !closing_;
 }
 
 void TransferThread::Loop::run() {
+    pthread_setname_np(pthread_self(), "orvane-transfer");
     while (!isClosing()) {
         startWaiting();
         int running = 0;
@@ -128,36 +139,35 @@ bool TransferThread::Loop::isClosing() {
     return closing_;
 }
 
-TransferThread::Loop::TransferPointer TransferThread::Loop::takeWaiting() {
+// The next one, or none.
+TransferThread::Loop::Transfers TransferThread::Loop::takeWaiting() {
     const std::lock_guard lock(mutex_);
-    if (waiting_.empty())
-        return nullptr;
-    TransferPointer transfer = std::move(waiting_.front());
-    waiting_.pop_front();
-    return transfer;
+    Transfers one;
+    if (!waiting_.empty())
+        one.splice(one.end(), waiting_, waiting_.begin());
+    return one;
 }
 
 // libcurl could hold back transfers itself, but their time limits would run while they wait.
 void TransferThread::Loop::startWaiting() {
     while (active_.size() < maxConnections_) {
-        TransferPointer transfer = takeWaiting();
-        if (!transfer)
+        Transfers one = takeWaiting();
+        if (one.empty())
             return;
-        start(std::move(transfer));
+        start(std::move(one));
     }
 }
 
-void TransferThread::Loop::start(TransferPointer transfer) {
+void TransferThread::Loop::start(Transfers one) {
+    Transfer& transfer = one.front();
     CurlEasy easy(idle_.empty() ? curl_easy_init() : idle_.back().release());
     if (!idle_.empty())
         idle_.pop_back();
-    const bool isPrepared = easy && transfer->prepare(std::move(easy));
-    if (!isPrepared || curl_multi_add_handle(multi_.get(), transfer->handle()) != CURLM_OK) {
-        transfer->answerFailure("out of memory");
-        return;
-    }
-    CURL* handle = transfer->handle();
-    active_.emplace(handle, std::move(transfer));
+    const bool isPrepared = easy && transfer.prepare(std::move(easy));
+    if (isPrepared && curl_multi_add_handle(multi_.get(), transfer.handle()) == CURLM_OK)
+        active_.splice(active_.end(), one);
+    else
+        transfer.answerFailure(outOfMemory);
 }
 
 bool TransferThread::Loop::finishDone() {
@@ -173,10 +183,21 @@ bool TransferThread::Loop::finishDone() {
 }
 
 void TransferThread::Loop::finish(CURL* handle, CURLcode result) {
-    const auto node = active_.extract(handle);
     curl_multi_remove_handle(multi_.get(), handle);
-    node.mapped()->answer(result);
-    idle_.push_back(node.mapped()->releaseHandle());
+    const auto transfer = std::find_if(active_.begin(), active_.end(),
+                                       [handle](const Transfer& candidate) { return candidate.handle() == handle; });
+    transfer->answer(result);
+    keep(transfer->releaseHandle());
+    active_.erase(transfer);
+}
+
+// For the next transfer, which otherwise gets a new one.
+void TransferThread::Loop::keep(CurlEasy easy) {
+    try {
+        idle_.push_back(std::move(easy));
+    } catch (const std::bad_alloc&) {
+        return;
+    }
 }
 
 TransferThread::TransferThread(CurlHTTPClientSettings settings) : loop_(std::make_unique<Loop>(std::move(settings))) {}
@@ -187,8 +208,8 @@ void TransferThread::close() {
     loop_->close();
 }
 
-void TransferThread::submit(const Qx::HTTPRequest& request, Answered answered) {
-    loop_->submit(request, std::move(answered));
+void TransferThread::submit(const std::vector<Qx::HTTPRequest>& requests, std::vector<Answered> answered) {
+    loop_->submit(requests, std::move(answered));
 }
 
 } // namespace OrvaneHost

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace OrvaneHost {
 
@@ -25,10 +26,11 @@ public:
     /// from then on is answered so at once.
     void close();
 
-    /// Sends the request as soon as there is a connection for it. Of `request` it takes all but the callback
-    /// and the thread name. A request that may not be sent is answered before `submit` returns. May be called
-    /// from any thread.
-    void submit(const Qx::HTTPRequest& request, Answered answered);
+    /// Sends each request as soon as there is a connection for it, and calls the function of the same place in
+    /// `answered` with its answer. Of a request it takes all but the callback and the thread name. A request that may
+    /// not be sent is answered before `submit` returns. If an exception comes out, nothing has been sent and nothing
+    /// will be answered. May be called from any thread.
+    void submit(const std::vector<Qx::HTTPRequest>& requests, std::vector<Answered> answered);
 
 private:
     class Loop;

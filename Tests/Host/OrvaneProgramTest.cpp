@@ -116,7 +116,7 @@ TEST(OrvaneProgram, SaysInOneLineWhatFailedAndWhatToDo) {
     });
     expectFailure(run("folder u --service " + html.url("/orvanedm"), "t"), 1, "is not JSON");
     expectFailure(run("folder u --service " + html.url("/failing"), "t"), 1, "status 503");
-    const RawServer silent(RawServer::silent());
+    const RawServer silent(RawServer::stayingSilent);
     expectFailure(run("access v --timeout 1 --service " + silent.url(""), "t"), 1, "timed out");
     for (const char* arguments : {"", "fetch", "folder", "assembly a b", "folder u --query x", "folder u --query =x",
                                   "folder u --timeout 0", "serve --port 65536", "folder u --token t"})

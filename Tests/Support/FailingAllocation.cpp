@@ -1,19 +1,36 @@
 #include "Tests/Support/FailingAllocation.h"
 
+#include <array>
 #include <atomic>
 #include <cstdlib>
-#include <limits>
+#include <cstring>
+#include <pthread.h>
 
 namespace {
 
-constexpr std::size_t never = std::numeric_limits<std::size_t>::max();
+constexpr std::int64_t never = -1;
 
-thread_local std::size_t allocationsToFailure = never;
+// How many allocations there are before the one that fails.
+thread_local std::int64_t leftHere = never;
+std::atomic<std::int64_t> leftElsewhere = never;
+std::atomic<const char*> nameElsewhere = nullptr;
 std::atomic<std::int64_t> alive = 0;
 
+bool isElsewhere() {
+    std::array<char, 16> name{};
+    pthread_getname_np(pthread_self(), name.data(), name.size());
+    return std::strcmp(name.data(), nameElsewhere) == 0;
+}
+
+bool isToFail() {
+    if (leftHere != never)
+        return leftHere-- == 0;
+    // Below 0 it counts no further, so that no more than one fails.
+    return leftElsewhere >= 0 && isElsewhere() && leftElsewhere.fetch_sub(1) == 0;
+}
+
 void* allocate(std::size_t size) noexcept {
-    // Counted down once more, 0 is `never` again.
-    if (allocationsToFailure != never && allocationsToFailure-- == 0)
+    if (isToFail())
         return nullptr;
     void* memory = std::malloc(size == 0 ? 1 : size);
     alive += memory ? 1 : 0;
@@ -61,16 +78,22 @@ void operator delete[](void* memory, std::size_t) noexcept {
     release(memory);
 }
 
-FailingAllocation::FailingAllocation(std::size_t number) {
-    allocationsToFailure = number;
+FailingAllocation::FailingAllocation(std::size_t number) : isHere_(true) {
+    leftHere = static_cast<std::int64_t>(number);
+}
+
+FailingAllocation::FailingAllocation(std::size_t number, const char* threadName) : isHere_(false) {
+    nameElsewhere = threadName;
+    leftElsewhere = static_cast<std::int64_t>(number);
 }
 
 FailingAllocation::~FailingAllocation() {
-    allocationsToFailure = never;
+    leftHere = never;
+    leftElsewhere = never;
 }
 
 bool FailingAllocation::hasFailed() const {
-    return allocationsToFailure == never;
+    return isHere_ ? leftHere == never : leftElsewhere < 0;
 }
 
 std::int64_t FailingAllocation::countAlive() {

@@ -5,11 +5,12 @@
 #include <gtest/gtest.h>
 #include <new>
 
-/// Makes one allocation of this thread fail while it lives: the `number`th from now, counted from 0. The program's
-/// operator new is replaced for that.
+/// Makes one allocation fail while it lives: the `number`th from now, counted from 0, of this thread or of the threads
+/// of a name. The program's operator new is replaced for that.
 class FailingAllocation {
 public:
     explicit FailingAllocation(std::size_t number);
+    FailingAllocation(std::size_t number, const char* threadName);
     FailingAllocation(const FailingAllocation&) = delete;
     FailingAllocation& operator=(const FailingAllocation&) = delete;
     ~FailingAllocation();
@@ -19,6 +20,9 @@ public:
 
     /// How many allocations are alive in the whole program.
     static std::int64_t countAlive();
+
+private:
+    const bool isHere_;
 };
 
 struct WithoutMemory {

@@ -1,75 +1,168 @@
 #pragma once
 
 #include <arpa/inet.h>
+#include <array>
+#include <atomic>
 #include <functional>
+#include <list>
+#include <mutex>
 #include <netinet/in.h>
 #include <string>
+#include <string_view>
 #include <sys/socket.h>
 #include <thread>
 #include <unistd.h>
 #include <utility>
 
-/// A loopback port whose connections get raw bytes, or nothing: for what a well-behaved server can't do.
-/// `serve` runs with each connection in turn, which is closed behind it; without `serve` nobody accepts, and
+/// A loopback port whose connections get raw bytes, or nothing: for what a well-behaved server can't do. `serve` runs
+/// with each connection on a thread of its own; the connection is closed behind it. Without `serve` nobody accepts, and
 /// with one connection waiting the next can't even be made.
 class RawServer {
 public:
-    using Serve = std::function<void(int connection)>;
+    class Connection {
+    public:
+        Connection(int socket, RawServer& server) : socket_(socket), server_(server) {}
 
-    explicit RawServer(Serve serve) : listener_(socket(AF_INET, SOCK_STREAM, 0)) {
+        /// The next request up to the empty line, as it came; empty if the client has gone.
+        std::string readRequest() const {
+            std::string request;
+            std::array<char, 4096> buffer{};
+            while (!request.ends_with("\r\n\r\n")) {
+                const auto count = recv(socket_, buffer.data(), buffer.size(), 0);
+                if (count <= 0)
+                    return {};
+                request.append(buffer.data(), static_cast<std::size_t>(count));
+            }
+            server_.keep(request);
+            return request;
+        }
+
+        /// False once the client has gone.
+        bool send(std::string_view bytes) const {
+            while (!bytes.empty()) {
+                const auto count = ::send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+                if (count <= 0)
+                    return false;
+                bytes.remove_prefix(static_cast<std::size_t>(count));
+            }
+            return true;
+        }
+
+        void waitUntilClosed() const {
+            while (!readRequest().empty()) {
+            }
+        }
+
+        /// Lets the connection end with a reset instead of an orderly close.
+        void reset() const {
+            const linger now{1, 0};
+            setsockopt(socket_, SOL_SOCKET, SO_LINGER, &now, sizeof now);
+        }
+
+    private:
+        const int socket_;
+        RawServer& server_;
+    };
+
+    using Serve = std::function<void(const Connection&)>;
+
+    explicit RawServer(Serve serve) : serve_(std::move(serve)), listener_(socket(AF_INET, SOCK_STREAM, 0)) {
         sockaddr_in address{};
         address.sin_family = AF_INET;
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         static_cast<void>(bind(listener_, reinterpret_cast<const sockaddr*>(&address), sizeof address));
-        listen(listener_, 0);
+        listen(listener_, serve_ ? SOMAXCONN : 0);
         socklen_t length = sizeof address;
         getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &length);
         port_ = ntohs(address.sin_port);
-        if (serve)
-            thread_ = std::thread([this, serve = std::move(serve)] { run(serve); });
+        if (serve_)
+            acceptor_ = std::thread([this] { acceptAll(); });
     }
     RawServer(const RawServer&) = delete;
     RawServer& operator=(const RawServer&) = delete;
     ~RawServer() {
         shutdown(listener_, SHUT_RDWR);
-        if (thread_.joinable())
-            thread_.join();
+        if (acceptor_.joinable())
+            acceptor_.join();
         close(listener_);
+        for (Served& served : served_) {
+            served.shutDown();
+            served.thread.join();
+        }
     }
 
     std::string url(const std::string& path) const { return "http://127.0.0.1:" + std::to_string(port_) + path; }
 
+    /// All requests that have come, as they came.
+    std::string received() const {
+        const std::lock_guard lock(mutex_);
+        return received_;
+    }
+
+    /// How many connections were open at most at the same time.
+    int mostConnections() const { return mostConnections_; }
+
     /// Reads the request, then sends `bytes`.
     static Serve answering(std::string bytes) {
-        return [bytes = std::move(bytes)](int connection) {
-            readRequest(connection);
-            send(connection, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+        return [bytes = std::move(bytes)](const Connection& connection) {
+            connection.readRequest();
+            connection.send(bytes);
         };
     }
 
-    /// Reads the request, then says nothing until the client goes away.
-    static Serve silent() {
-        return [](int connection) {
-            readRequest(connection);
-            readRequest(connection);
-        };
-    }
+    /// Says nothing until the client goes away.
+    static void stayingSilent(const Connection& connection) { connection.waitUntilClosed(); }
 
 private:
-    static void readRequest(int connection) {
-        char buffer[4096];
-        [[maybe_unused]] const auto count = recv(connection, buffer, sizeof buffer, 0);
-    }
+    struct Served {
+        explicit Served(int connectionSocket) : socket(connectionSocket) {}
 
-    void run(const Serve& serve) const {
+        void shutDown() {
+            const std::lock_guard lock(mutex);
+            if (!closed)
+                shutdown(socket, SHUT_RDWR);
+        }
+        void closeSocket() {
+            const std::lock_guard lock(mutex);
+            close(socket);
+            closed = true;
+        }
+
+        const int socket;
+        std::mutex mutex;
+        bool closed = false;
+        std::thread thread;
+    };
+
+    void acceptAll() {
         for (int connection = accept(listener_, nullptr, nullptr); connection >= 0;
              connection = accept(listener_, nullptr, nullptr)) {
-            serve(connection);
-            close(connection);
+            Served& served = served_.emplace_back(connection);
+            served.thread = std::thread([this, &served] { run(served); });
         }
     }
 
+    void run(Served& served) {
+        const int now = ++connections_;
+        for (int most = mostConnections_; now > most && !mostConnections_.compare_exchange_weak(most, now);) {
+        }
+        serve_(Connection(served.socket, *this));
+        --connections_;
+        served.closeSocket();
+    }
+
+    void keep(const std::string& request) {
+        const std::lock_guard lock(mutex_);
+        received_ += request;
+    }
+
+    const Serve serve_;
     const int listener_;
     int port_ = 0;
-    std::thread thread_;
+    std::atomic<int> connections_ = 0;
+    std::atomic<int> mostConnections_ = 0;
+    mutable std::mutex mutex_;
+    std::string received_;
+    std::list<Served> served_; ///< Changed by the acceptor only, until it has ended.
+    std::thread acceptor_;
 };

@@ -5,8 +5,6 @@
 #include <string>
 #include <utility>
 
-namespace OrvaneFuzz {
-
 /// Answers every request at once, in the calling thread, with one body.
 class AnsweringClient : public Qx::IHTTPClient {
 public:
@@ -24,5 +22,3 @@ public:
 private:
     const Qx::HTTPResponse response_;
 };
-
-} // namespace OrvaneFuzz

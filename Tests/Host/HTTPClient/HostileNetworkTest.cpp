@@ -1,0 +1,286 @@
+// What servers and networks do to a client, in both ways to ask it.
+
+#include "Base/QxBaseCore10/Strings.h"
+#include "Server/Orvane/FolderContentLink.h"
+#include "Server/Orvane/Orvanedm.h"
+#include "Tests/Host/HTTPClient/Sending.h"
+#include "Tests/Support/Faults.h"
+#include "Tests/Support/PeakMemory.h"
+#include "Tests/Support/ScopedState.h"
+#include "Tests/Support/TestServer.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <filesystem>
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+#include <tuple>
+#include <zlib.h>
+
+namespace {
+
+using OrvaneHost::CurlHTTPClient;
+using OrvaneHost::CurlHTTPClientSettings;
+using Qx::HTTPRequest;
+using Qx::HTTPResponse;
+using Type = HTTPRequest::ExecutionType;
+using namespace std::chrono_literals;
+
+CurlHTTPClientSettings impatient() {
+    CurlHTTPClientSettings made = settings();
+    made.connectTimeout = 500ms;
+    made.requestTimeout = 1500ms;
+    made.stallTimeout = 1s;
+    return made;
+}
+
+const char* nameOf(Type type) {
+    return type == Type::CALLING_THREAD ? "CallingThread" : "ClientThread";
+}
+
+void expectOneFailure(CurlHTTPClient& client, const std::string& url, Type type) {
+    std::atomic<int> completions = 0;
+    std::promise<HTTPResponse> answered;
+    HTTPRequest request = makeRequest(url, type, [&](const HTTPResponse& response) {
+        if (++completions == 1)
+            answered.set_value(response);
+    });
+    client.queueRequest(request);
+    const HTTPResponse response = answered.get_future().get();
+    EXPECT_FALSE(response.isSuccessful());
+    EXPECT_EQ(response.getStatus(), 0);
+    EXPECT_FALSE(response.getReason().empty());
+    EXPECT_EQ(response.getReason().find_first_of("\r\n"), std::string::npos);
+    EXPECT_EQ(response.getReason().find(token), std::string::npos);
+    EXPECT_EQ(completions, 1);
+}
+
+class HostileNetworkWithFault : public testing::TestWithParam<std::tuple<std::size_t, Type>> {};
+
+TEST_P(HostileNetworkWithFault, AnswersOnceWithAReasonAndGoesOn) {
+    const auto [fault, type] = GetParam();
+    const RawServer server(Faults::serving(Faults::all()));
+    CurlHTTPClient client(impatient());
+    expectOneFailure(client, server.url('/' + std::to_string(fault)), type);
+    EXPECT_EQ(send(client, server.url("/good")).getBody(), "{}") << "the client is as good as before";
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, HostileNetworkWithFault,
+                         testing::Combine(testing::Range<std::size_t>(0, Faults::all().size()),
+                                          testing::Values(Type::CALLING_THREAD, Type::CLIENT_THREAD)),
+                         [](const auto& tested) {
+                             return Faults::all()[std::get<0>(tested.param)].name + "In" +
+                                    nameOf(std::get<1>(tested.param));
+                         });
+
+class HostileNetworkInBothTypes : public testing::TestWithParam<Type> {};
+INSTANTIATE_TEST_SUITE_P(In, HostileNetworkInBothTypes, testing::Values(Type::CALLING_THREAD, Type::CLIENT_THREAD),
+                         [](const auto& tested) { return nameOf(tested.param); });
+
+TEST_P(HostileNetworkInBothTypes, ServersThatAreNotThere) {
+    const RawServer full(nullptr);
+    CurlHTTPClient client(impatient());
+    HTTPRequest filler = makeRequest(full.url("/"), Type::CLIENT_THREAD);
+    for (int i = 0; i < 4; ++i)
+        client.queueRequest(filler);
+    for (const std::string& url :
+         {std::string("http://127.0.0.1:1/"), std::string("https://no-such-host.invalid/"), full.url("/")})
+        expectOneFailure(client, url, GetParam());
+}
+
+TEST(HostileNetwork, EachTimeLimitHoldsByItself) {
+    const RawServer silent(RawServer::stayingSilent);
+    CurlHTTPClientSettings request = settings();
+    request.requestTimeout = 200ms;
+    EXPECT_NE(send(request, silent.url("/")).getReason().find("Operation timed out"), std::string::npos);
+    CurlHTTPClientSettings stall = settings();
+    stall.stallTimeout = 1s;
+    EXPECT_NE(send(stall, silent.url("/")).getReason().find("Operation too slow"), std::string::npos);
+    const RawServer full(nullptr);
+    CurlHTTPClientSettings connect = settings();
+    connect.connectTimeout = 200ms;
+    CurlHTTPClient client(connect);
+    HTTPRequest filler = makeRequest(full.url("/"), Type::CLIENT_THREAD);
+    for (int i = 0; i < 4; ++i)
+        client.queueRequest(filler);
+    EXPECT_NE(send(client, full.url("/")).getReason().find("Failed to connect"), std::string::npos);
+}
+
+// A gzip stream of that many zeros, in pieces, so that nobody has to hold even what is compressed.
+RawServer::Serve bomb(std::size_t zeros) {
+    return [zeros](const RawServer::Connection& connection) {
+        constexpr std::size_t pieceSize = std::size_t{1} << 20;
+        const std::string piece(pieceSize, '\0');
+        std::string compressed(pieceSize, '\0');
+        z_stream stream{};
+        deflateInit2(&stream, Z_BEST_SPEED, Z_DEFLATED, MAX_WBITS + 16, MAX_MEM_LEVEL, Z_DEFAULT_STRATEGY);
+        connection.readRequest();
+        bool isThere = connection.send(Faults::ok + "Content-Encoding: gzip\r\nConnection: close\r\n\r\n");
+        for (std::size_t left = zeros; isThere && left > 0; left -= pieceSize) {
+            stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(piece.data()));
+            stream.avail_in = static_cast<uInt>(piece.size());
+            stream.next_out = reinterpret_cast<Bytef*>(compressed.data());
+            stream.avail_out = static_cast<uInt>(compressed.size());
+            deflate(&stream, left == pieceSize ? Z_FINISH : Z_NO_FLUSH);
+            isThere = connection.send(std::string_view(compressed).substr(0, compressed.size() - stream.avail_out));
+        }
+        deflateEnd(&stream);
+    };
+}
+
+RawServer::Serve endless(std::string header, std::size_t chunk) {
+    return [=](const RawServer::Connection& connection) {
+        connection.readRequest();
+        Faults::repeating(Faults::ok + header + "\r\n", fmt::format("{:x}\r\n{}\r\n", chunk, std::string(chunk, 'x')),
+                          0ms)(connection);
+    };
+}
+
+TEST_P(HostileNetworkInBothTypes, BodiesAreCutAtTheLimitAsDecoded) {
+    constexpr std::size_t megabyte = std::size_t{1} << 20;
+    const std::tuple<const char*, RawServer::Serve, std::size_t> cases[] = {
+        {"plain, without a length", endless("Connection: close\r\n", 4096), 8 * megabyte},
+        {"plain, with a length", endless("Content-Length: 100000000000\r\n", 4096), 8 * megabyte},
+        {"chunked", endless("Transfer-Encoding: chunked\r\n", 4096), 8 * megabyte},
+        {"gzip of 2 MiB", bomb(2 * megabyte), megabyte},
+        {"gzip of 64 MiB", bomb(64 * megabyte), megabyte},
+        {"gzip of 2 GiB", bomb(2048 * megabyte), 256 * megabyte}};
+    for (const auto& [name, serve, limit] : cases) {
+        const RawServer server(serve);
+        CurlHTTPClientSettings limited = settings();
+        limited.maxBodyBytes = limit;
+        CurlHTTPClient client(limited);
+        const PeakMemory memory;
+        const HTTPResponse response = send(client, makeRequest(server.url("/"), GetParam()));
+        EXPECT_EQ(response.getReason(), fmt::format("the answer is longer than {} bytes", limit)) << name;
+        EXPECT_LT(memory.growth(), limit + 64 * megabyte) << name;
+    }
+    const RawServer exact(bomb(2 * megabyte));
+    CurlHTTPClientSettings enough = settings();
+    enough.maxBodyBytes = 2 * megabyte;
+    EXPECT_EQ(send(enough, exact.url("/")).getBody(), std::string(2 * megabyte, '\0'))
+        << "the limit itself is no fault";
+}
+
+// Nothing that a caller passes ends a line of the request: it is refused before a byte is sent, or goes out encoded.
+TEST(HostileText, CannotSmuggle) {
+    const RawServer server(RawServer::answering(Faults::ok + "Content-Length: 2\r\n\r\n{}"));
+    const auto client = std::make_shared<CurlHTTPClient>(settings());
+    const std::string port = server.url("");
+    for (const std::string& bad : {std::string("a\r\nX-Bad: y"), std::string("a\nX-Bad: y"), std::string("a\0b", 3)}) {
+        for (const std::string& url : {port + "/" + bad, port + bad, bad})
+            EXPECT_EQ(send(*client, url).getReason().substr(0, 8), "refused:") << url;
+        for (const auto& [name, value] :
+             {std::pair<std::string, std::string>(bad, "value"), {"Name", bad}, {"", "value"}, {"Na:me", "value"}}) {
+            HTTPRequest request = makeRequest(server.url("/"), Type::CALLING_THREAD);
+            request.setHeader(name, value);
+            EXPECT_EQ(send(*client, request).getReason().substr(0, 8), "refused:") << name << value;
+        }
+        CurlHTTPClientSettings brokenToken = settings();
+        brokenToken.token = bad;
+        EXPECT_EQ(send(brokenToken, server.url("/")).getReason(), "refused: the token holds a control character");
+
+        int failures = 0;
+        const auto countFailure = [&](bool success, const auto&) { failures += success ? 0 : 1; };
+        Qx::Orvanedm orvanedm(client, "hostile");
+        const ScopedState badBase = scopedOption("hostile", L"orvaneServiceUrl", Qx::ToIString(port + bad));
+        const ScopedState base = scopedOption("hostile", L"orvaneV3ServiceUrl", Qx::ToIString(port));
+        orvanedm.getFullAssemblyStatus_V3("urn", countFailure, "ACTUAL" + bad, L"");
+        orvanedm.requestFullAssemblyAccess("urn", countFailure, "LATEST");
+        orvanedm.getFolderContents(Orvane::FolderContentLink::fromUrn("urn", "hostile"), {}, countFailure);
+        EXPECT_EQ(failures, 3);
+    }
+    EXPECT_EQ(server.received(), "") << "none of them has reached the server";
+}
+
+TEST(HostileText, InAnIdOrALinkIsEncoded) {
+    const RawServer server(Faults::serving({}));
+    const ScopedState base = scopedOption("hostile", L"orvaneServiceUrl", Qx::ToIString(server.url("")));
+    Qx::Orvanedm orvanedm(std::make_shared<CurlHTTPClient>(settings()), "hostile");
+    int successes = 0;
+    const auto countSuccess = [&](bool success, const auto&) { successes += success ? 1 : 0; };
+    orvanedm.requestFullAssemblyAccess("urn\r\nX-Bad: y", countSuccess, "LATEST");
+    orvanedm.getFolderContents(Orvane::FolderContentLink::fromUrn("a b\r\nX-Bad: \u00e9", "hostile"), {{"k", "\r\n"}},
+                               countSuccess);
+    EXPECT_EQ(successes, 2);
+    EXPECT_EQ(server.received().find("\nX-Bad"), std::string::npos);
+    EXPECT_NE(server.received().find("POST /versions/urn%0D%0AX-Bad%3A%20y/fullassembly/access?algorithm=LATEST HTTP"),
+              std::string::npos);
+    EXPECT_NE(server.received().find("GET /folders/a%20b%0D%0AX-Bad:%20%C3%A9/content?k=%0D%0A HTTP"),
+              std::string::npos)
+        << server.received();
+}
+
+class Certificates : public testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        folder = testing::TempDir() + "orvane-certificates-" + std::to_string(getpid());
+        ASSERT_EQ(std::system((TEST_SOURCES "/Support/make-certificates.sh " + folder).c_str()), 0);
+    }
+    static void TearDownTestSuite() { std::filesystem::remove_all(folder); }
+
+    // A server with the certificate of that name that redirects where the query says, or tells the token it got.
+    std::unique_ptr<TestServer> serve(const std::string& name) {
+        const std::string path = folder + '/' + name;
+        return std::make_unique<TestServer>(
+            [this](const httplib::Request& request, httplib::Response& response) {
+                ++received;
+                if (request.has_param("to"))
+                    response.set_redirect(request.get_param_value("to"));
+                else
+                    response.set_content("token " + request.get_header_value("Authorization"), "text/plain");
+            },
+            std::make_unique<httplib::SSLServer>((path + ".pem").c_str(), (path + ".key").c_str()));
+    }
+
+    static std::string url(const TestServer& server, const std::string& path) {
+        return "https://localhost:" + std::to_string(server.port()) + path;
+    }
+
+    static CurlHTTPClientSettings trusting(const std::string& authority) {
+        CurlHTTPClientSettings made = settings();
+        made.certificateFile = folder + '/' + authority + ".pem";
+        return made;
+    }
+
+    static std::string folder;
+    std::atomic<int> received = 0;
+};
+std::string Certificates::folder;
+
+TEST_F(Certificates, AreVerifiedBeforeAnythingIsSent) {
+    const std::tuple<const char*, const char*, bool> cases[] = {{"good", "authority", true},
+                                                                {"good", "other-authority", false},
+                                                                {"expired", "authority", false},
+                                                                {"other-host", "authority", false},
+                                                                {"self-signed", "authority", false}};
+    for (const auto& [certificate, authority, isGood] : cases) {
+        received = 0;
+        const auto server = serve(certificate);
+        EXPECT_EQ(send(trusting(authority), url(*server, "/")).getStatus(), isGood ? 200 : 0) << certificate;
+        EXPECT_EQ(received, isGood ? 1 : 0) << certificate;
+    }
+    const auto server = serve("good");
+    EXPECT_EQ(send(settings(), url(*server, "/")).getStatus(), 0) << "the system knows nothing of the authority";
+}
+
+TEST_F(Certificates, KeepTheTokenFromWhereARedirectLeads) {
+    const auto server = serve("good");
+    const auto otherPort = serve("good");
+    std::atomic<int> receivedPlain = 0;
+    const TestServer plain([&](const httplib::Request&, httplib::Response&) { ++receivedPlain; });
+    CurlHTTPClient client(trusting("authority"));
+    const std::tuple<const char*, std::string, std::string> cases[] = {{"the same host", "/", "token Bearer " + token},
+                                                                       {"another port", url(*otherPort, "/"), "token "},
+                                                                       {"plain http", plain.url("/"), ""},
+                                                                       {"a file", "file:///etc/hostname", ""},
+                                                                       {"another scheme", "ftp://localhost/", ""}};
+    for (const auto& [name, target, body] : cases) {
+        const HTTPResponse response = send(client, url(*server, "/?to=" + target));
+        EXPECT_EQ(response.getBody(), body) << name;
+        EXPECT_EQ(response.getReason().find(token), std::string::npos) << name;
+    }
+    EXPECT_EQ(receivedPlain, 0);
+}
+
+} // namespace

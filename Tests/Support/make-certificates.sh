@@ -1,0 +1,23 @@
+#!/usr/bin/env bash
+# make-certificates.sh FOLDER: two authorities, and server certificates that the first has signed, each as NAME.pem with
+# NAME.key: good (for localhost), expired, other-host; and one that nobody else has signed, self-signed.
+set -euo pipefail
+mkdir -p "$1"
+cd "$1"
+exec 2>/dev/null
+
+new_key=(-newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes)
+for name in authority other-authority self-signed; do
+  openssl req -x509 "${new_key[@]}" -days 2 -subj /CN=localhost -addext subjectAltName=DNS:localhost \
+    -keyout "$name.key" -out "$name.pem"
+done
+
+# sign NAME HOST DAYS: less than no days is a certificate that has expired.
+sign() {
+  openssl req -new "${new_key[@]}" -subj "/CN=$2" -keyout "$1.key" -out "$1.csr"
+  openssl x509 -req -in "$1.csr" -CA authority.pem -CAkey authority.key -CAcreateserial -days "$3" \
+    -extfile <(echo "subjectAltName=DNS:$2") -out "$1.pem"
+}
+sign good localhost 2
+sign expired localhost -1
+sign other-host other.example 2
