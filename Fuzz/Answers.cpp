@@ -90,17 +90,6 @@ std::string describeAll(const std::vector<std::shared_ptr<RelationshipData>>& re
     return text(described);
 }
 
-// The event that the document reports, taken on its way to whoever is listening.
-std::string reportOf(const FullAssemblyData& document) {
-    std::string report;
-    auto before = Qx::Analytics::setEventSink([&](const Qx::Analytics::Report& event, bool now) {
-        report += text(event.eventName) + text(event.properties) + text(now);
-    });
-    document.sendFullAssemblyAnalytics(L"workflow");
-    Qx::Analytics::setEventSink(std::move(before));
-    return report;
-}
-
 } // namespace
 
 Answers answersOf(const FullAssemblyData& document, const std::vector<std::string>& ids) {
@@ -116,8 +105,7 @@ Answers answersOf(const FullAssemblyData& document, const std::vector<std::strin
                     {"getDirectReferencedFiles", text(document.getDirectReferencedFiles())},
                     {"getProjectDetails", describeAll(document.getProjectDetails())},
                     {"getProjectDetailsForFiles", describeAll(document.getProjectDetailsForFiles())},
-                    {"getProjectMemberships", text(document.getProjectMemberships())},
-                    {"sendFullAssemblyAnalytics", reportOf(document)}};
+                    {"getProjectMemberships", text(document.getProjectMemberships())}};
     for (const std::string& id : ids) {
         answers["getProjectName " + id] = text(document.getProjectName(id));
         answers["projectMembership " + id] = text(document.projectMembership(id));
@@ -135,6 +123,16 @@ Answers answersOf(const FullAssemblyDataV3& document, const std::vector<std::str
         answers["getProject " + id] = describeFound(document.getProject(id));
     }
     return answers;
+}
+
+std::string reportOf(const FullAssemblyData& document) {
+    std::string report;
+    auto before = Qx::Analytics::setEventSink([&](const Qx::Analytics::Report& event, bool now) {
+        report += text(event.eventName) + text(event.properties) + text(now);
+    });
+    document.sendFullAssemblyAnalytics(L"workflow");
+    Qx::Analytics::setEventSink(std::move(before));
+    return report;
 }
 
 } // namespace OrvaneFuzz

@@ -1,10 +1,10 @@
 // Any bytes as the service's answer: documents of both generations come out, or none; they answer every query, and
 // their copies answer alike.
 
-#include "Tests/Support/AnsweringClient.h"
 #include "Fuzz/Answers.h"
 #include "Fuzz/Require.h"
 #include "Server/Orvane/Orvanedm.h"
+#include "Tests/Support/AnsweringClient.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -33,6 +33,7 @@ template <class Document>
 void checkCopies(const Document& document) {
     const auto ids = idsOf(document);
     const Answers answers = answersOf(document, ids);
+    const std::string report = reportOf(document);
     Document copy = document;
     const Document& itself = copy;
     copy = itself;
@@ -40,6 +41,7 @@ void checkCopies(const Document& document) {
     copy = Document();
     copy = moved;
     require(answersOf(Document(copy), ids) == answers, "copied, assigned and moved a document answers as it did");
+    require(reportOf(copy) == report, "copied, assigned and moved a document reports as it did");
     require(answersOf(document, ids) == answers, "what was copied has not changed");
 }
 

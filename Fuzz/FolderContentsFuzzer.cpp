@@ -2,17 +2,16 @@
 
 #include "Base/QxBaseCore10/JSONNode.h"
 #include "Base/QxBaseCore10/Strings.h"
-#include "Tests/Support/AnsweringClient.h"
 #include "Fuzz/Require.h"
 #include "Server/Orvane/FolderContentLink.h"
 #include "Server/Orvane/Orvanedm.h"
+#include "Tests/Support/AnsweringClient.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
 
 namespace {
-
 
 using OrvaneFuzz::require;
 

@@ -1,0 +1,228 @@
+#include "Fuzz/RandomBody.h"
+
+#include <algorithm>
+
+namespace OrvaneFuzz {
+
+namespace {
+
+std::string quoted(const std::string& text) {
+    return '"' + text + '"';
+}
+
+} // namespace
+
+// Few, so that records meet, and some for more than one kind.
+const std::vector<std::string>& RandomBody::ids() {
+    static const std::vector<std::string> ids{"",       "a",      "version-1", "version-2",  "version-3", "file-1",
+                                              "file-2", "file-3", "folder-1",  "folder-2",   "project-1", "project-2",
+                                              "shared", "true",   "1",         "a?version=2"};
+    return ids;
+}
+
+bool RandomBody::chance(int percent) {
+    return below(100) < static_cast<std::size_t>(percent);
+}
+
+std::size_t RandomBody::below(std::size_t limit) {
+    return random_() % limit;
+}
+
+const std::string& RandomBody::pick(const std::vector<std::string>& texts) {
+    return texts[below(texts.size())];
+}
+
+std::string RandomBody::number() {
+    static const std::vector<std::string> numbers{"0",
+                                                  "1",
+                                                  "-1",
+                                                  "3",
+                                                  "2147483647",
+                                                  "2147483648",
+                                                  "-2147483648",
+                                                  "-2147483649",
+                                                  "4294967297",
+                                                  "1.0",
+                                                  "1.5",
+                                                  "-0.0",
+                                                  "1e3",
+                                                  "9223372036854775807",
+                                                  "18446744073709551615",
+                                                  "-9223372036854775808",
+                                                  "1e-300",
+                                                  "1e22",
+                                                  "0.1",
+                                                  "123.456",
+                                                  "1E+5",
+                                                  "5e-324",
+                                                  "1.7976931348623157e308"};
+    return pick(numbers);
+}
+
+std::string RandomBody::anyText() {
+    static const std::vector<std::string> pieces{"",        "a",   "Name",   " ",      "\\u0000",    "\\\"",
+                                                 "\\\\",    "\\n", "\u00e9", "\u6b6f", "\U0001f600", "\\ud83d\\ude00",
+                                                 "\\u00e9", "\\/", "\uffff"};
+    std::string text;
+    while (chance(60))
+        text += pick(pieces);
+    return quoted(text);
+}
+
+std::string RandomBody::anyValue() {
+    switch (below(9)) {
+    case 0:
+        return "null";
+    case 1:
+        return "true";
+    case 2:
+        return "false";
+    case 3:
+        return number();
+    case 4:
+        return anyText();
+    case 5:
+        return "[]";
+    case 6:
+        return "{}";
+    case 7:
+        return '[' + reference() + ",1]";
+    default:
+        return reference();
+    }
+}
+
+// One of the words that are known, or one that is almost so.
+std::string RandomBody::word(const std::vector<std::string>& known) {
+    std::string text = pick(known);
+    if (chance(10))
+        text += 's';
+    if (chance(5))
+        std::transform(text.begin(), text.end(), text.begin(),
+                       [](char c) { return c >= 'a' ? static_cast<char>(c - 32) : c; });
+    return quoted(text);
+}
+
+std::string RandomBody::id() {
+    return quoted(pick(ids()));
+}
+
+std::string RandomBody::object(Members members) {
+    std::string text;
+    const auto add = [&](const std::string& key, const std::string& value) {
+        text += (text.empty() ? "" : ",") + quoted(key) + ':' + value;
+    };
+    if (chance(20))
+        std::shuffle(members.begin(), members.end(), random_);
+    for (const auto& [key, value] : members) {
+        if (chance(8))
+            continue;
+        if (chance(3))
+            add(key, anyValue());
+        if (chance(4))
+            add(key, "null");
+        else
+            add(key, chance(6) ? anyValue() : value);
+        if (chance(3))
+            add(key, value);
+        if (chance(5))
+            add("other", anyValue());
+    }
+    return '{' + text + '}';
+}
+
+std::string RandomBody::array(const MakeElement& makeElement) {
+    std::string text;
+    while (chance(70))
+        text += (text.empty() ? "" : ",") + (chance(4) ? anyValue() : makeElement());
+    return '[' + text + ']';
+}
+
+std::string RandomBody::links() {
+    return object({{"self", anyText()}});
+}
+
+std::string RandomBody::me() {
+    static const std::vector<std::string> booleans{"true", "false", "\"true\"", "\"false\"", "\"True\""};
+    const auto action = [this] { return word({"read", "view", "write", "zelvar:ft:share"}); };
+    return object({{"isMember", pick(booleans)},
+                   {"membership", word({"MEMBER", "NOT_A_MEMBER", ""})},
+                   {"role", word({"VIEWER", "PROJECT_ADMIN"})},
+                   {"allowed-actions", array(action)}});
+}
+
+std::string RandomBody::reference() {
+    return object({{"id", id()}, {"type", word({"versions", "folders", "projects", "FOLDER", "PROJECT"})}});
+}
+
+std::string RandomBody::type(const std::string& right) {
+    return chance(92) ? quoted(right) : word({"files", "folders", "projects", "versions", "relationships", ""});
+}
+
+std::string RandomBody::project() {
+    return object({{"id", id()},
+                   {"type", type("projects")},
+                   {"name", anyText()},
+                   {"parent", id()},
+                   {"visible", chance(50) ? "true" : "false"},
+                   {"status", word({"Active", "Active", "Archived", "Inactive", "Deleted"})},
+                   {"me", me()},
+                   {"links", links()},
+                   {"communityType", word({"CONTROLLED", "OPEN", ""})}});
+}
+
+std::string RandomBody::file() {
+    const std::string attributes =
+        object({{"subTypes", object({{"value", word({"Configuration", "Configuration", "Part", ""})}})},
+                {"configuredDesignProjectId", object({{"value", id()}})}});
+    return object({{"id", id()},
+                   {"type", type("files")},
+                   {"name", anyText()},
+                   {"parent", reference()},
+                   {"project", reference()},
+                   {"attributes", attributes}});
+}
+
+std::string RandomBody::version() {
+    return object(
+        {{"id", id()}, {"type", type("versions")}, {"name", anyText()}, {"title", anyText()}, {"file", reference()}});
+}
+
+std::string RandomBody::folder() {
+    return object({{"id", id()},
+                   {"type", type("folders")},
+                   {"links", links()},
+                   {"name", anyText()},
+                   {"parent", id()},
+                   {"visible", chance(50) ? "true" : "false"},
+                   {"status", word({"Active", "Active", "Archived", "Inactive", "Deleted"})},
+                   {"containerType", word({"FOLDER", "folders", "PROJECT", "projects"})},
+                   {"me", me()}});
+}
+
+std::string RandomBody::relationship() {
+    return object({{"id", id()},
+                   {"type", type("relationships")},
+                   {"self", anyText()},
+                   {"fromUrn", reference()},
+                   {"toUrn", reference()},
+                   {"sourceFromUrn", reference()},
+                   {"sourceToUrn", reference()},
+                   {"relationshipType", word({"XREF", "DERIVED", "DEPENDENCY", "AUXILIARY"})}});
+}
+
+std::string RandomBody::make() {
+    const std::string data = object({{"id", id()},
+                                     {"type", quoted("versions")},
+                                     {"links", links()},
+                                     {"inaccessibleProjects", number()},
+                                     {"restrictedProjects", number()},
+                                     {"relationships", array([this] { return relationship(); })}});
+    const std::string included = object({{"versions", array([this] { return version(); })},
+                                         {"files", array([this] { return file(); })},
+                                         {"projects", array([this] { return project(); })},
+                                         {"folders", array([this] { return folder(); })}});
+    return object({{"data", data}, {"included", included}});
+}
+
+} // namespace OrvaneFuzz

@@ -1,0 +1,32 @@
+#!/usr/bin/env bash
+# fuzz.sh [SECONDS]: sets up what is missing, builds under the address and undefined-behaviour sanitizers, and runs each
+# fuzzer that long (200 seconds unless told otherwise), then the check that a second reading of random bodies agrees with
+# the library's. Inputs that reached something new are kept in build/fuzz/corpus; one that breaks something is left in
+# build/fuzz/findings.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")"
+seconds=${1:-200}
+
+./scripts/set-up.sh fuzz
+./scripts/build.sh fuzz
+programs=build/fuzz/Fuzz
+export ASAN_OPTIONS=malloc_context_size=2:quarantine_size_mb=2
+mkdir -p build/fuzz/findings
+
+# fuzz NAME DICTIONARY
+fuzz() {
+  local corpus=build/fuzz/corpus/$1 log=build/fuzz/$1.log dictionary=()
+  [ -z "$2" ] || dictionary=(-dict="Fuzz/$2")
+  mkdir -p "$corpus"
+  if ! "$programs/$1" "${dictionary[@]}" -max_total_time="$seconds" -max_len=4096 -print_final_stats=1 \
+    -artifact_prefix="build/fuzz/findings/$1-" "$corpus" "Fuzz/Seeds/$1" >"$log" 2>&1; then
+    tail -n 40 "$log" >&2
+    exit 1
+  fi
+  echo "$1: $(grep -oE '^Done [0-9]+ runs' "$log" | grep -oE '[0-9]+') executions, no finding"
+}
+fuzz AssemblyFuzzer json.dict
+fuzz FolderContentsFuzzer json.dict
+fuzz UriFuzzer uri.dict
+fuzz StringsFuzzer ''
+"$programs/DifferentialCheck" $((seconds * 500))
