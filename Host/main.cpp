@@ -5,6 +5,7 @@
 #include <csignal>
 #include <exception>
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace {
@@ -36,10 +37,17 @@ void occupyStandardStreams() {
         close(descriptor);
 }
 
+// What a crash leaves behind would hold the user's token.
+void leaveNoCore() {
+    const rlimit none{0, 0};
+    setrlimit(RLIMIT_CORE, &none);
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
     occupyStandardStreams();
+    leaveNoCore();
     // A closed pipe is to be reported like any other failure, and names have to be measured to be aligned.
     std::signal(SIGPIPE, SIG_IGN);
     std::setlocale(LC_CTYPE, "C.UTF-8");

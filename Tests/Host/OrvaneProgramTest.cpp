@@ -11,6 +11,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <sstream>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -130,15 +131,19 @@ TEST(OrvaneProgram, NoticesThatItsOutputCanNotBeWritten) {
     EXPECT_NE(closed.error.find("Broken pipe"), std::string::npos) << closed.error;
 }
 
-TEST(OrvaneProgram, ServesUntilInterrupted) {
+TEST(OrvaneProgram, ServesUntilInterruptedAndLeavesNoCore) {
     const std::string base = testing::TempDir() + "orvane-serve-" + std::to_string(getpid());
     const Outcome result =
         run("$ORVANE serve >" + base + " & until grep -q Interrupt " + base +
-                "; do sleep 0.05; done; kill $!; wait $!; status=$?; cat " + base + "; rm " + base + "; exit $status",
+                "; do sleep 0.05; done; grep 'core file' /proc/$!/limits; kill $!; wait $!; status=$?; cat " + base +
+                "; rm " + base + "; exit $status",
             "s3cret");
     EXPECT_EQ(result.exitStatus, 0) << result.error;
     EXPECT_NE(result.output.find("Serving at http://127.0.0.1:"), std::string::npos);
     EXPECT_EQ(result.output.find("s3cret"), std::string::npos);
+    std::istringstream limits(result.output.substr(result.output.find("size") + 4));
+    std::string soft;
+    EXPECT_EQ((limits >> soft, soft), "0") << result.output;
     expectFailure(run("serve --data /none"), 1, "no file *.json");
 }
 
