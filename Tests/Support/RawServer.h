@@ -1,12 +1,13 @@
 #pragma once
 
+#include <algorithm>
 #include <arpa/inet.h>
 #include <array>
-#include <atomic>
+#include <condition_variable>
 #include <functional>
-#include <list>
 #include <mutex>
 #include <netinet/in.h>
+#include <set>
 #include <string>
 #include <string_view>
 #include <sys/socket.h>
@@ -85,22 +86,25 @@ public:
         if (acceptor_.joinable())
             acceptor_.join();
         close(listener_);
-        for (Served& served : served_) {
-            served.shutDown();
-            served.thread.join();
-        }
+        std::unique_lock lock(mutex_);
+        for (const int connection : connections_)
+            shutdown(connection, SHUT_RDWR);
+        connectionEnded_.wait(lock, [this] { return connections_.empty(); });
     }
 
     std::string url(const std::string& path) const { return "http://127.0.0.1:" + std::to_string(port_) + path; }
 
-    /// All requests that have come, as they came.
+    /// The first requests that have come, as they came.
     std::string received() const {
         const std::lock_guard lock(mutex_);
         return received_;
     }
 
     /// How many connections were open at most at the same time.
-    int mostConnections() const { return mostConnections_; }
+    std::size_t mostConnections() const {
+        const std::lock_guard lock(mutex_);
+        return mostConnections_;
+    }
 
     /// Reads the request, then sends `bytes`.
     static Serve answering(std::string bytes) {
@@ -114,55 +118,39 @@ public:
     static void stayingSilent(const Connection& connection) { connection.waitUntilClosed(); }
 
 private:
-    struct Served {
-        explicit Served(int connectionSocket) : socket(connectionSocket) {}
-
-        void shutDown() {
-            const std::lock_guard lock(mutex);
-            if (!closed)
-                shutdown(socket, SHUT_RDWR);
-        }
-        void closeSocket() {
-            const std::lock_guard lock(mutex);
-            close(socket);
-            closed = true;
-        }
-
-        const int socket;
-        std::mutex mutex;
-        bool closed = false;
-        std::thread thread;
-    };
-
     void acceptAll() {
         for (int connection = accept(listener_, nullptr, nullptr); connection >= 0;
              connection = accept(listener_, nullptr, nullptr)) {
-            Served& served = served_.emplace_back(connection);
-            served.thread = std::thread([this, &served] { run(served); });
+            const std::lock_guard lock(mutex_);
+            connections_.insert(connection);
+            mostConnections_ = std::max(mostConnections_, connections_.size());
+            std::thread([this, connection] { run(connection); }).detach();
         }
     }
 
-    void run(Served& served) {
-        const int now = ++connections_;
-        for (int most = mostConnections_; now > most && !mostConnections_.compare_exchange_weak(most, now);) {
-        }
-        serve_(Connection(served.socket, *this));
-        --connections_;
-        served.closeSocket();
+    void run(int connection) {
+        serve_(Connection(connection, *this));
+        // Under the lock to the end: without connections the server may be gone.
+        const std::lock_guard lock(mutex_);
+        close(connection);
+        connections_.erase(connection);
+        connectionEnded_.notify_all();
     }
 
     void keep(const std::string& request) {
+        constexpr std::size_t enough = 100'000;
         const std::lock_guard lock(mutex_);
-        received_ += request;
+        if (received_.size() < enough)
+            received_ += request;
     }
 
     const Serve serve_;
     const int listener_;
     int port_ = 0;
-    std::atomic<int> connections_ = 0;
-    std::atomic<int> mostConnections_ = 0;
     mutable std::mutex mutex_;
+    std::condition_variable connectionEnded_;
+    std::set<int> connections_;
+    std::size_t mostConnections_ = 0;
     std::string received_;
-    std::list<Served> served_; ///< Changed by the acceptor only, until it has ended.
     std::thread acceptor_;
 };

@@ -157,7 +157,7 @@ TEST_P(CurlHTTPClientInBothTypes, ManyAtOnceShareAFewConnectionsAndLeaveNothing)
         const std::vector<HTTPRequest> requests(1000, makeRequest(server.url("/"), GetParam(), count));
         EXPECT_EQ(sendAll(client, requests, GetParam()).size(), 1000U);
         EXPECT_EQ(completions, 1000);
-        EXPECT_LE(server.mostConnections(), 16);
+        EXPECT_LE(server.mostConnections(), 16U);
     }
     EXPECT_EQ(completions, 1000);
     expectEntries("/proc/self/fd", descriptors);
