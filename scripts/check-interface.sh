@@ -1,0 +1,28 @@
+#!/usr/bin/env bash
+# check-interface.sh [--update]: compares what the three libraries export, to the types, sizes and virtual slots, with the
+# description in Tests/Project/Interface. A change breaks hosts that are not rebuilt; one that is meant is recorded with
+# --update.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+./scripts/build.sh interface
+record=Tests/Project/Interface
+described=$(mktemp -d)
+trap 'rm -rf "$described"' EXIT
+changed=0
+for library in Base/libQxBaseCore10 Base/libQxBase10 Server/libQxOrvaneDM10; do
+  name=${library##*/}
+  abidw --exported-interfaces-only --no-corpus-path --no-comp-dir-path --no-show-locs --no-parameter-names \
+    --type-id-style hash --out-file "$described/$name.abi" "build/interface/$library.so"
+  if [ "${1:-}" = --update ]; then
+    xz -9 -c "$described/$name.abi" >"$record/$name.abi.xz"
+    continue
+  fi
+  xz -dc "$record/$name.abi.xz" >"$described/recorded.abi"
+  abidiff "$described/recorded.abi" "$described/$name.abi" || changed=1
+done
+if [ $changed -ne 0 ]; then
+  echo "the interface is not as recorded; if that is meant: scripts/check-interface.sh --update" >&2
+  exit 1
+fi
+echo "interface: as recorded"
