@@ -103,6 +103,13 @@ TEST_F(OrvanedmTest, AsyncCountsWhenARequestIsFormedAndIsEachCopysOwn) {
     EXPECT_EQ(lastRequest().executionType, ExecutionType::CALLING_THREAD);
     copy.setAsync(false);
     EXPECT_EQ(form(copy).executionType, ExecutionType::CALLING_THREAD);
+    Qx::Orvanedm assigned(nullptr, "other");
+    copy.setAsync(true);
+    assigned = copy;
+    EXPECT_EQ(form(assigned).executionType, ExecutionType::CLIENT_THREAD);
+    assigned.requestFullAssemblyAccess(
+        "v", [](bool, const FullAssemblyData&) {}, "LATEST");
+    EXPECT_EQ(lastRequest().getURL(), "https://first/orvanedm/versions/v/fullassembly/access?algorithm=LATEST");
 
     std::size_t answered = 0;
     orvanedm.getFolderContents({early, early}, [&](std::vector<Qx::HTTPResponse> r) { answered = r.size(); });

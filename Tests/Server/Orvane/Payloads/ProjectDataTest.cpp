@@ -46,6 +46,18 @@ TEST(ProjectData, ReadsItsJSON) {
     EXPECT_EQ(ProjectData::dataType(), "projects");
 }
 
+TEST(ProjectData, SettersReplaceOneFieldEach) {
+    ProjectData project;
+    project.setName(L"n");
+    project.setParent("urn:f");
+    project.setStatus(ContainerStatus::INACTIVE);
+    project.setMembership("M");
+    project.setRole("VIEWER");
+    project.setCommunityType("OPEN");
+    project.Visible(true);
+    EXPECT_EQ(describe(project), "   n urn:f INACTIVE M VIEWER OPEN visible viewer");
+}
+
 TEST(ProjectData, MovingTakesTheTextsAndSetStatusTakesOnlyKnownOnes) {
     ProjectData project(json(R"({"type":"projects","name":"n","visible":true,"status":"Inactive"})"));
     ProjectData moved = std::move(project);
