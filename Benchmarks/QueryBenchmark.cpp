@@ -101,7 +101,7 @@ const bool queriesAdded = [] {
     add("projectMembership", "projects",
         [](S s, std::size_t call) { return s.document.projectMembership(s.projectId(call)); });
     add("getProjectDetails", "projects", [](S s, std::size_t) { return s.document.getProjectDetails(); });
-    add("getProjectDetailsForFiles", "files x projects",
+    add("getProjectDetailsForFiles", "files, projects",
         [](S s, std::size_t) { return s.document.getProjectDetailsForFiles(); });
     add("getProjectMemberships", "projects", [](S s, std::size_t) { return s.document.getProjectMemberships(); });
     add("sendFullAssemblyAnalytics", "projects, folders", [](S s, std::size_t) {

@@ -75,8 +75,9 @@ public:
     /// Every project by its id; of two with one id the first in document order. One pass over the projects.
     std::unordered_map<std::string, ProjectData> getProjectDetails() const;
 
-    /// For each file whose parent id is that of a known project, the file's id and a copy of that project. There
-    /// is no way up from a file's folder to a project. One pass over the projects for each file.
+    /// For each file whose parent id is that of a known project, the file's id and a copy of the first such project.
+    /// There is no way up from a file's folder to a project. One pass over projects and files, with a search of an
+    /// ordered map for each.
     std::unordered_map<std::string, ProjectData> getProjectDetailsForFiles() const;
 
     /// For each active project its id and the user's membership, empty if there is none; of two active ones

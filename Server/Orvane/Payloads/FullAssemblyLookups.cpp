@@ -7,6 +7,7 @@
 #include "Server/Orvane/Payloads/FullAssemblyDataV3.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace Orvane::Payloads {
 
@@ -89,10 +90,14 @@ std::unordered_map<std::string, ProjectData> FullAssemblyData::getProjectDetails
 }
 
 std::unordered_map<std::string, ProjectData> FullAssemblyData::getProjectDetailsForFiles() const {
+    // A scan for each file would let an answer of many files and many projects take hours.
+    std::map<std::string_view, const ProjectData*> firstById;
+    for (const ProjectData& project : projects_)
+        firstById.try_emplace(project.id_, &project);
     std::unordered_map<std::string, ProjectData> details;
     for (const auto& [id, file] : files_)
-        if (const ProjectData* project = findProject(file.parentId_))
-            details.try_emplace(id, *project);
+        if (const auto found = firstById.find(file.parentId_); found != firstById.end())
+            details.try_emplace(id, *found->second);
     return details;
 }
 

@@ -2,6 +2,7 @@
 
 #include "Tests/Support/Documents.h"
 
+#include <chrono>
 #include <gtest/gtest.h>
 
 namespace {
@@ -47,6 +48,20 @@ TEST(FullAssemblyLookups, FindByWholeIdsAndOfRepeatedProjectsTheFirstOrTheFirstA
     EXPECT_EQ(byFile.at("2").getName(), L"deleted");
     EXPECT_EQ(byFile.at("4").getName(), L"plain");
     EXPECT_EQ(byFile.at("").getName(), L"no id");
+}
+
+// Each file's project was once searched among all: an answer of 11 MB kept the query busy for 42 seconds.
+TEST(FullAssemblyLookups, ProjectsOfManyFilesAreFoundInTime) {
+    DocumentParts parts;
+    for (int i = 0; i < 30'000; ++i) {
+        const std::string number = std::to_string(100'000 + i);
+        parts.files += R"(,{"type":"files","id":")" + number + R"(","parent":{"id":"x)" + number + R"("}})";
+        parts.projects += R"(,{"type":"projects","id":"p)" + number + R"("})";
+    }
+    const FullAssemblyDataV3 document(parts.root());
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(document.getProjectDetailsForFiles().size(), 1U);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
 }
 
 } // namespace
