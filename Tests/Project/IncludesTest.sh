@@ -22,6 +22,7 @@ check Server/Orvane/Payloads 1 "Base/QxBaseCore10/|Server/Orvane/Payloads/|$expo
 check Server/Orvane 1 'Base/|Server/'
 check Host 9 'Base/|Server/|Host/'
 check Benchmarks 1 'Base/|Server/|Host/HTTPClient/|Benchmarks/'
+check Fuzz 1 'Base/|Server/|Fuzz/|Tests/Support/'
 
 # The client and the links know each other, but only their sources do.
 if grep -lE '#include "Server/Orvane/(Orvanedm|FolderContentLink)\.h"' Server/Orvane/*.h; then
