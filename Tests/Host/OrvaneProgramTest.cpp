@@ -78,6 +78,12 @@ TEST(OrvaneProgram, AssemblyTellsAllThatTheDocumentAnswers) {
               std::string::npos);
 }
 
+TEST(OrvaneProgram, TellsWhatItIsAndWhatItTakes) {
+    EXPECT_NE(run("--help").output.find("assembly"), std::string::npos);
+    EXPECT_NE(run("serve --help").output.find("--port"), std::string::npos);
+    EXPECT_EQ(run("--version").output.substr(0, 10), "orvane 10.");
+}
+
 TEST(OrvaneProgram, SendsSeveralFoldersAsOneBatchAndReportsEach) {
     const Outcome result = run("folder --json " + folder + "gearbox " + folder + "seals " + folder + "gears");
     EXPECT_EQ(result.exitStatus, 1);

@@ -1,6 +1,7 @@
 // What happens when there is no memory: each allocation of each operation fails once.
 
 #include "Base/QxBaseCore10/JSONNode.h"
+#include "Base/QxBaseCore10/Status.h"
 #include "Fuzz/Answers.h"
 #include "Server/Orvane/FolderContentLink.h"
 #include "Server/Orvane/Orvanedm.h"
@@ -40,6 +41,22 @@ const Qx::JSONNode& root() {
 
 void expectException(bool hasThrown) {
     EXPECT_TRUE(hasThrown);
+}
+
+// Room for a long text is made ahead of the parser, and may be missing too.
+TEST(JSONNodeWithoutMemory, IsNotMade) {
+    for (const std::size_t size : {std::size_t{1000}, std::size_t{5'000'000}}) {
+        const std::string text = '"' + std::string(size, 'x') + '"';
+        EXPECT_GT(failEachAllocation([&] { const Qx::JSONNode node(text); }, expectException), 3U);
+        const auto parse = [&] {
+            Qx::JSONNode node("[]");
+            Qx::Status status;
+            const bool success = Qx::JSONNode::parse(text, 0, node, status);
+            EXPECT_EQ(success, node.toText() != "[]");
+            EXPECT_EQ(success, status.isOk());
+        };
+        EXPECT_GT(failEachAllocation(parse, [](bool) {}), 3U);
+    }
 }
 
 template <class Document>
