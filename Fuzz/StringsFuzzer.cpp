@@ -16,8 +16,7 @@ using OrvaneFuzz::require;
 constexpr wchar_t replacement = 0xFFFD;
 
 bool isCodePoint(wchar_t point) {
-    const auto value = static_cast<std::uint32_t>(point);
-    return value <= 0x10FFFF && (value < 0xD800 || value > 0xDFFF);
+    return point >= 0 && point <= 0x10FFFF && (point < 0xD800 || point > 0xDFFF);
 }
 
 } // namespace

@@ -55,8 +55,10 @@ private:
 };
 
 void completeAll(Group& group) {
-    if (group.requests().empty())
+    if (group.requests().empty()) {
         group.completeBatch();
+        return;
+    }
     std::exception_ptr firstThrown;
     for (std::size_t index = 0; index < group.requests().size(); ++index) {
         try {
