@@ -32,9 +32,11 @@ SWAPS = [
 # Changes that make no difference to a caller, as "file: line as it was => line as changed", and why.
 NO_DIFFERENCE = [
     (r"\.reserve\(", "room made beforehand is for speed"),
-    (r"JSONNode.cpp:.*(largePagesFrom|preferLargePages|needsCopy =|found_\.set)", "for speed"),
+    (r"JSONNode.cpp:.*(largePagesFrom|preferLargePages|needsCopy =|found_\.)", "for speed"),
     (r"LargePages.cpp:", "for speed"),
-    (r"JSONPlace.h:.* index = 0", "without a document the index means nothing"),
+    (r"JSON(Place|Node).*(index|index_|root) = 0", "without a document the index means nothing"),
+    (r"Uri.cpp:.*find\('\?'\) <= end", "no character is both"),
+    (r"report\.properties\.", "each key is set once"),
     (r"Texts.h:.*(isFalse|notAMember|moderatorInvited|pendingModeratorApproval)", "nothing compares with these"),
     (r"isFlagEnabled.*=>.*(false, 0|true, 1)", "the flag manager takes these two and does nothing with them"),
     (r"/FullAssemblyData.cpp:.*[Ll]inks", "nobody can ask a document for its own link"),

@@ -26,13 +26,13 @@ public:
 
     void setResponse(std::size_t index, Qx::HTTPResponse response) { responses_[index] = std::move(response); }
 
-    // Calls the completion of one request and, behind the last, that of the batch. What the first throws
-    // comes out after the second has run.
+    // Calls the completion of one request and, behind the last, that of the batch. What the first throws comes out
+    // after the second has run, unless that throws too.
     void complete(std::size_t index) {
         std::exception_ptr thrown;
         try {
             if (const auto& callback = requests_[index].getCallback())
-                callback(responses_[index]);
+                callback(responses_[index]); // NOLINT(clang-analyzer-cplusplus.Move): the last one moves them
         } catch (...) {
             thrown = std::current_exception();
         }
@@ -89,8 +89,10 @@ void answerInCallingThread(Group group, TransferThread& transfers) {
 
 void answerOnDeliveryThreads(const std::shared_ptr<Group>& group, TransferThread& transfers,
                              DeliveryThreads& deliveries) {
-    if (group->requests().empty())
+    if (group->requests().empty()) {
         deliveries.post({{"batch", [group] { group->completeBatch(); }}});
+        return;
+    }
     std::vector<TransferThread::Answered> answered;
     for (std::size_t index = 0; index < group->requests().size(); ++index) {
         // The delivery is made here, where there is somebody to tell if there is no memory for it.

@@ -20,14 +20,15 @@ namespace OrvaneHost {
 /// completion throws. Only where there is no memory to take requests does `std::bad_alloc` come out of the call; then
 /// none of them is sent or answered. In the calling thread what a completion throws passes through, after the
 /// completions of the same batch; on a thread of the client it ends there. All operations may be called from several
-/// threads at once and from completions. A completion may destroy the client, if no call to it is running on another
-/// thread.
+/// threads at once and from completions. A completion may destroy the client, also before the call that sent its
+/// request has returned, if no other call to it is running on a thread that is not its own.
 class CurlHTTPClient : public Qx::IHTTPClient {
 public:
     explicit CurlHTTPClient(const CurlHTTPClientSettings& settings);
 
-    /// Answers the requests in flight with a transport failure and returns when their completions have. What they
-    /// queue meanwhile is answered so too; one that always queues another keeps the destructor from returning.
+    /// Answers the requests in flight with a transport failure and returns when the completions on its threads have.
+    /// What they queue meanwhile is answered so too; one that always queues another keeps the destructor from
+    /// returning.
     ~CurlHTTPClient() override;
 
     void queueRequest(Qx::HTTPRequest& request) override;

@@ -19,7 +19,7 @@ struct CurlHTTPClientSettings {
     std::size_t maxHeaderBytes = std::size_t{256}
                                  << 10;                ///< Of all headers on the way to an answer, redirects included.
     std::size_t maxBodyBytes = std::size_t{256} << 20; ///< Of the decoded body.
-    int maxRedirects = 5;                              ///< 0 follows none.
+    int maxRedirects = 5;                              ///< 0 or less follows none.
 
     std::size_t maxConnections = 16; ///< At least one; requests beyond these wait for their turn.
     std::size_t deliveryThreads = 2; ///< Threads that call completions, at least one.

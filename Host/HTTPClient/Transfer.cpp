@@ -14,6 +14,9 @@ namespace OrvaneHost {
 
 namespace {
 
+constexpr const char* headerCutShort = "the answer ended within its header";
+constexpr const char* lengthUnclear = "the answer does not tell its length clearly";
+
 bool isControl(char character) {
     const auto byte = static_cast<unsigned char>(character);
     return byte < 0x20 || byte == 0x7F;
@@ -23,9 +26,23 @@ bool hasControl(std::string_view text) {
     return std::any_of(text.begin(), text.end(), isControl);
 }
 
+CurlUrl makeUrl() {
+    CurlUrl url(curl_url());
+    if (!url)
+        throw std::bad_alloc();
+    return url;
+}
+
+// Only what is not there may pass for empty: much hangs on what an address holds.
+CURLUcode orBadAlloc(CURLUcode result) {
+    if (result == CURLUE_OUT_OF_MEMORY)
+        throw std::bad_alloc();
+    return result;
+}
+
 std::string partOf(const CurlUrl& url, CURLUPart part) {
     char* text = nullptr;
-    if (curl_url_get(url.get(), part, &text, 0) != CURLUE_OK)
+    if (orBadAlloc(curl_url_get(url.get(), part, &text, 0)) != CURLUE_OK)
         return {};
     return std::unique_ptr<char, CurlDeleter<curl_free>>(text).get();
 }
@@ -36,21 +53,34 @@ bool isLoopback(const std::string& host) {
     return host == "localhost" || host == "[::1]" || (isIPv4 && host.starts_with("127."));
 }
 
+bool isHeaderName(const std::string& name) {
+    return !name.empty() && boost::algorithm::all(name, boost::algorithm::is_from_range('a', 'z') ||
+                                                            boost::algorithm::is_from_range('A', 'Z') ||
+                                                            boost::algorithm::is_from_range('0', '9') ||
+                                                            boost::algorithm::is_any_of("!#$%&'*+-.^_`|~"));
+}
+
+bool isBlank(std::string_view text) {
+    return boost::algorithm::all(text, boost::algorithm::is_any_of(" \t"));
+}
+
 // Why a request may not be sent; empty if it may. `url` takes its address.
 std::string refusalOf(const Qx::HTTPRequest& request, const CurlUrl& url, std::string_view token) {
+    const std::string& address = request.getURL();
     if (hasControl(token))
         return "refused: the token holds a control character";
-    if (hasControl(request.getURL()))
+    if (hasControl(address))
         return "refused: the address holds a control character";
     for (const auto& [name, value] : request.getHeaders())
-        if (hasControl(name) || hasControl(value) || name.empty() || name.find(':') != std::string::npos)
-            return "refused: a header holds a control character, or its name is empty or holds a colon";
-    const bool isAddress = curl_url_set(url.get(), CURLUPART_URL, request.getURL().c_str(), 0) == CURLUE_OK;
+        if (!isHeaderName(name) || hasControl(value))
+            return "refused: a header's name is none, or its value holds a control character";
+    const bool isAddress = orBadAlloc(curl_url_set(url.get(), CURLUPART_URL, address.c_str(), 0)) == CURLUE_OK;
     const std::string scheme = partOf(url, CURLUPART_SCHEME);
-    if (!partOf(url, CURLUPART_USER).empty() || !partOf(url, CURLUPART_PASSWORD).empty())
+    if (!partOf(url, CURLUPART_USER).empty() || !partOf(url, CURLUPART_PASSWORD).empty() ||
+        (!isAddress && address.find('@') != std::string::npos))
         return "refused: the address holds a user name or password";
     if (!isAddress || (scheme != "https" && scheme != "http"))
-        return fmt::format("refused: \"{}\" is no valid http or https address", request.getURL());
+        return fmt::format("refused: \"{}\" is no valid http or https address", address);
     if (!token.empty() && scheme == "http" && !isLoopback(partOf(url, CURLUPART_HOST)))
         return "refused: the token goes over https only, or to this machine; use an https address";
     return {};
@@ -60,7 +90,7 @@ CurlHeaders headersOf(const Qx::HTTPRequest& request) {
     CurlHeaders headers;
     for (const auto& [name, value] : request.getHeaders()) {
         // libcurl takes "Name;" for a header without a value, and "Name:" for one to leave out.
-        const std::string line = value.empty() ? fmt::format("{};", name) : fmt::format("{}: {}", name, value);
+        const std::string line = isBlank(value) ? fmt::format("{};", name) : fmt::format("{}: {}", name, value);
         curl_slist* longer = curl_slist_append(headers.get(), line.c_str());
         if (!longer)
             throw std::bad_alloc();
@@ -77,7 +107,7 @@ Transfer::Transfer(const Qx::HTTPRequest& request, const CurlHTTPClientSettings&
     : settings_(settings),
       answered_(std::move(answered)),
       method_(request.getMethod()),
-      url_(curl_url()),
+      url_(makeUrl()),
       sendsToken_(request.getAuthType() == Qx::HTTPRequest::AuthType::BEARER && !settings.token.empty()),
       refusal_(refusalOf(request, url_, sendsToken_ ? settings.token : std::string())) {
     if (!refusal_.empty())
@@ -108,16 +138,18 @@ bool Transfer::prepare(CurlEasy easy) {
         set(CURLOPT_POSTFIELDSIZE, 0L);
         set(CURLOPT_POSTFIELDS, "");
     }
-    if (!settings_.certificateFile.empty())
+    if (!settings_.certificateFile.empty()) {
         set(CURLOPT_CAINFO, settings_.certificateFile.c_str());
+        set(CURLOPT_CAPATH, static_cast<const char*>(nullptr)); // The folder of the system's is another default.
+    }
     // libcurl itself leaves the token out where a redirect leads to another host, port or scheme.
     if (sendsToken_) {
         set(CURLOPT_HTTPAUTH, CURLAUTH_BEARER);
         set(CURLOPT_XOAUTH2_BEARER, settings_.token.c_str());
     }
     set(CURLOPT_FOLLOWLOCATION, 1L);
-    set(CURLOPT_POSTREDIR, CURL_REDIR_POST_ALL);
-    set(CURLOPT_MAXREDIRS, static_cast<long>(settings_.maxRedirects));
+    set(CURLOPT_POSTREDIR, static_cast<long>(CURL_REDIR_POST_ALL));
+    set(CURLOPT_MAXREDIRS, static_cast<long>(std::max(settings_.maxRedirects, 0)));
     set(CURLOPT_REDIR_PROTOCOLS_STR, isHttps_ ? "https" : "http,https");
     // A proxy could do nothing for a request to this machine but carry its token away.
     if (isLocal_)
@@ -154,33 +186,48 @@ std::size_t Transfer::receive(const char* bytes, std::size_t, std::size_t count,
         (receiver.*read)({bytes, count});
         return receiver.fault_.empty() ? count : 0;
     } catch (const std::exception&) {
+        receiver.fault_ = outOfMemory;
         return 0;
     }
 }
 
-// Also called with the headers of redirects, each of which starts with its status line.
+// Also called with the headers of redirects, each of which starts with its status line. libcurl overlooks some of what
+// makes an answer unclear; whoever stands between may have understood it otherwise.
 void Transfer::readHeaderLine(std::string_view line) {
     headerBytes_ += line.size();
     if (headerBytes_ > settings_.maxHeaderBytes)
         fault_ = fmt::format("the answer's header is longer than {} bytes", settings_.maxHeaderBytes);
-    constexpr std::string_view lengthName = "content-length:";
-    if (line.starts_with("HTTP/")) {
-        headerEnded_ = false;
-        length_.reset();
-    } else if (line == "\r\n" || line == "\n") {
-        headerEnded_ = true;
-    } else if (boost::algorithm::istarts_with(line, lengthName)) {
-        readLength(line.substr(lengthName.size()));
-    }
+    else if (line.starts_with("HTTP/"))
+        startHeader();
+    else if (line == "\r\n" || line == "\n")
+        header_ = Header::ENDED;
+    else
+        readHeader(line);
 }
 
-// libcurl goes by one of several lengths; whoever stands between may have gone by another.
-void Transfer::readLength(std::string_view value) {
-    const std::string length = boost::algorithm::trim_copy(std::string(value));
-    const bool isNumber = boost::algorithm::all(length, boost::algorithm::is_digit());
-    if (!isNumber || (length_ && *length_ != length))
-        fault_ = "the answer does not tell its length clearly";
-    length_ = length;
+void Transfer::startHeader() {
+    if (header_ == Header::OPEN)
+        fault_ = headerCutShort;
+    header_ = Header::OPEN;
+    length_.reset();
+    isEncoded_ = false;
+}
+
+void Transfer::readHeader(std::string_view line) {
+    const std::size_t colon = std::min(line.find(':'), line.size());
+    const std::string name(line.substr(0, colon));
+    if (colon == line.size() || !isHeaderName(name)) {
+        fault_ = "the answer holds a header line that is none";
+    } else if (boost::algorithm::iequals(name, "transfer-encoding")) {
+        isEncoded_ = true;
+    } else if (boost::algorithm::iequals(name, "content-length")) {
+        const std::string length = boost::algorithm::trim_copy(std::string(line.substr(colon + 1)));
+        if (length_.value_or(length) != length || !boost::algorithm::all(length, boost::algorithm::is_digit()))
+            fault_ = lengthUnclear;
+        length_ = length;
+    }
+    if (isEncoded_ && length_)
+        fault_ = lengthUnclear;
 }
 
 // Counts the bytes as decoded: a small compressed body may be huge.
@@ -234,8 +281,8 @@ void Transfer::answerWith(MakeResponse makeResponse) noexcept {
 Qx::HTTPResponse Transfer::responseTo(CURLcode result) {
     if (result != CURLE_OK)
         return Qx::HTTPResponse::transportFailure(reasonFor(result));
-    if (!headerEnded_)
-        return Qx::HTTPResponse::transportFailure("the answer ended within its header");
+    if (header_ != Header::ENDED)
+        return Qx::HTTPResponse::transportFailure(headerCutShort);
     long status = 0;
     curl_easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
     return {static_cast<int>(status), std::move(body_)};

@@ -53,10 +53,13 @@ public:
     void answerFailure(std::string_view reason) noexcept;
 
 private:
+    enum class Header { AWAITED, OPEN, ENDED };
+
     template <auto read>
     static std::size_t receive(const char* bytes, std::size_t, std::size_t count, void* transfer) noexcept;
     void readHeaderLine(std::string_view line);
-    void readLength(std::string_view value);
+    void startHeader();
+    void readHeader(std::string_view line);
     void readBody(std::string_view bytes);
     void reserve(std::size_t more);
     template <class MakeResponse>
@@ -74,13 +77,15 @@ private:
     std::string refusal_;
     CurlHeaders headers_;
 
-    CurlEasy easy_;
     std::array<char, CURL_ERROR_SIZE> error_{};
     std::size_t headerBytes_ = 0;
-    bool headerEnded_ = false;
-    std::optional<std::string> length_;
+    Header header_ = Header::AWAITED;
+    std::optional<std::string> length_; ///< As the header that is being read tells it.
+    bool isEncoded_ = false;            ///< Whether that header names a transfer coding.
     std::string body_;
-    std::string fault_;
+    std::string fault_; ///< What is wrong with the answer; empty as long as nothing is.
+
+    CurlEasy easy_; // The last, since it points to all the others.
 };
 
 } // namespace OrvaneHost

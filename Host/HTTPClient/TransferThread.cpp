@@ -100,26 +100,19 @@ void TransferThread::Loop::submit(const std::vector<Qx::HTTPRequest>& requests, 
     Transfers transfers;
     for (std::size_t index = 0; index < requests.size(); ++index)
         transfers.emplace_back(requests[index], settings_, std::move(answered[index]));
-    Transfers refused;
-    for (auto transfer = transfers.begin(); transfer != transfers.end();) {
-        const auto tested = transfer++;
-        if (!tested->refusal().empty())
-            refused.splice(refused.end(), transfers, tested);
-    }
-    if (enqueue(transfers))
-        curl_multi_wakeup(multi_.get());
-    else
+    if (!enqueue(transfers))
         answerAll(transfers, closed);
-    for (Transfer& transfer : refused)
-        transfer.answerFailure(transfer.refusal());
 }
 
-// False if it is too late for them, which then stay where they are.
+// False if it is too late for them, which then stay where they are. Behind the lock nothing is touched: a completion
+// may have destroyed the client, which takes the lock first.
 bool TransferThread::Loop::enqueue(Transfers& transfers) {
     const std::lock_guard lock(mutex_);
-    if (!closing_)
-        waiting_.splice(waiting_.end(), transfers);
-    return !closing_;
+    if (closing_)
+        return false;
+    waiting_.splice(waiting_.end(), transfers);
+    curl_multi_wakeup(multi_.get());
+    return true;
 }
 
 void TransferThread::Loop::run() {
@@ -160,6 +153,10 @@ void TransferThread::Loop::startWaiting() {
 
 void TransferThread::Loop::start(Transfers one) {
     Transfer& transfer = one.front();
+    if (!transfer.refusal().empty()) {
+        transfer.answerFailure(transfer.refusal());
+        return;
+    }
     CurlEasy easy(idle_.empty() ? curl_easy_init() : idle_.back().release());
     if (!idle_.empty())
         idle_.pop_back();

@@ -13,7 +13,8 @@ namespace OrvaneHost {
 /// Runs HTTP transfers side by side on one thread of its own, over connections that are kept for reuse.
 class TransferThread {
 public:
-    /// Called once, on the transfer thread, in `submit` or in `close`. It must be quick and not throw.
+    /// Called once, on the transfer thread, in `submit` or in `close`. It must be quick and not throw. It may let the
+    /// whole be destroyed elsewhere before `submit` has returned.
     using Answered = std::function<void(Qx::HTTPResponse response)>;
 
     explicit TransferThread(CurlHTTPClientSettings settings);
@@ -23,7 +24,7 @@ public:
     ~TransferThread();
 
     /// Answers what is in flight or waiting with a transport failure and ends the thread. What is submitted
-    /// from then on is answered so at once.
+    /// from then on is answered so at once. The destructor closes too; call it no more than once at a time.
     void close();
 
     /// Sends each request as soon as there is a connection for it, and calls the function of the same place in

@@ -14,6 +14,7 @@
 #include <fstream>
 #include <random>
 #include <semaphore>
+#include <sys/prctl.h>
 
 namespace {
 
@@ -50,6 +51,7 @@ public:
 
 private:
     [[noreturn]] static void serve(int answerTo) {
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
         const RawServer server(Faults::serving(Faults::all()));
         const std::string url = server.url("");
         if (write(answerTo, url.c_str(), url.size() + 1) < 0)
@@ -133,8 +135,9 @@ private:
 
     const std::string url_;
     const std::size_t faults_ = Faults::all().size();
-    const std::shared_ptr<CurlHTTPClient> client_ = makeClient();
     std::counting_semaphore<64> inFlight_{64};
+    // The last: its end waits for completions, which use the others.
+    const std::shared_ptr<CurlHTTPClient> client_ = makeClient();
 };
 
 // Lets four threads send for a while, and waits for the last answer.

@@ -61,7 +61,12 @@ inline std::vector<Fault> quick() {
             {"NoStatus", sending("HTTP/1.1 yes\r\n\r\n{}")},
             {"BrokenGzip", sending(ok + "Content-Encoding: gzip\r\nContent-Length: 4\r\n\r\nbody")},
             {"TwoLengths", sending(ok + "Content-Length: 4\r\ncontent-length: 2\r\n\r\n{}{}")},
-            {"LengthList", sending(ok + "Content-Length: 2, 4\r\n\r\n{}{}")}};
+            {"LengthList", sending(ok + "Content-Length: 2, 4\r\n\r\n{}{}")},
+            {"LengthBeforeABlank", sending(ok + "Content-Length : 4\r\nContent-Length: 2\r\n\r\n{}{}")},
+            {"LengthOfTwoLines", sending(ok + "Content-Length: 2\r\n 4\r\n\r\n{}{}")},
+            {"LengthAndChunks",
+             sending(ok + "Content-Length: 2\r\nTransfer-Encoding: chunked\r\n\r\n2\r\n{}\r\n0\r\n\r\n")},
+            {"RedirectWithinTheHeader", sending("HTTP/1.1 302 Found\r\nLocation: /good\r\n")}};
 }
 
 /// All faults; the others last until the client gives up or goes.

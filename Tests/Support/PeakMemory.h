@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <fstream>
 #include <string>
@@ -18,7 +19,7 @@ public:
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
         return 0;
 #else
-        return read("VmHWM:") - start_;
+        return std::max(read("VmHWM:"), start_) - start_;
 #endif
     }
 
