@@ -2,8 +2,9 @@
 
 #include "Base/QxBaseCore10/Analytics.h"
 #include "Fuzz/AnswerText.h"
+#include "Tests/Support/ScopedState.h"
 
-#include <utility>
+#include <memory>
 
 namespace OrvaneFuzz {
 
@@ -127,11 +128,10 @@ Answers answersOf(const FullAssemblyDataV3& document, const std::vector<std::str
 
 std::string reportOf(const FullAssemblyData& document) {
     std::string report;
-    auto before = Qx::Analytics::setEventSink([&](const Qx::Analytics::Report& event, bool now) {
+    const ScopedState listening = scopedEventSink([&](const Qx::Analytics::Report& event, bool now) {
         report += text(event.eventName) + text(event.properties) + text(now);
     });
     document.sendFullAssemblyAnalytics(L"workflow");
-    Qx::Analytics::setEventSink(std::move(before));
     return report;
 }
 

@@ -15,13 +15,13 @@ using namespace OrvaneFuzz;
 bool isSame(const Answers& library, const Answers& plain, const std::string& body) {
     if (library == plain)
         return true;
+    std::fprintf(stderr, "%s\n", body.c_str());
     for (const auto& [question, answer] : plain) {
         const auto found = library.find(question);
         const std::string other = found == library.end() ? "not asked" : found->second;
         if (other == answer)
             continue;
-        std::fprintf(stderr, "%s\nasked: %s\nlibrary: %s\nplain:   %s\n", body.c_str(), question.c_str(), other.c_str(),
-                     answer.c_str());
+        std::fprintf(stderr, "asked: %s\nlibrary: %s\nplain:   %s\n", question.c_str(), other.c_str(), answer.c_str());
         break;
     }
     return false;
@@ -50,17 +50,22 @@ bool isReadAlike(const std::string& body) {
 
 int main(int argc, char** argv) {
     const unsigned long bodies = argc > 1 ? std::strtoul(argv[1], nullptr, 10) : 0;
-    RandomBody random(argc > 2 ? std::strtoul(argv[2], nullptr, 10) : 1);
+    const unsigned long seed = argc > 2 ? std::strtoul(argv[2], nullptr, 10) : 1;
+    if (bodies == 0) {
+        std::fputs("DifferentialCheck BODIES [SEED]\n", stderr);
+        return EXIT_FAILURE;
+    }
+    RandomBody random(seed);
     std::size_t bytes = 0;
     for (unsigned long i = 0; i < bodies; ++i) {
         const std::string body = random.make();
         bytes += body.size();
         if (!isReadAlike(body)) {
-            std::fprintf(stderr, "the readings of body %lu differ\n", i);
+            std::fprintf(stderr, "the readings of body %lu of seed %lu differ\n", i, seed);
             return EXIT_FAILURE;
         }
     }
-    std::printf("%lu random bodies, %zu bytes each on average: both readings agree\n", bodies,
-                bodies == 0 ? 0 : bytes / bodies);
-    return bodies == 0 ? EXIT_FAILURE : EXIT_SUCCESS;
+    std::printf("%lu random bodies of seed %lu, %zu bytes each on average: both readings agree\n", bodies, seed,
+                bytes / bodies);
+    return EXIT_SUCCESS;
 }

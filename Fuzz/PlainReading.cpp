@@ -7,7 +7,6 @@
 #include <optional>
 #include <rapidjson/document.h>
 #include <set>
-#include <string_view>
 
 namespace OrvaneFuzz {
 

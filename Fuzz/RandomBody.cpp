@@ -1,6 +1,7 @@
 #include "Fuzz/RandomBody.h"
 
 #include <algorithm>
+#include <cctype>
 
 namespace OrvaneFuzz {
 
@@ -8,6 +9,13 @@ namespace {
 
 std::string quoted(const std::string& text) {
     return '"' + text + '"';
+}
+
+// The same key, with its first letter as an escape.
+std::string escaped(const std::string& key) {
+    constexpr const char* digits = "0123456789abcdef";
+    const auto letter = static_cast<unsigned char>(key.front());
+    return std::string("\\u00") + digits[letter / 16] + digits[letter % 16] + key.substr(1);
 }
 
 } // namespace
@@ -70,7 +78,7 @@ std::string RandomBody::anyText() {
 }
 
 std::string RandomBody::anyValue() {
-    switch (below(9)) {
+    switch (below(10)) {
     case 0:
         return "null";
     case 1:
@@ -87,6 +95,8 @@ std::string RandomBody::anyValue() {
         return "{}";
     case 7:
         return '[' + reference() + ",1]";
+    case 8:
+        return pick({"\"true\"", "\"3\"", "\"null\""});
     default:
         return reference();
     }
@@ -95,12 +105,22 @@ std::string RandomBody::anyValue() {
 // One of the words that are known, or one that is almost so.
 std::string RandomBody::word(const std::vector<std::string>& known) {
     std::string text = pick(known);
-    if (chance(10))
-        text += 's';
-    if (chance(5))
-        std::transform(text.begin(), text.end(), text.begin(),
-                       [](char c) { return c >= 'a' ? static_cast<char>(c - 32) : c; });
-    return quoted(text);
+    switch (below(20)) {
+    case 0:
+        return quoted(text + 's');
+    case 1:
+        return quoted(' ' + text);
+    case 2:
+        return quoted(text.substr(0, text.size() / 2));
+    case 3:
+        std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return std::toupper(c); });
+        return quoted(text);
+    case 4:
+        std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return std::tolower(c); });
+        return quoted(text);
+    default:
+        return quoted(text);
+    }
 }
 
 std::string RandomBody::id() {
@@ -110,7 +130,7 @@ std::string RandomBody::id() {
 std::string RandomBody::object(Members members) {
     std::string text;
     const auto add = [&](const std::string& key, const std::string& value) {
-        text += (text.empty() ? "" : ",") + quoted(key) + ':' + value;
+        text += (text.empty() ? "" : ",") + quoted(chance(3) ? escaped(key) : key) + ':' + value;
     };
     if (chance(20))
         std::shuffle(members.begin(), members.end(), random_);
@@ -126,7 +146,7 @@ std::string RandomBody::object(Members members) {
         if (chance(3))
             add(key, value);
         if (chance(5))
-            add("other", anyValue());
+            add(pick({"other", "id", "self", "links", "inaccessibleProjects", "files"}), anyValue());
     }
     return '{' + text + '}';
 }
@@ -212,6 +232,8 @@ std::string RandomBody::relationship() {
 }
 
 std::string RandomBody::make() {
+    if (chance(2))
+        return anyValue();
     const std::string data = object({{"id", id()},
                                      {"type", quoted("versions")},
                                      {"links", links()},

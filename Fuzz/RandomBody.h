@@ -10,7 +10,8 @@
 namespace OrvaneFuzz {
 
 /// Makes bodies that are JSON of about the right shape, with keys that are missing, twice there or of the wrong kind,
-/// ids that several records share, and relationships that lead nowhere. One seed always gives the same bodies.
+/// ids that several records share, and relationships that lead nowhere. One seed always gives the same bodies (with one
+/// standard library).
 class RandomBody {
 public:
     explicit RandomBody(std::uint64_t seed) : random_(seed) {}
