@@ -36,7 +36,7 @@ NO_DIFFERENCE = [
     (r"LargePages.cpp:", "for speed"),
     (r"JSON(Place|Node).*(index|index_|root) = 0", "without a document the index means nothing"),
     (r"Uri.cpp:.*find\('\?'\) <= end", "no character is both"),
-    (r"report\.properties\.", "each key is set once"),
+    (r"report\.properties\.|(names|details)\.(try_emplace|insert_or_assign)\(id", "each key comes once"),
     (r"Texts.h:.*(isFalse|notAMember|moderatorInvited|pendingModeratorApproval)", "nothing compares with these"),
     (r"isFlagEnabled.*=>.*(false, 0|true, 1)", "the flag manager takes these two and does nothing with them"),
     (r"/FullAssemblyData.cpp:.*[Ll]inks", "nobody can ask a document for its own link"),
