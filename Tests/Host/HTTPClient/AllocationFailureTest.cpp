@@ -18,7 +18,6 @@ namespace {
 
 using OrvaneHost::CurlHTTPClient;
 using Qx::HTTPRequest;
-using Qx::HTTPResponse;
 using Type = HTTPRequest::ExecutionType;
 using namespace std::chrono_literals;
 
