@@ -22,9 +22,9 @@ std::string escaped(const std::string& key) {
 
 // Few, so that records meet, and some for more than one kind.
 const std::vector<std::string>& RandomBody::ids() {
-    static const std::vector<std::string> ids{"",       "a",      "version-1", "version-2",  "version-3", "file-1",
-                                              "file-2", "file-3", "folder-1",  "folder-2",   "project-1", "project-2",
-                                              "shared", "true",   "1",         "a?version=2"};
+    static const std::vector<std::string> ids{
+        "",         "a",         "version-1", "version-2", "version-3", "file-1",   "file-2", "file-3", "folder-1",
+        "folder-2", "project-1", "project-2", "shared",    "shared-1",  "shared-2", "true",   "1",      "a?version=2"};
     return ids;
 }
 
@@ -94,11 +94,11 @@ std::string RandomBody::anyValue() {
     case 6:
         return "{}";
     case 7:
-        return '[' + reference() + ",1]";
+        return '[' + reference("shared") + ",1]";
     case 8:
         return pick({"\"true\"", "\"3\"", "\"null\""});
     default:
-        return reference();
+        return reference("shared");
     }
 }
 
@@ -123,8 +123,9 @@ std::string RandomBody::word(const std::vector<std::string>& known) {
     }
 }
 
-std::string RandomBody::id() {
-    return quoted(pick(ids()));
+// Mostly one of two of the kind, so that records find each other and meet again.
+std::string RandomBody::id(const std::string& kind) {
+    return quoted(chance(75) ? kind + (chance(50) ? "-1" : "-2") : pick(ids()));
 }
 
 std::string RandomBody::object(Members members) {
@@ -171,8 +172,8 @@ std::string RandomBody::me() {
                    {"allowed-actions", array(action)}});
 }
 
-std::string RandomBody::reference() {
-    return object({{"id", id()}, {"type", word({"versions", "folders", "projects", "FOLDER", "PROJECT"})}});
+std::string RandomBody::reference(const std::string& kind) {
+    return object({{"id", id(kind)}, {"type", word({"versions", "folders", "projects", "FOLDER", "PROJECT"})}});
 }
 
 std::string RandomBody::type(const std::string& right) {
@@ -180,10 +181,10 @@ std::string RandomBody::type(const std::string& right) {
 }
 
 std::string RandomBody::project() {
-    return object({{"id", id()},
+    return object({{"id", id("project")},
                    {"type", type("projects")},
                    {"name", anyText()},
-                   {"parent", id()},
+                   {"parent", id("folder")},
                    {"visible", chance(50) ? "true" : "false"},
                    {"status", word({"Active", "Active", "Archived", "Inactive", "Deleted"})},
                    {"me", me()},
@@ -194,26 +195,29 @@ std::string RandomBody::project() {
 std::string RandomBody::file() {
     const std::string attributes =
         object({{"subTypes", object({{"value", word({"Configuration", "Configuration", "Part", ""})}})},
-                {"configuredDesignProjectId", object({{"value", id()}})}});
-    return object({{"id", id()},
+                {"configuredDesignProjectId", object({{"value", id("project")}})}});
+    return object({{"id", id("file")},
                    {"type", type("files")},
                    {"name", anyText()},
-                   {"parent", reference()},
-                   {"project", reference()},
+                   {"parent", reference(chance(50) ? "folder" : "project")},
+                   {"project", reference("project")},
                    {"attributes", attributes}});
 }
 
 std::string RandomBody::version() {
-    return object(
-        {{"id", id()}, {"type", type("versions")}, {"name", anyText()}, {"title", anyText()}, {"file", reference()}});
+    return object({{"id", id("version")},
+                   {"type", type("versions")},
+                   {"name", anyText()},
+                   {"title", anyText()},
+                   {"file", reference("file")}});
 }
 
 std::string RandomBody::folder() {
-    return object({{"id", id()},
+    return object({{"id", id("folder")},
                    {"type", type("folders")},
                    {"links", links()},
                    {"name", anyText()},
-                   {"parent", id()},
+                   {"parent", id("folder")},
                    {"visible", chance(50) ? "true" : "false"},
                    {"status", word({"Active", "Active", "Archived", "Inactive", "Deleted"})},
                    {"containerType", word({"FOLDER", "folders", "PROJECT", "projects"})},
@@ -221,20 +225,20 @@ std::string RandomBody::folder() {
 }
 
 std::string RandomBody::relationship() {
-    return object({{"id", id()},
+    return object({{"id", id("shared")},
                    {"type", type("relationships")},
                    {"self", anyText()},
-                   {"fromUrn", reference()},
-                   {"toUrn", reference()},
-                   {"sourceFromUrn", reference()},
-                   {"sourceToUrn", reference()},
+                   {"fromUrn", reference("version")},
+                   {"toUrn", reference("version")},
+                   {"sourceFromUrn", reference("version")},
+                   {"sourceToUrn", reference("version")},
                    {"relationshipType", word({"XREF", "DERIVED", "DEPENDENCY", "AUXILIARY"})}});
 }
 
 std::string RandomBody::make() {
     if (chance(2))
         return anyValue();
-    const std::string data = object({{"id", id()},
+    const std::string data = object({{"id", id("version")},
                                      {"type", quoted("versions")},
                                      {"links", links()},
                                      {"inaccessibleProjects", number()},

@@ -32,13 +32,13 @@ private:
     std::string anyText();
     std::string anyValue();
     std::string word(const std::vector<std::string>& known);
-    std::string id();
+    std::string id(const std::string& kind);
     std::string object(Members members);
     std::string array(const MakeElement& makeElement);
 
     std::string links();
     std::string me();
-    std::string reference();
+    std::string reference(const std::string& kind);
     std::string type(const std::string& right);
     std::string project();
     std::string file();
