@@ -23,8 +23,9 @@ std::string escaped(const std::string& key) {
 // Few, so that records meet, and some for more than one kind.
 const std::vector<std::string>& RandomBody::ids() {
     static const std::vector<std::string> ids{
-        "",         "a",         "version-1", "version-2", "version-3", "file-1",   "file-2", "file-3", "folder-1",
-        "folder-2", "project-1", "project-2", "shared",    "shared-1",  "shared-2", "true",   "1",      "a?version=2"};
+        "",       "a",        "version-1", "version-2", "version-3", "file-1",    "file-2",
+        "file-3", "folder-1", "folder-2",  "folder-3",  "project-1", "project-2", "project-3",
+        "shared", "shared-1", "shared-2",  "shared-3",  "true",      "1",         "a?version=2"};
     return ids;
 }
 
@@ -123,9 +124,9 @@ std::string RandomBody::word(const std::vector<std::string>& known) {
     }
 }
 
-// Mostly one of two of the kind, so that records find each other and meet again.
+// Mostly one of three of the kind, so that records find each other and meet again.
 std::string RandomBody::id(const std::string& kind) {
-    return quoted(chance(75) ? kind + (chance(50) ? "-1" : "-2") : pick(ids()));
+    return quoted(chance(85) ? kind + pick({"-1", "-1", "-2", "-3"}) : pick(ids()));
 }
 
 std::string RandomBody::object(Members members) {
@@ -154,7 +155,7 @@ std::string RandomBody::object(Members members) {
 
 std::string RandomBody::array(const MakeElement& makeElement) {
     std::string text;
-    while (chance(70))
+    while (chance(78))
         text += (text.empty() ? "" : ",") + (chance(4) ? anyValue() : makeElement());
     return '[' + text + ']';
 }
