@@ -12,9 +12,10 @@ namespace Qx {
 
 namespace {
 
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
 std::string_view withoutByteOrderMark(std::string_view text) {
-    constexpr std::string_view mark = "\xEF\xBB\xBF";
-    return text.starts_with(mark) ? text.substr(mark.size()) : text;
+    return text.starts_with(byteOrderMark) ? text.substr(byteOrderMark.size()) : text;
 }
 
 // A parsed text in which any place leads back to its shared ownership.
@@ -55,6 +56,9 @@ Parsed parseText(std::string_view text, std::size_t spareBytes) {
     const std::string_view json = withoutByteOrderMark(text);
     if (json.empty())
         return {simdjson::EMPTY, nullptr, 0};
+    // A parser that skips a mark itself would take a text with two.
+    if (json.starts_with(byteOrderMark))
+        return {simdjson::TAPE_ERROR, nullptr, 0};
     auto document = std::make_shared<SharedDocument>();
     simdjson::dom::parser parser;
     if (const simdjson::error_code error = makeRoom(json.size(), parser, *document))
