@@ -1,5 +1,9 @@
 #include "Host/HTTPClient/CurlHTTPClient.h"
 
+#include "Host/HTTPClient/DeliveryThreads.h"
+#include "Host/HTTPClient/Platform.h"
+#include "Host/HTTPClient/TransferThread.h"
+
 #include <atomic>
 #include <exception>
 #include <future>
@@ -72,6 +76,14 @@ void completeAll(Group& group) {
         std::rethrow_exception(firstThrown);
 }
 
+void refuseInChild(Group group) {
+    for (std::size_t index = 0; index < group.requests().size(); ++index)
+        group.setResponse(index, Qx::HTTPResponse::transportFailure(
+                                     Qx::HTTPResponse::FailureKind::CLOSED,
+                                     "the HTTP client belongs to the process that forked this one; make another"));
+    completeAll(group);
+}
+
 void answerInCallingThread(Group group, TransferThread& transfers) {
     std::vector<std::future<Qx::HTTPResponse>> responses;
     std::vector<TransferThread::Answered> answered;
@@ -111,11 +123,27 @@ void answerOnDeliveryThreads(const std::shared_ptr<Group>& group, TransferThread
 
 } // namespace
 
+// In this order: the last deliveries run while the transfers, though closed, can still be asked for more.
+struct CurlHTTPClient::Threads {
+    explicit Threads(const CurlHTTPClientSettings& settings)
+        : transfers(settings), deliveries(settings.deliveryThreads) {}
+
+    TransferThread transfers;
+    DeliveryThreads deliveries;
+};
+
 CurlHTTPClient::CurlHTTPClient(const CurlHTTPClientSettings& settings)
-    : transfers_(settings), deliveries_(settings.deliveryThreads) {}
+    : processId_(processId()), threads_(std::make_unique<Threads>(settings)) {}
 
 CurlHTTPClient::~CurlHTTPClient() {
-    transfers_.close();
+    if (isOfParent())
+        static_cast<void>(threads_.release()); // None of them runs here, so none can be ended.
+    else
+        threads_->transfers.close();
+}
+
+bool CurlHTTPClient::isOfParent() const {
+    return processId() != processId_;
 }
 
 void CurlHTTPClient::queueRequest(Qx::HTTPRequest& request) {
@@ -128,11 +156,13 @@ void CurlHTTPClient::whenAllRequests(Requests& requests, BatchCallback callback,
 }
 
 void CurlHTTPClient::send(Requests requests, BatchCallback callback, Qx::HTTPRequest::ExecutionType executionType) {
-    if (executionType == Qx::HTTPRequest::ExecutionType::CALLING_THREAD)
-        answerInCallingThread(Group(std::move(requests), std::move(callback)), transfers_);
+    if (isOfParent())
+        refuseInChild(Group(std::move(requests), std::move(callback)));
+    else if (executionType == Qx::HTTPRequest::ExecutionType::CALLING_THREAD)
+        answerInCallingThread(Group(std::move(requests), std::move(callback)), threads_->transfers);
     else
-        answerOnDeliveryThreads(std::make_shared<Group>(std::move(requests), std::move(callback)), transfers_,
-                                deliveries_);
+        answerOnDeliveryThreads(std::make_shared<Group>(std::move(requests), std::move(callback)), threads_->transfers,
+                                threads_->deliveries);
 }
 
 } // namespace OrvaneHost

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstddef>
 #include <string>
+#include <vector>
 
 namespace OrvaneHost {
 
@@ -11,18 +12,28 @@ struct CurlHTTPClientSettings {
     /// Sent as bearer token with requests that ask for one; empty sends none.
     std::string token;
 
+    /// URLs whose scheme, host and port are the only ones that get the token: requests that would take it elsewhere are
+    /// refused. Without any it goes wherever a request asks for it, which is too far where links come from documents.
+    std::vector<std::string> tokenOrigins;
+
+    /// Until there is a connection, the TLS handshake included.
     std::chrono::milliseconds connectTimeout = std::chrono::seconds(10);
-    std::chrono::milliseconds requestTimeout =
-        std::chrono::seconds(120); ///< From its start, name look-up included, to the last byte.
-    std::chrono::seconds stallTimeout = std::chrono::seconds(30); ///< Below one byte a second on average.
+    /// From the start of the request, name look-up and redirects included, to the last byte.
+    std::chrono::milliseconds requestTimeout = std::chrono::seconds(120);
+    /// How long less than one byte a second may come on average.
+    std::chrono::seconds stallTimeout = std::chrono::seconds(30);
 
-    std::size_t maxHeaderBytes = std::size_t{256}
-                                 << 10;                ///< Of all headers on the way to an answer, redirects included.
-    std::size_t maxBodyBytes = std::size_t{256} << 20; ///< Of the decoded body.
-    int maxRedirects = 5;                              ///< 0 or less follows none.
+    /// Of all headers on the way to an answer, those of redirects included.
+    std::size_t maxHeaderBytes = std::size_t{256} << 10;
+    /// Of the decoded body; and of all that is received of bodies on the way, as it comes, redirects included.
+    std::size_t maxBodyBytes = std::size_t{256} << 20;
+    /// More are a failure; 0 or less follows none.
+    int maxRedirects = 5;
 
-    std::size_t maxConnections = 16; ///< At least one; requests beyond these wait for their turn.
-    std::size_t deliveryThreads = 2; ///< Threads that call completions, at least one.
+    /// At least one; requests beyond these wait for their turn.
+    std::size_t maxConnections = 16;
+    /// Threads that call completions, at least one.
+    std::size_t deliveryThreads = 2;
 
     /// A file of certificates (PEM) to trust in place of the system's; empty for the system's.
     std::string certificateFile;

@@ -1,19 +1,15 @@
 #include "Host/HTTPClient/DeliveryThreads.h"
 
+#include "Host/HTTPClient/Platform.h"
+
 #include <algorithm>
 #include <condition_variable>
 #include <mutex>
-#include <pthread.h>
 #include <utility>
 
 namespace OrvaneHost {
 
 namespace {
-
-void nameThisThread(const std::string& name) {
-    // Linux takes no more than 15 bytes.
-    pthread_setname_np(pthread_self(), name.substr(0, 15).c_str());
-}
 
 void deliver(DeliveryThreads::Delivery& delivery) {
     nameThisThread(delivery.threadName);
@@ -58,9 +54,11 @@ struct DeliveryThreads::Queue {
 };
 
 DeliveryThreads::DeliveryThreads(std::size_t count) : queue_(std::make_shared<Queue>()) {
+    const std::size_t atLeastOne = std::max<std::size_t>(count, 1);
+    threads_.reserve(atLeastOne); // A thread that runs can't be dropped.
     try {
-        for (std::size_t i = 0; i < std::max<std::size_t>(count, 1); ++i)
-            threads_.emplace_back([queue = queue_] { queue->deliverAll(); });
+        while (threads_.size() < atLeastOne)
+            threads_.push_back(startThread([queue = queue_] { queue->deliverAll(); }));
     } catch (...) {
         end();
         throw;

@@ -1,243 +1,301 @@
 #include "Host/HTTPClient/Transfer.h"
 
+#include "Host/HTTPClient/HTTPText.h"
+#include "Host/HTTPClient/Platform.h"
+
 #include <algorithm>
-#include <arpa/inet.h>
-#include <boost/algorithm/string/classification.hpp>
-#include <boost/algorithm/string/predicate.hpp>
-#include <boost/algorithm/string/trim.hpp>
+#include <array>
 #include <exception>
 #include <fmt/format.h>
 #include <new>
+#include <openssl/ssl.h>
 #include <utility>
 
 namespace OrvaneHost {
 
 namespace {
 
-constexpr const char* headerCutShort = "the answer ended within its header";
-constexpr const char* lengthUnclear = "the answer does not tell its length clearly";
+using Headers = std::vector<Qx::HTTPRequest::Header>;
 
-bool isControl(char character) {
-    const auto byte = static_cast<unsigned char>(character);
-    return byte < 0x20 || byte == 0x7F;
+// Short enough for a string to hold without memory.
+constexpr const char* outOfMemory = "out of memory";
+constexpr const char* cutShort = "the response was cut short";
+
+template <std::size_t count>
+bool isOneOf(const std::string& name, const std::array<const char*, count>& names) {
+    return std::any_of(names.begin(), names.end(), [&](const char* known) { return isSameName(name, known); });
 }
 
-bool hasControl(std::string_view text) {
-    return std::any_of(text.begin(), text.end(), isControl);
+bool isCredential(const std::string& name) {
+    return isOneOf(name, std::array{"Authorization", "Proxy-Authorization", "Cookie"});
 }
 
-CurlUrl makeUrl() {
-    CurlUrl url(curl_url());
-    if (!url)
-        throw std::bad_alloc();
-    return url;
+// With these a caller could make of one request two, or reach a host that the address does not name.
+bool isForClientAlone(const std::string& name) {
+    return isOneOf(name, std::array{"Connection", "Content-Length", "Host", "Transfer-Encoding", "Upgrade"});
 }
 
-// Only what is not there may pass for empty: much hangs on what an address holds.
-CURLUcode orBadAlloc(CURLUcode result) {
-    if (result == CURLUE_OUT_OF_MEMORY)
-        throw std::bad_alloc();
-    return result;
-}
-
-std::string partOf(const CurlUrl& url, CURLUPart part) {
-    char* text = nullptr;
-    if (orBadAlloc(curl_url_get(url.get(), part, &text, 0)) != CURLUE_OK)
-        return {};
-    return std::unique_ptr<char, CurlDeleter<curl_free>>(text).get();
-}
-
-bool isLoopback(const std::string& host) {
-    in_addr address{};
-    const bool isIPv4 = inet_pton(AF_INET, host.c_str(), &address) == 1;
-    return host == "localhost" || host == "[::1]" || (isIPv4 && host.starts_with("127."));
-}
-
-bool isHeaderName(const std::string& name) {
-    return !name.empty() && boost::algorithm::all(name, boost::algorithm::is_from_range('a', 'z') ||
-                                                            boost::algorithm::is_from_range('A', 'Z') ||
-                                                            boost::algorithm::is_from_range('0', '9') ||
-                                                            boost::algorithm::is_any_of("!#$%&'*+-.^_`|~"));
-}
-
-bool isBlank(std::string_view text) {
-    return boost::algorithm::all(text, boost::algorithm::is_any_of(" \t"));
-}
-
-// Why a request may not be sent; empty if it may. `url` takes its address.
-std::string refusalOf(const Qx::HTTPRequest& request, const CurlUrl& url, std::string_view token) {
-    const std::string& address = request.getURL();
-    if (hasControl(token))
-        return "refused: the token holds a control character";
-    if (hasControl(address))
-        return "refused: the address holds a control character";
-    for (const auto& [name, value] : request.getHeaders())
+// Why the request may not be sent, in one line; empty if it may.
+std::string refusalOf(const Headers& headers, const Destination& destination, bool sendsToken,
+                      const TransferRules& rules) {
+    std::string refusal = destination.refusal();
+    if (refusal.empty() && sendsToken)
+        refusal = rules.refusalOfToken(destination);
+    for (const auto& [name, value] : headers) {
+        if (!refusal.empty())
+            break;
         if (!isHeaderName(name) || hasControl(value))
-            return "refused: a header's name is none, or its value holds a control character";
-    const bool isAddress = orBadAlloc(curl_url_set(url.get(), CURLUPART_URL, address.c_str(), 0)) == CURLUE_OK;
-    const std::string scheme = partOf(url, CURLUPART_SCHEME);
-    if (!partOf(url, CURLUPART_USER).empty() || !partOf(url, CURLUPART_PASSWORD).empty() ||
-        (!isAddress && address.find('@') != std::string::npos))
-        return "refused: the address holds a user name or password";
-    if (!isAddress || (scheme != "https" && scheme != "http"))
-        return fmt::format("refused: \"{}\" is no valid http or https address", address);
-    if (!token.empty() && scheme == "http" && !isLoopback(partOf(url, CURLUPART_HOST)))
-        return "refused: the token goes over https only, or to this machine; use an https address";
-    return {};
+            refusal = "invalid name of a header, or a control character in its value";
+        else if (isForClientAlone(name))
+            refusal = "the header " + name + " is set by the client alone";
+        else if (isCredential(name))
+            refusal = rules.refusalOfCredentials(destination, "the header " + name);
+    }
+    return refusal;
 }
 
-CurlHeaders headersOf(const Qx::HTTPRequest& request) {
-    CurlHeaders headers;
-    for (const auto& [name, value] : request.getHeaders()) {
-        // libcurl takes "Name;" for a header without a value, and "Name:" for one to leave out.
-        const std::string line = isBlank(value) ? fmt::format("{};", name) : fmt::format("{}: {}", name, value);
-        curl_slist* longer = curl_slist_append(headers.get(), line.c_str());
+CurlHeaders toCurl(const Headers& headers) {
+    CurlHeaders list;
+    const auto append = [&](const std::string& line) {
+        curl_slist* longer = curl_slist_append(list.get(), line.c_str());
         if (!longer)
             throw std::bad_alloc();
-        static_cast<void>(headers.release());
-        headers.reset(longer);
+        static_cast<void>(list.release());
+        list.reset(longer);
+    };
+    bool namesEncodings = false;
+    for (const auto& [name, value] : headers) {
+        // libcurl takes "Name;" for a header without a value, and "Name:" for one to leave out.
+        append(withoutBlanks(value).empty() ? name + ';' : fmt::format("{}: {}", name, value));
+        namesEncodings = namesEncodings || isSameName(name, "Accept-Encoding");
     }
-    return headers;
+    // libcurl could decode, but does not notice when the encoded stream ends too early.
+    if (!namesEncodings)
+        append("Accept-Encoding: gzip");
+    return list;
+}
+
+// Whether this is a TLS connection whose peer has not said that it ends. Only OpenSSL tells.
+bool isTlsOpen(CURL* easy) {
+    curl_tlssessioninfo* session = nullptr;
+    if (curl_easy_getinfo(easy, CURLINFO_TLS_SSL_PTR, &session) != CURLE_OK || !session || !session->internals ||
+        session->backend != CURLSSLBACKEND_OPENSSL)
+        return false;
+    return (SSL_get_shutdown(static_cast<SSL*>(session->internals)) & SSL_RECEIVED_SHUTDOWN) == 0;
+}
+
+FailureKind kindOf(CURLcode result) {
+    switch (result) {
+    case CURLE_OPERATION_TIMEDOUT:
+        return FailureKind::TIMEOUT;
+    case CURLE_OUT_OF_MEMORY:
+        return FailureKind::OUT_OF_MEMORY;
+    case CURLE_PEER_FAILED_VERIFICATION:
+    case CURLE_SSL_CACERT_BADFILE:
+    case CURLE_SSL_CONNECT_ERROR:
+        return FailureKind::TLS;
+    case CURLE_HTTP2:
+    case CURLE_HTTP2_STREAM:
+    case CURLE_UNSUPPORTED_PROTOCOL:
+    case CURLE_WEIRD_SERVER_REPLY:
+        return FailureKind::MALFORMED;
+    default:
+        return FailureKind::NETWORK;
+    }
+}
+
+std::string reasonOf(CURLcode result, const char* detail) {
+    std::string reason = *detail ? detail : curl_easy_strerror(result);
+    // A proxy's address may hold a user name and password.
+    if (reason.find('@') != std::string::npos)
+        reason = curl_easy_strerror(result);
+    // The server may have had a say in the text.
+    std::replace_if(reason.begin(), reason.end(), isControl, ' ');
+    return reason;
 }
 
 } // namespace
 
-Transfer::Transfer(const Qx::HTTPRequest& request, const CurlHTTPClientSettings& settings,
-                   TransferThread::Answered answered)
-    : settings_(settings),
+Transfer::Transfer(const Qx::HTTPRequest& request, const TransferRules& rules, TransferThread::Answered answered)
+    : rules_(rules),
       answered_(std::move(answered)),
       method_(request.getMethod()),
-      url_(makeUrl()),
-      sendsToken_(request.getAuthType() == Qx::HTTPRequest::AuthType::BEARER && !settings.token.empty()),
-      refusal_(refusalOf(request, url_, sendsToken_ ? settings.token : std::string())) {
-    if (!refusal_.empty())
-        return;
-    isHttps_ = partOf(url_, CURLUPART_SCHEME) == "https";
-    isLocal_ = isLoopback(partOf(url_, CURLUPART_HOST));
-    headers_ = headersOf(request);
+      destination_(request.getURL()),
+      sendsToken_(request.getAuthType() == Qx::HTTPRequest::AuthType::BEARER && !rules.settings().token.empty()) {
+    const std::string refusal = refusalOf(request.getHeaders(), destination_, sendsToken_, rules_);
+    if (refusal.empty())
+        headers_ = toCurl(request.getHeaders());
+    else
+        error_.emplace(FailureKind::REFUSED, "refused: " + refusal);
 }
 
-const std::string& Transfer::refusal() const {
-    return refusal_;
+bool Transfer::isRefused() const {
+    return error_.has_value();
 }
 
-bool Transfer::prepare(CurlEasy easy) {
-    easy_ = std::move(easy);
-    bool allSet = true;
-    const auto set = [&](CURLoption option, auto value) {
-        allSet = allSet && curl_easy_setopt(easy_.get(), option, value) == CURLE_OK;
-    };
+void Transfer::answerRefusal() noexcept {
+    answer(CURLE_OK);
+}
+
+bool Transfer::start() {
+    easy_.reset(curl_easy_init());
+    if (!easy_)
+        return false;
+    header_ = ResponseHeader();
+    gzip_.reset();
+    setRequest();
+    setSecurity();
+    setLimits();
+    setCallbacks();
+    return isAllSet_;
+}
+
+template <class Value>
+void Transfer::set(CURLoption option, Value value) {
+    isAllSet_ = isAllSet_ && curl_easy_setopt(easy_.get(), option, value) == CURLE_OK;
+}
+
+void Transfer::setRequest() {
     set(CURLOPT_NOSIGNAL, 1L);
     set(CURLOPT_QUICK_EXIT, 1L); // Closing must not wait for a name server.
-    set(CURLOPT_ERRORBUFFER, error_.data());
-
-    set(CURLOPT_CURLU, url_.get());
+    set(CURLOPT_ERRORBUFFER, curlError_.data());
+    set(CURLOPT_CURLU, destination_.url());
     set(CURLOPT_HTTPHEADER, headers_.get());
-    set(CURLOPT_ACCEPT_ENCODING, "");
     if (method_ == Qx::HTTPRequest::Method::POST) {
         set(CURLOPT_POSTFIELDSIZE, 0L);
         set(CURLOPT_POSTFIELDS, "");
     }
-    if (!settings_.certificateFile.empty()) {
-        set(CURLOPT_CAINFO, settings_.certificateFile.c_str());
-        set(CURLOPT_CAPATH, static_cast<const char*>(nullptr)); // The folder of the system's is another default.
-    }
-    // libcurl itself leaves the token out where a redirect leads to another host, port or scheme.
     if (sendsToken_) {
         set(CURLOPT_HTTPAUTH, CURLAUTH_BEARER);
-        set(CURLOPT_XOAUTH2_BEARER, settings_.token.c_str());
+        set(CURLOPT_XOAUTH2_BEARER, rules_.settings().token.c_str());
     }
-    set(CURLOPT_FOLLOWLOCATION, 1L);
-    set(CURLOPT_POSTREDIR, static_cast<long>(CURL_REDIR_POST_ALL));
-    set(CURLOPT_MAXREDIRS, static_cast<long>(std::max(settings_.maxRedirects, 0)));
-    set(CURLOPT_REDIR_PROTOCOLS_STR, isHttps_ ? "https" : "http,https");
     // A proxy could do nothing for a request to this machine but carry its token away.
-    if (isLocal_)
+    if (destination_.isLocal())
         set(CURLOPT_NOPROXY, "*");
+}
 
-    const auto milliseconds = [](std::chrono::milliseconds time) { return static_cast<long>(time.count()); };
-    set(CURLOPT_CONNECTTIMEOUT_MS, milliseconds(settings_.connectTimeout));
-    set(CURLOPT_TIMEOUT_MS, milliseconds(settings_.requestTimeout));
+void Transfer::setSecurity() {
+    set(CURLOPT_PROTOCOLS_STR, "http,https");
+    set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+    set(CURLOPT_PROXY_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+    if (const std::string& file = rules_.settings().certificateFile; !file.empty()) {
+        set(CURLOPT_CAINFO, file.c_str());
+        set(CURLOPT_CAPATH, static_cast<const char*>(nullptr)); // The folder of the system's is another default.
+    }
+    set(CURLOPT_SHARE, rules_.share());
+    set(
+        CURLOPT_OPENSOCKETFUNCTION, +[](void*, curlsocktype, curl_sockaddr* address) {
+            return openSocket(address->family, address->socktype, address->protocol);
+        });
+}
+
+void Transfer::setLimits() {
+    using std::chrono::milliseconds;
+    const CurlHTTPClientSettings& settings = rules_.settings();
+    const auto now = std::chrono::steady_clock::now();
+    if (!deadline_)
+        deadline_ = now + settings.requestTimeout;
+    // None left is the least there is: to libcurl, 0 is without a limit.
+    const milliseconds left = std::max(std::chrono::duration_cast<milliseconds>(*deadline_ - now), milliseconds(1));
+    set(CURLOPT_TIMEOUT_MS, static_cast<long>(left.count()));
+    set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(settings.connectTimeout.count()));
     set(CURLOPT_LOW_SPEED_LIMIT, 1L);
-    set(CURLOPT_LOW_SPEED_TIME, static_cast<long>(settings_.stallTimeout.count()));
+    set(CURLOPT_LOW_SPEED_TIME, static_cast<long>(settings.stallTimeout.count()));
+}
+
+void Transfer::setCallbacks() {
     set(CURLOPT_HEADERFUNCTION, &Transfer::receive<&Transfer::readHeaderLine>);
     set(CURLOPT_HEADERDATA, this);
     set(CURLOPT_WRITEFUNCTION, &Transfer::receive<&Transfer::readBody>);
     set(CURLOPT_WRITEDATA, this);
-    return allSet;
+    set(CURLOPT_XFERINFOFUNCTION, &Transfer::watch);
+    set(CURLOPT_XFERINFODATA, this);
+    set(CURLOPT_NOPROGRESS, 0L);
+    set(CURLOPT_DEBUGFUNCTION, &Transfer::countFramed);
+    set(CURLOPT_DEBUGDATA, this);
 }
 
 CURL* Transfer::handle() const {
     return easy_.get();
 }
 
-CurlEasy Transfer::releaseHandle() {
-    // It points to what dies with this transfer.
-    curl_easy_reset(easy_.get());
-    return std::move(easy_);
-}
-
-// What libcurl calls with a piece of the answer. With a fault in it the transfer is given up, and where there is no
-// memory for it.
-template <auto read>
-std::size_t Transfer::receive(const char* bytes, std::size_t, std::size_t count, void* transfer) noexcept {
-    auto& receiver = *static_cast<Transfer*>(transfer);
+// False once the transfer has failed: then it is given up.
+template <class Action>
+bool Transfer::attempt(Action action) noexcept {
     try {
-        (receiver.*read)({bytes, count});
-        return receiver.fault_.empty() ? count : 0;
+        if (!error_ && !isOutOfMemory_)
+            action();
+    } catch (const TransferError& error) {
+        error_ = error;
     } catch (const std::exception&) {
-        receiver.fault_ = outOfMemory;
-        return 0;
+        isOutOfMemory_ = true;
     }
+    return !error_ && !isOutOfMemory_;
 }
 
-// Also called with the headers of redirects, each of which starts with its status line. libcurl overlooks some of what
-// makes an answer unclear; whoever stands between may have understood it otherwise.
+// What libcurl calls with a piece of the response.
+template <auto read>
+std::size_t Transfer::receive(char* bytes, std::size_t, std::size_t count, void* transfer) noexcept {
+    auto& receiver = *static_cast<Transfer*>(transfer);
+    return receiver.attempt([&] { (receiver.*read)({bytes, count}); }) ? count : 0;
+}
+
+// What libcurl calls again and again, the last time before it closes the connection.
+int Transfer::watch(void* transfer, curl_off_t, curl_off_t, curl_off_t, curl_off_t) noexcept {
+    auto& watched = *static_cast<Transfer*>(transfer);
+    if (watched.header_.endsWithConnection())
+        watched.isTlsOpen_ = isTlsOpen(watched.easy_.get());
+    return watched.error_ || watched.isOutOfMemory_ ? 1 : 0;
+}
+
+// What libcurl calls with a body in chunks before it takes them apart.
+int Transfer::countFramed(CURL*, curl_infotype type, char*, std::size_t count, void* transfer) noexcept {
+    auto& counter = *static_cast<Transfer*>(transfer);
+    if (type == CURLINFO_DATA_IN)
+        counter.attempt([&] { counter.countReceived(count); });
+    return 0;
+}
+
 void Transfer::readHeaderLine(std::string_view line) {
+    const std::size_t limit = rules_.settings().maxHeaderBytes;
     headerBytes_ += line.size();
-    if (headerBytes_ > settings_.maxHeaderBytes)
-        fault_ = fmt::format("the answer's header is longer than {} bytes", settings_.maxHeaderBytes);
-    else if (line.starts_with("HTTP/"))
-        startHeader();
-    else if (line == "\r\n" || line == "\n")
-        header_ = Header::ENDED;
-    else
-        readHeader(line);
-}
-
-void Transfer::startHeader() {
-    if (header_ == Header::OPEN)
-        fault_ = headerCutShort;
-    header_ = Header::OPEN;
-    length_.reset();
-    isEncoded_ = false;
-}
-
-void Transfer::readHeader(std::string_view line) {
-    const std::size_t colon = std::min(line.find(':'), line.size());
-    const std::string name(line.substr(0, colon));
-    if (colon == line.size() || !isHeaderName(name)) {
-        fault_ = "the answer holds a header line that is none";
-    } else if (boost::algorithm::iequals(name, "transfer-encoding")) {
-        isEncoded_ = true;
-    } else if (boost::algorithm::iequals(name, "content-length")) {
-        const std::string length = boost::algorithm::trim_copy(std::string(line.substr(colon + 1)));
-        if (length_.value_or(length) != length || !boost::algorithm::all(length, boost::algorithm::is_digit()))
-            fault_ = lengthUnclear;
-        length_ = length;
-    }
-    if (isEncoded_ && length_)
-        fault_ = lengthUnclear;
-}
-
-// Counts the bytes as decoded: a small compressed body may be huge.
-void Transfer::readBody(std::string_view bytes) {
-    if (bytes.size() > settings_.maxBodyBytes - body_.size()) {
-        fault_ = fmt::format("the answer is longer than {} bytes", settings_.maxBodyBytes);
+    if (headerBytes_ > limit)
+        throw TransferError(FailureKind::MALFORMED, fmt::format("the header is longer than {} bytes", limit));
+    header_.readLine(line);
+    if (!header_.hasEnded())
         return;
-    }
-    reserve(bytes.size());
-    body_.append(bytes);
+    if (header_.isGzip() && !gzip_)
+        gzip_ = std::make_unique<GzipDecoder>();
+    // What stands between chunks is shown to nobody else. Only from here on, since libcurl words each of its steps
+    // then.
+    if (header_.isChunked())
+        set(CURLOPT_VERBOSE, 1L);
+}
+
+void Transfer::readBody(std::string_view bytes) {
+    if (!header_.isChunked())
+        countReceived(bytes.size());
+    if (!header_.redirection().empty())
+        return;
+    if (gzip_)
+        gzip_->decode(bytes, [this](std::string_view decoded) { keep(decoded); });
+    else
+        keep(bytes);
+}
+
+void Transfer::countReceived(std::size_t count) {
+    const std::size_t limit = rules_.settings().maxBodyBytes;
+    if (count > limit - std::min(receivedBytes_, limit))
+        throw TransferError(FailureKind::TOO_LARGE, fmt::format("the response is longer than {} bytes", limit));
+    receivedBytes_ += count;
+}
+
+void Transfer::keep(std::string_view decoded) {
+    const std::size_t limit = rules_.settings().maxBodyBytes;
+    if (decoded.size() > limit - body_.size())
+        throw TransferError(FailureKind::TOO_LARGE, fmt::format("the response is longer than {} bytes", limit));
+    reserve(decoded.size());
+    body_.append(decoded);
 }
 
 // Growing by copying would hold a large body twice. So beyond a few megabytes all that is permitted is reserved
@@ -249,7 +307,7 @@ void Transfer::reserve(std::size_t more) {
         return;
     try {
         if (needed > large) {
-            body_.reserve(settings_.maxBodyBytes + Qx::HTTPResponse::spareBytes);
+            body_.reserve(rules_.settings().maxBodyBytes + Qx::HTTPResponse::spareBytes);
             return;
         }
     } catch (const std::exception&) {
@@ -258,12 +316,42 @@ void Transfer::reserve(std::size_t more) {
     body_.reserve(std::max(needed, 2 * body_.capacity()));
 }
 
+bool Transfer::follow(CURLcode result) noexcept {
+    if (result != CURLE_OK || !header_.hasEnded() || header_.redirection().empty())
+        return false;
+    return attempt([this] { redirect(); });
+}
+
+void Transfer::redirect() {
+    const auto refuse = [](const std::string& reason) {
+        throw TransferError(FailureKind::REFUSED, "refused to follow a redirect: " + reason);
+    };
+    if (redirects_++ >= rules_.settings().maxRedirects)
+        refuse(fmt::format("there are more than {}", std::max(rules_.settings().maxRedirects, 0)));
+    Destination next = destination_.redirected(header_.redirection());
+    if (!next.refusal().empty())
+        refuse(next.refusal());
+    if (destination_.isHttps() && !next.isHttps())
+        refuse("it leads from https to http");
+    easy_.reset(); // It points to what changes now.
+    // What the caller meant for one server is none of another's business.
+    if (!next.isSameOrigin(destination_)) {
+        sendsToken_ = false;
+        headers_ = toCurl({});
+    }
+    destination_ = std::move(next);
+}
+
 void Transfer::answer(CURLcode result) noexcept {
     answerWith([&] { return responseTo(result); });
 }
 
-void Transfer::answerFailure(std::string_view reason) noexcept {
-    answerWith([&] { return Qx::HTTPResponse::transportFailure(std::string(reason)); });
+void Transfer::answerFailure(FailureKind kind, const char* reason) noexcept {
+    answerWith([&] { return Qx::HTTPResponse::transportFailure(kind, reason); });
+}
+
+void Transfer::answerOutOfMemory() noexcept {
+    answerFailure(FailureKind::OUT_OF_MEMORY, outOfMemory);
 }
 
 // There is an answer also where there is no memory to make it.
@@ -273,28 +361,25 @@ void Transfer::answerWith(MakeResponse makeResponse) noexcept {
     try {
         response = makeResponse();
     } catch (const std::exception&) {
-        response = Qx::HTTPResponse::transportFailure(outOfMemory);
+        response = Qx::HTTPResponse::transportFailure(FailureKind::OUT_OF_MEMORY, outOfMemory);
     }
     answered_(std::move(response));
 }
 
 Qx::HTTPResponse Transfer::responseTo(CURLcode result) {
+    using Qx::HTTPResponse;
+    if (isOutOfMemory_)
+        return HTTPResponse::transportFailure(FailureKind::OUT_OF_MEMORY, outOfMemory);
+    if (error_)
+        return HTTPResponse::transportFailure(error_->kind(), error_->what());
     if (result != CURLE_OK)
-        return Qx::HTTPResponse::transportFailure(reasonFor(result));
-    if (header_ != Header::ENDED)
-        return Qx::HTTPResponse::transportFailure(headerCutShort);
+        return HTTPResponse::transportFailure(kindOf(result), reasonOf(result, curlError_.data()));
+    const bool isConnectionCut = header_.endsWithConnection() && isTlsOpen_;
+    if (!header_.hasEnded() || isConnectionCut || (gzip_ && !gzip_->isComplete()))
+        return HTTPResponse::transportFailure(FailureKind::NETWORK, cutShort);
     long status = 0;
     curl_easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
     return {static_cast<int>(status), std::move(body_)};
-}
-
-std::string Transfer::reasonFor(CURLcode result) const {
-    if (!fault_.empty())
-        return fault_;
-    // The server may have had a say in the text.
-    std::string reason = error_.front() ? error_.data() : curl_easy_strerror(result);
-    std::replace_if(reason.begin(), reason.end(), isControl, ' ');
-    return reason;
 }
 
 } // namespace OrvaneHost

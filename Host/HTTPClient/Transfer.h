@@ -2,89 +2,98 @@
 
 #include "Base/QxBase10/HTTPRequest.h"
 #include "Base/QxBase10/HTTPResponse.h"
-#include "Host/HTTPClient/CurlHTTPClientSettings.h"
+#include "Host/HTTPClient/Curl.h"
+#include "Host/HTTPClient/Destination.h"
+#include "Host/HTTPClient/GzipDecoder.h"
+#include "Host/HTTPClient/ResponseHeader.h"
+#include "Host/HTTPClient/TransferError.h"
+#include "Host/HTTPClient/TransferRules.h"
 #include "Host/HTTPClient/TransferThread.h"
 
 #include <array>
-#include <curl/curl.h>
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
-// Private to `TransferThread`: with its source one of the places that know libcurl.
 namespace OrvaneHost {
 
-template <auto destroy>
-struct CurlDeleter {
-    template <class Handle>
-    void operator()(Handle* handle) const {
-        destroy(handle);
-    }
-};
-
-/// Short enough for a string to hold without memory.
-inline constexpr const char* outOfMemory = "out of memory";
-
-using CurlMulti = std::unique_ptr<CURLM, CurlDeleter<curl_multi_cleanup>>;
-using CurlEasy = std::unique_ptr<CURL, CurlDeleter<curl_easy_cleanup>>;
-using CurlUrl = std::unique_ptr<CURLU, CurlDeleter<curl_url_cleanup>>;
-using CurlHeaders = std::unique_ptr<curl_slist, CurlDeleter<curl_slist_free_all>>;
-
-/// One request on its way: what is sent, under which limits, and what came back so far.
+/// One request on its way, redirects included: what is sent, under which limits, and what came back so far. It is made
+/// in any thread, and from `start` on used by one alone.
 class Transfer {
 public:
-    Transfer(const Qx::HTTPRequest& request, const CurlHTTPClientSettings& settings, TransferThread::Answered answered);
+    /// Throws `std::bad_alloc`. `rules` has to live as long.
+    Transfer(const Qx::HTTPRequest& request, const TransferRules& rules, TransferThread::Answered answered);
     Transfer(const Transfer&) = delete;
     Transfer& operator=(const Transfer&) = delete;
 
-    /// Why the request may not be sent, in one line; empty if it may.
-    const std::string& refusal() const;
+    /// Whether the request may not be sent, and to tell so.
+    bool isRefused() const;
+    void answerRefusal() noexcept;
 
-    /// Keeps `easy` and prepares it for the request. False if there is no memory for that.
-    bool prepare(CurlEasy easy);
+    /// Makes a handle for the next request and prepares it. False if there is no memory for that. Each request has a
+    /// handle of its own, since libcurl keeps the credentials of the one before in it, and may send them once more.
+    bool start();
 
-    /// The handle that `prepare` was given.
+    /// The handle that `start` made.
     CURL* handle() const;
-    CurlEasy releaseHandle();
+
+    /// True if the answer leads elsewhere, and the transfer is to be started again. `result` is what became of the
+    /// handle.
+    bool follow(CURLcode result) noexcept;
 
     /// Answers with what came back, or why nothing did.
     void answer(CURLcode result) noexcept;
-    void answerFailure(std::string_view reason) noexcept;
+    void answerFailure(FailureKind kind, const char* reason) noexcept;
+    void answerOutOfMemory() noexcept;
 
 private:
-    enum class Header { AWAITED, OPEN, ENDED };
+    template <class Value>
+    void set(CURLoption option, Value value);
+    void setRequest();
+    void setSecurity();
+    void setLimits();
+    void setCallbacks();
 
     template <auto read>
-    static std::size_t receive(const char* bytes, std::size_t, std::size_t count, void* transfer) noexcept;
+    static std::size_t receive(char* bytes, std::size_t, std::size_t count, void* transfer) noexcept;
+    static int watch(void* transfer, curl_off_t, curl_off_t, curl_off_t, curl_off_t) noexcept;
+    static int countFramed(CURL*, curl_infotype type, char*, std::size_t count, void* transfer) noexcept;
+    template <class Action>
+    bool attempt(Action action) noexcept;
     void readHeaderLine(std::string_view line);
-    void startHeader();
-    void readHeader(std::string_view line);
     void readBody(std::string_view bytes);
+    void countReceived(std::size_t count);
+    void keep(std::string_view decoded);
     void reserve(std::size_t more);
+
+    void redirect();
     template <class MakeResponse>
     void answerWith(MakeResponse makeResponse) noexcept;
     Qx::HTTPResponse responseTo(CURLcode result);
-    std::string reasonFor(CURLcode result) const;
 
-    const CurlHTTPClientSettings& settings_;
+    const TransferRules& rules_;
     TransferThread::Answered answered_;
     const Qx::HTTPRequest::Method method_;
-    CurlUrl url_;
+    Destination destination_;
     bool sendsToken_ = false;
-    bool isHttps_ = false;
-    bool isLocal_ = false;
-    std::string refusal_;
     CurlHeaders headers_;
+    std::optional<TransferError> error_; ///< What is wrong with the request or the answer, if something is.
+    bool isOutOfMemory_ = false;
 
-    std::array<char, CURL_ERROR_SIZE> error_{};
-    std::size_t headerBytes_ = 0;
-    Header header_ = Header::AWAITED;
-    std::optional<std::string> length_; ///< As the header that is being read tells it.
-    bool isEncoded_ = false;            ///< Whether that header names a transfer coding.
+    std::optional<std::chrono::steady_clock::time_point> deadline_; ///< From the first start on.
+    bool isAllSet_ = true;
+    int redirects_ = 0;
+    std::size_t headerBytes_ = 0;   ///< Of all responses.
+    std::size_t receivedBytes_ = 0; ///< Of the bodies of all responses, as they came.
+    bool isTlsOpen_ = false;        ///< Whether the peer of a TLS connection has not said that it ends.
+
+    ResponseHeader header_;
+    std::unique_ptr<GzipDecoder> gzip_;
     std::string body_;
-    std::string fault_; ///< What is wrong with the answer; empty as long as nothing is.
 
+    std::array<char, CURL_ERROR_SIZE> curlError_{};
     CurlEasy easy_; // The last, since it points to all the others.
 };
 

@@ -1,13 +1,13 @@
 #include "Host/HTTPClient/TransferThread.h"
 
+#include "Host/HTTPClient/Platform.h"
 #include "Host/HTTPClient/Transfer.h"
 
 #include <algorithm>
-#include <curl/curl.h>
+#include <chrono>
 #include <list>
 #include <mutex>
 #include <new>
-#include <pthread.h>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -15,6 +15,12 @@
 namespace OrvaneHost {
 
 namespace {
+
+using namespace std::chrono_literals;
+
+// How long requests in flight bear that the system does not let their connections be waited for.
+constexpr auto pauseAfterFailure = 10ms;
+constexpr int maxFailures = 100;
 
 constexpr const char* closed = "the HTTP client was closed before the answer came";
 
@@ -25,12 +31,6 @@ CurlMulti makeMulti(std::size_t maxConnections) {
         throw std::bad_alloc();
     curl_multi_setopt(multi.get(), CURLMOPT_MAXCONNECTS, static_cast<long>(maxConnections));
     return multi;
-}
-
-void answerAll(std::list<Transfer>& transfers, std::string_view failure) {
-    for (Transfer& transfer : transfers)
-        transfer.answerFailure(failure);
-    transfers.clear();
 }
 
 } // namespace
@@ -49,17 +49,17 @@ private:
 
     void run();
     bool isClosing();
-    bool enqueue(Transfers& transfers);
+    bool performAndWait();
     Transfers takeWaiting();
     void startWaiting();
-    void start(Transfers one);
+    bool begin(Transfer& transfer);
     bool finishDone();
     void finish(CURL* handle, CURLcode result);
-    void keep(CurlEasy easy);
+    void fail(Transfers& transfers, FailureKind kind, const char* reason);
 
-    const CurlHTTPClientSettings settings_;
+    const TransferRules rules_;
     const std::size_t maxConnections_;
-    const CurlMulti multi_;
+    CurlMulti multi_; // Ends with the thread.
 
     // Only these two are touched by other threads.
     std::mutex mutex_;
@@ -67,15 +67,14 @@ private:
     bool closing_ = false;
 
     Transfers active_;
-    std::vector<CurlEasy> idle_;
     std::thread thread_;
 };
 
 TransferThread::Loop::Loop(CurlHTTPClientSettings settings)
-    : settings_(std::move(settings)),
-      maxConnections_(std::max<std::size_t>(settings_.maxConnections, 1)),
+    : rules_(std::move(settings)),
+      maxConnections_(std::max<std::size_t>(rules_.settings().maxConnections, 1)),
       multi_(makeMulti(maxConnections_)),
-      thread_([this] { run(); }) {}
+      thread_(startThread([this] { run(); })) {}
 
 TransferThread::Loop::~Loop() {
     close();
@@ -87,49 +86,64 @@ void TransferThread::Loop::close() {
     {
         const std::lock_guard lock(mutex_);
         closing_ = true;
+        curl_multi_wakeup(multi_.get());
     }
-    curl_multi_wakeup(multi_.get());
     thread_.join();
-    for (const Transfer& transfer : active_)
-        curl_multi_remove_handle(multi_.get(), transfer.handle());
-    answerAll(active_, closed);
-    answerAll(waiting_, closed);
 }
 
+// All happens under the lock, and nothing is touched behind it: a completion may have destroyed the client, which takes
+// the lock first.
 void TransferThread::Loop::submit(const std::vector<Qx::HTTPRequest>& requests, std::vector<Answered> answered) {
-    Transfers transfers;
-    for (std::size_t index = 0; index < requests.size(); ++index)
-        transfers.emplace_back(requests[index], settings_, std::move(answered[index]));
-    if (!enqueue(transfers))
-        answerAll(transfers, closed);
-}
-
-// False if it is too late for them, which then stay where they are. Behind the lock nothing is touched: a completion
-// may have destroyed the client, which takes the lock first.
-bool TransferThread::Loop::enqueue(Transfers& transfers) {
-    const std::lock_guard lock(mutex_);
-    if (closing_)
-        return false;
-    waiting_.splice(waiting_.end(), transfers);
-    curl_multi_wakeup(multi_.get());
-    return true;
-}
-
-void TransferThread::Loop::run() {
-    pthread_setname_np(pthread_self(), "orvane-transfer");
-    while (!isClosing()) {
-        startWaiting();
-        int running = 0;
-        curl_multi_perform(multi_.get(), &running);
-        // What has finished makes room for what waits.
-        if (!finishDone())
-            curl_multi_poll(multi_.get(), nullptr, 0, 1000, nullptr);
+    Transfers accepted;
+    Transfers refused;
+    for (std::size_t index = 0; index < requests.size(); ++index) {
+        accepted.emplace_back(requests[index], rules_, std::move(answered[index]));
+        if (accepted.back().isRefused())
+            refused.splice(refused.end(), accepted, std::prev(accepted.end()));
     }
+    const std::lock_guard lock(mutex_);
+    for (Transfer& transfer : refused)
+        transfer.answerRefusal();
+    if (closing_) {
+        fail(accepted, FailureKind::CLOSED, closed);
+        return;
+    }
+    waiting_.splice(waiting_.end(), accepted);
+    curl_multi_wakeup(multi_.get());
+}
+
+// To the end on this thread, also closing TLS connections: that may write to broken ones, and raise a signal for it
+// that this thread does not take.
+void TransferThread::Loop::run() {
+    nameThisThread("orvane-transfer");
+    for (int failures = 0; !isClosing();) {
+        startWaiting();
+        failures = performAndWait() ? 0 : failures + 1;
+        if (failures > 0)
+            std::this_thread::sleep_for(pauseAfterFailure);
+        if (failures == maxFailures) {
+            failures = 0;
+            fail(active_, FailureKind::NETWORK, "the system does not let the client wait for its connections");
+        }
+    }
+    fail(active_, FailureKind::CLOSED, closed);
+    fail(waiting_, FailureKind::CLOSED, closed);
+    multi_.reset();
 }
 
 bool TransferThread::Loop::isClosing() {
     const std::lock_guard lock(mutex_);
     return closing_;
+}
+
+// False if the system does not let it wait.
+bool TransferThread::Loop::performAndWait() {
+    int running = 0;
+    const CURLMcode performed = curl_multi_perform(multi_.get(), &running);
+    // What has finished makes room for what waits.
+    if (finishDone())
+        return true;
+    return performed == CURLM_OK && curl_multi_poll(multi_.get(), nullptr, 0, 1000, nullptr) == CURLM_OK;
 }
 
 // The next one, or none.
@@ -147,24 +161,15 @@ void TransferThread::Loop::startWaiting() {
         Transfers one = takeWaiting();
         if (one.empty())
             return;
-        start(std::move(one));
+        if (begin(one.front()))
+            active_.splice(active_.end(), one);
+        else
+            one.front().answerOutOfMemory();
     }
 }
 
-void TransferThread::Loop::start(Transfers one) {
-    Transfer& transfer = one.front();
-    if (!transfer.refusal().empty()) {
-        transfer.answerFailure(transfer.refusal());
-        return;
-    }
-    CurlEasy easy(idle_.empty() ? curl_easy_init() : idle_.back().release());
-    if (!idle_.empty())
-        idle_.pop_back();
-    const bool isPrepared = easy && transfer.prepare(std::move(easy));
-    if (isPrepared && curl_multi_add_handle(multi_.get(), transfer.handle()) == CURLM_OK)
-        active_.splice(active_.end(), one);
-    else
-        transfer.answerFailure(outOfMemory);
+bool TransferThread::Loop::begin(Transfer& transfer) {
+    return transfer.start() && curl_multi_add_handle(multi_.get(), transfer.handle()) == CURLM_OK;
 }
 
 bool TransferThread::Loop::finishDone() {
@@ -183,18 +188,23 @@ void TransferThread::Loop::finish(CURL* handle, CURLcode result) {
     curl_multi_remove_handle(multi_.get(), handle);
     const auto transfer = std::find_if(active_.begin(), active_.end(),
                                        [handle](const Transfer& candidate) { return candidate.handle() == handle; });
-    transfer->answer(result);
-    keep(transfer->releaseHandle());
+    if (transfer->follow(result)) {
+        if (begin(*transfer))
+            return;
+        transfer->answerOutOfMemory();
+    } else {
+        transfer->answer(result);
+    }
     active_.erase(transfer);
 }
 
-// For the next transfer, which otherwise gets a new one.
-void TransferThread::Loop::keep(CurlEasy easy) {
-    try {
-        idle_.push_back(std::move(easy));
-    } catch (const std::bad_alloc&) {
-        return;
+void TransferThread::Loop::fail(Transfers& transfers, FailureKind kind, const char* reason) {
+    for (Transfer& transfer : transfers) {
+        if (transfer.handle())
+            curl_multi_remove_handle(multi_.get(), transfer.handle());
+        transfer.answerFailure(kind, reason);
     }
+    transfers.clear();
 }
 
 TransferThread::TransferThread(CurlHTTPClientSettings settings) : loop_(std::make_unique<Loop>(std::move(settings))) {}

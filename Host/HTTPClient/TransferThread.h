@@ -13,10 +13,11 @@ namespace OrvaneHost {
 /// Runs HTTP transfers side by side on one thread of its own, over connections that are kept for reuse.
 class TransferThread {
 public:
-    /// Called once, on the transfer thread, in `submit` or in `close`. It must be quick and not throw. It may let the
-    /// whole be destroyed elsewhere before `submit` has returned.
+    /// Called once, on the transfer thread or in `submit`, which has the thread wait meanwhile. It must be quick and
+    /// not throw, nor call this object. It may let the whole be destroyed elsewhere before `submit` has returned.
     using Answered = std::function<void(Qx::HTTPResponse response)>;
 
+    /// Throws `std::invalid_argument` with one line if a setting makes no sense.
     explicit TransferThread(CurlHTTPClientSettings settings);
     TransferThread(const TransferThread&) = delete;
     TransferThread& operator=(const TransferThread&) = delete;

@@ -15,7 +15,14 @@ TEST(HTTPResponse, IsSuccessfulFrom200To299) {
         EXPECT_TRUE(HTTPResponse(status, "").isSuccessful()) << status;
     for (const int status : {0, 199, 300, 401, 403, 500})
         EXPECT_FALSE(HTTPResponse(status, "").isSuccessful()) << status;
-    EXPECT_EQ(HTTPResponse::transportFailure("no route").getReason(), "no route");
+}
+
+TEST(HTTPResponse, SaysWhyThereIsNone) {
+    const HTTPResponse slow = HTTPResponse::transportFailure(HTTPResponse::FailureKind::TIMEOUT, "too slow");
+    EXPECT_EQ(slow.getReason(), "too slow");
+    EXPECT_EQ(slow.getFailureKind(), HTTPResponse::FailureKind::TIMEOUT);
+    EXPECT_EQ(HTTPResponse(500, "").getFailureKind(), HTTPResponse::FailureKind::NONE) << "a refusal is an answer";
+    EXPECT_NE(HTTPResponse().getFailureKind(), HTTPResponse::FailureKind::NONE);
 }
 
 TEST(HTTPResponse, HoldsItsBodyOnce) {

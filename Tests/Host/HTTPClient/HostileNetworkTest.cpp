@@ -157,7 +157,7 @@ TEST_P(HostileNetworkInBothTypes, BodiesAreCutAtTheLimitAsDecoded) {
         CurlHTTPClient client(limited);
         const PeakMemory memory;
         const HTTPResponse response = send(client, makeRequest(server.url("/"), GetParam()));
-        EXPECT_EQ(response.getReason(), fmt::format("the answer is longer than {} bytes", limit)) << name;
+        EXPECT_EQ(response.getReason(), fmt::format("the response is longer than {} bytes", limit)) << name;
         EXPECT_LT(memory.growth(), limit + 64 * megabyte) << name;
     }
     const RawServer exact(bomb(2 * megabyte));

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "Host/HTTPClient/Curl.h"
+
+#include <string>
+
+namespace OrvaneHost {
+
+/// Where a request goes: an http or https URL, as libcurl understands it, so that nothing can be taken for another
+/// host here than where it is sent. The constructor and `redirected` throw `std::bad_alloc` rather than take what there
+/// is no memory for as missing: much hangs on what a URL holds.
+class Destination {
+public:
+    explicit Destination(const std::string& url);
+
+    /// Where the header "Location: `location`" leads from here, relative or not.
+    Destination redirected(const std::string& location) const;
+
+    /// Why nothing may be sent there, in one line; empty if something may.
+    const std::string& refusal() const;
+
+    bool isHttps() const;
+
+    /// Whether it is a loopback address, which no other machine can stand behind.
+    bool isLocal() const;
+
+    /// Whether scheme, host and port are the same.
+    bool isSameOrigin(const Destination& other) const;
+
+    /// Scheme, host and port, for a person.
+    std::string origin() const;
+
+    /// Belongs to this object.
+    CURLU* url() const;
+
+private:
+    Destination(CurlUrl url, const std::string& text, unsigned flags);
+
+    CurlUrl url_;
+    std::string scheme_;
+    std::string host_;
+    std::string port_;
+    std::string refusal_;
+};
+
+} // namespace OrvaneHost

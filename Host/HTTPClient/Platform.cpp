@@ -1,0 +1,52 @@
+#include "Host/HTTPClient/Platform.h"
+
+#include <csignal>
+#include <pthread.h>
+#include <sys/socket.h>
+#include <unistd.h>
+#include <utility>
+
+namespace OrvaneHost {
+
+namespace {
+
+// Blocks all signals in the calling thread while it lives, but for those that a thread's own fault raises. A new thread
+// inherits that.
+class BlockedSignals {
+public:
+    BlockedSignals() {
+        sigset_t others;
+        sigfillset(&others);
+        for (const int ownFault : {SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGSEGV, SIGSYS, SIGTRAP})
+            sigdelset(&others, ownFault);
+        pthread_sigmask(SIG_BLOCK, &others, &before_);
+    }
+    BlockedSignals(const BlockedSignals&) = delete;
+    BlockedSignals& operator=(const BlockedSignals&) = delete;
+    ~BlockedSignals() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+
+private:
+    sigset_t before_{};
+};
+
+} // namespace
+
+std::thread startThread(std::function<void()> run) {
+    const BlockedSignals blocked;
+    return std::thread(std::move(run));
+}
+
+void nameThisThread(const std::string& name) {
+    // Linux takes no more than 15 bytes.
+    pthread_setname_np(pthread_self(), name.substr(0, 15).c_str());
+}
+
+long processId() {
+    return getpid();
+}
+
+int openSocket(int family, int type, int protocol) {
+    return socket(family, type | SOCK_CLOEXEC, protocol);
+}
+
+} // namespace OrvaneHost

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <thread>
+
+// What the operating system is asked for beyond the standard library.
+namespace OrvaneHost {
+
+/// Starts a thread that takes none of the signals that are sent to the process: they are for the host's threads.
+std::thread startThread(std::function<void()> run);
+
+/// Names the calling thread, with as much of `name` as the system takes.
+void nameThisThread(const std::string& name);
+
+/// A number that a forked child does not share with its parent.
+long processId();
+
+/// `socket`, for a socket that programs which the host starts do not inherit.
+int openSocket(int family, int type, int protocol);
+
+} // namespace OrvaneHost

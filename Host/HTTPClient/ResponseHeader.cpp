@@ -1,0 +1,107 @@
+#include "Host/HTTPClient/ResponseHeader.h"
+
+#include "Host/HTTPClient/HTTPText.h"
+#include "Host/HTTPClient/TransferError.h"
+
+#include <charconv>
+
+namespace OrvaneHost {
+
+namespace {
+
+// Longer ones do not fit in libcurl's integers, which it then takes for no length at all.
+constexpr std::size_t maxLengthDigits = 18;
+
+[[noreturn]] void failMalformed(const char* reason) {
+    throw TransferError(FailureKind::MALFORMED, reason);
+}
+
+bool isLength(std::string_view text) {
+    return !text.empty() && text.size() <= maxLengthDigits &&
+           text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+// 0 where there is none: libcurl itself refuses such a response.
+int statusIn(std::string_view statusLine) {
+    int status = 0;
+    const std::string_view text = statusLine.substr(std::min(statusLine.find(' ') + 1, statusLine.size()));
+    std::from_chars(text.data(), text.data() + text.size(), status);
+    return status;
+}
+
+} // namespace
+
+void ResponseHeader::readLine(std::string_view line) {
+    if (line.starts_with("HTTP/")) {
+        start(line);
+    } else if (line == "\r\n" || line == "\n") {
+        phase_ = Phase::ENDED;
+    } else {
+        const std::size_t colon = line.find(':');
+        if (colon == std::string_view::npos || !isHeaderName(line.substr(0, colon)))
+            failMalformed("malformed header line in the response");
+        readField(std::string(line.substr(0, colon)), std::string(withoutBlanks(line.substr(colon + 1))));
+    }
+}
+
+void ResponseHeader::start(std::string_view statusLine) {
+    if (phase_ == Phase::OPEN)
+        failMalformed("the response ended within its header");
+    *this = ResponseHeader();
+    phase_ = Phase::OPEN;
+    status_ = statusIn(statusLine);
+    isHttp1_ = statusLine.starts_with("HTTP/1");
+}
+
+void ResponseHeader::readField(const std::string& name, const std::string& value) {
+    readFraming(name, value);
+    if (phase_ == Phase::ENDED)
+        return; // A trailer: too late to say anything of the body.
+    if (isSameName(name, "content-encoding") && !value.empty() && !isSameName(value, "identity")) {
+        if (isGzip_ || !(isSameName(value, "gzip") || isSameName(value, "x-gzip")))
+            failMalformed("the response is encoded in a way that was not asked for");
+        isGzip_ = true;
+    } else if (isSameName(name, "location")) {
+        if (!location_.empty() && location_ != value)
+            failMalformed("ambiguous Location in the response");
+        location_ = value;
+    }
+}
+
+void ResponseHeader::readFraming(const std::string& name, const std::string& value) {
+    if (isSameName(name, "transfer-encoding")) {
+        if (isChunked_ || !isSameName(value, "chunked"))
+            failMalformed("ambiguous Transfer-Encoding in the response");
+        isChunked_ = true;
+    } else if (isSameName(name, "content-length")) {
+        if (!isLength(value) || length_.value_or(value) != value)
+            failMalformed("ambiguous Content-Length in the response");
+        length_ = value;
+    }
+    if (isChunked_ && length_)
+        failMalformed("the response has a Content-Length and a Transfer-Encoding");
+}
+
+bool ResponseHeader::hasEnded() const {
+    return phase_ == Phase::ENDED;
+}
+
+const std::string& ResponseHeader::redirection() const {
+    static const std::string none;
+    return status_ >= 300 && status_ <= 399 ? location_ : none;
+}
+
+bool ResponseHeader::isChunked() const {
+    return isChunked_;
+}
+
+bool ResponseHeader::isGzip() const {
+    return isGzip_;
+}
+
+bool ResponseHeader::endsWithConnection() const {
+    const bool hasBody = status_ >= 200 && status_ != 204 && status_ != 304;
+    return isHttp1_ && hasBody && !isChunked_ && !length_;
+}
+
+} // namespace OrvaneHost

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace OrvaneHost {
+
+/// The header of a response, and how it says that the body is framed. libcurl overlooks some of what makes a response
+/// ambiguous; whoever stands between may have understood it otherwise.
+class ResponseHeader {
+public:
+    /// Takes the next line, as libcurl passes it: those of interim responses and of a proxy's answer to CONNECT come
+    /// first, each starting with its status line, and trailers come behind the body. Throws `TransferError`.
+    void readLine(std::string_view line);
+
+    bool hasEnded() const;
+
+    /// Where the response redirects to; empty if it does not.
+    const std::string& redirection() const;
+
+    bool isChunked() const;
+    bool isGzip() const;
+
+    /// Whether nothing but the end of the connection tells where the body ends.
+    bool endsWithConnection() const;
+
+private:
+    enum class Phase { AWAITED, OPEN, ENDED };
+
+    void start(std::string_view statusLine);
+    void readField(const std::string& name, const std::string& value);
+    void readFraming(const std::string& name, const std::string& value);
+
+    Phase phase_ = Phase::AWAITED;
+    int status_ = 0;
+    bool isHttp1_ = false;
+    std::optional<std::string> length_;
+    bool isChunked_ = false;
+    bool isGzip_ = false;
+    std::string location_;
+};
+
+} // namespace OrvaneHost
