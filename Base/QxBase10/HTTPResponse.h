@@ -20,7 +20,7 @@ public:
     /// Why there is no answer.
     enum class FailureKind : std::int32_t {
         NONE = 0,      ///< There is an answer.
-        REFUSED,       ///< Not sent: the client does not send such a request, or does not follow such a redirect.
+        NOT_ALLOWED,   ///< Not sent: the client does not send such a request, or does not follow such a redirect.
         NETWORK,       ///< No host, no connection, or one that broke.
         TLS,           ///< No secure connection: a certificate that is not accepted, for example.
         TIMEOUT,       ///< It took longer than it may.

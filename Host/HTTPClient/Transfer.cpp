@@ -126,7 +126,7 @@ Transfer::Transfer(const Qx::HTTPRequest& request, const TransferRules& rules, T
     if (refusal.empty())
         headers_ = toCurl(request.getHeaders());
     else
-        error_.emplace(FailureKind::REFUSED, "refused: " + refusal);
+        error_.emplace(FailureKind::NOT_ALLOWED, "refused: " + refusal);
 }
 
 bool Transfer::isRefused() const {
@@ -324,7 +324,7 @@ bool Transfer::follow(CURLcode result) noexcept {
 
 void Transfer::redirect() {
     const auto refuse = [](const std::string& reason) {
-        throw TransferError(FailureKind::REFUSED, "refused to follow a redirect: " + reason);
+        throw TransferError(FailureKind::NOT_ALLOWED, "refused to follow a redirect: " + reason);
     };
     if (redirects_++ >= rules_.settings().maxRedirects)
         refuse(fmt::format("there are more than {}", std::max(rules_.settings().maxRedirects, 0)));

@@ -40,33 +40,49 @@ inline RawServer::Serve repeating(std::string first, std::string again, std::chr
 
 inline const std::string ok = "HTTP/1.1 200 OK\r\n";
 inline const std::string chunked = ok + "Transfer-Encoding: chunked\r\n\r\n";
+inline const std::string gzip = ok + "Content-Encoding: gzip\r\n";
+/// "{}" in gzip, but for the last byte.
+inline const std::string gzipCutShort{"\x1F\x8B\x08\0\0\0\0\0\x02\x03\xAB\xAE\x05\0\x43\xBF\xA6\xA3\x02\0\0", 21};
 
 /// The faults that end by themselves, or at the client's limits for the header.
 inline std::vector<Fault> quick() {
     using namespace std::chrono_literals;
-    return {{"ClosedBeforeTheAnswer", sending("")},
-            {"ResetBeforeTheAnswer", resetBehind("")},
-            {"ClosedInTheHeader", sending(ok + "Content-Le")},
-            {"ClosedBehindTheStatusLine", sending(ok)},
-            {"ResetInTheHeader", resetBehind(ok + "Content-Le")},
-            {"BodyShorterThanItsLength", sending(ok + "Content-Length: 100\r\n\r\n{}")},
-            {"ResetInTheBody", resetBehind(ok + "Content-Length: 100\r\n\r\n{}")},
-            {"ChunkCutShort", sending(chunked + "ff\r\n{}")},
-            {"NoLastChunk", sending(chunked + "2\r\n{}\r\n")},
-            {"BadChunkSize", sending(chunked + "zz\r\n{}\r\n0\r\n\r\n")},
-            {"EndlessHeader", repeating(ok, "X: " + std::string(1000, 'x') + "\r\n", 0ms)},
-            {"EndlessHeaderLine", repeating(ok + "X: ", std::string(1000, 'x'), 0ms)},
-            {"EndlessInterimAnswers", repeating("", "HTTP/1.1 100 Continue\r\n\r\n", 0ms)},
-            {"NoStatusLine", sending("no status line\r\n\r\n{}")},
-            {"NoStatus", sending("HTTP/1.1 yes\r\n\r\n{}")},
-            {"BrokenGzip", sending(ok + "Content-Encoding: gzip\r\nContent-Length: 4\r\n\r\nbody")},
-            {"TwoLengths", sending(ok + "Content-Length: 4\r\ncontent-length: 2\r\n\r\n{}{}")},
-            {"LengthList", sending(ok + "Content-Length: 2, 4\r\n\r\n{}{}")},
-            {"LengthBeforeABlank", sending(ok + "Content-Length : 4\r\nContent-Length: 2\r\n\r\n{}{}")},
-            {"LengthOfTwoLines", sending(ok + "Content-Length: 2\r\n 4\r\n\r\n{}{}")},
-            {"LengthAndChunks",
-             sending(ok + "Content-Length: 2\r\nTransfer-Encoding: chunked\r\n\r\n2\r\n{}\r\n0\r\n\r\n")},
-            {"RedirectWithinTheHeader", sending("HTTP/1.1 302 Found\r\nLocation: /good\r\n")}};
+    return {
+        {"ClosedBeforeTheAnswer", sending("")},
+        {"ResetBeforeTheAnswer", resetBehind("")},
+        {"ClosedInTheHeader", sending(ok + "Content-Le")},
+        {"ClosedBehindTheStatusLine", sending(ok)},
+        {"ResetInTheHeader", resetBehind(ok + "Content-Le")},
+        {"BodyShorterThanItsLength", sending(ok + "Content-Length: 100\r\n\r\n{}")},
+        {"ResetInTheBody", resetBehind(ok + "Content-Length: 100\r\n\r\n{}")},
+        {"ChunkCutShort", sending(chunked + "ff\r\n{}")},
+        {"NoLastChunk", sending(chunked + "2\r\n{}\r\n")},
+        {"BadChunkSize", sending(chunked + "zz\r\n{}\r\n0\r\n\r\n")},
+        {"EndlessHeader", repeating(ok, "X: " + std::string(1000, 'x') + "\r\n", 0ms)},
+        {"EndlessHeaderLine", repeating(ok + "X: ", std::string(1000, 'x'), 0ms)},
+        {"EndlessInterimAnswers", repeating("", "HTTP/1.1 100 Continue\r\n\r\n", 0ms)},
+        {"NoStatusLine", sending("no status line\r\n\r\n{}")},
+        {"NoStatus", sending("HTTP/1.1 yes\r\n\r\n{}")},
+        {"BrokenGzip", sending(gzip + "Content-Length: 4\r\n\r\nbody")},
+        {"GzipCutShort", sending(gzip + "Content-Length: 21\r\n\r\n" + gzipCutShort)},
+        {"GzipCutShortInChunks",
+         sending(gzip + "Transfer-Encoding: chunked\r\n\r\n15\r\n" + gzipCutShort + "\r\n0\r\n\r\n")},
+        {"GzipCutShortByTheEnd", sending(gzip + "\r\n" + gzipCutShort)},
+        {"GzipWithMoreBehind", sending(gzip + "\r\n" + gzipCutShort + '\0' + "more")},
+        {"GzipAsTransferCoding",
+         sending(ok + "Transfer-Encoding: gzip, chunked\r\n\r\n15\r\n" + gzipCutShort + "\r\n0\r\n\r\n")},
+        {"EncodingThatNobodyAskedFor", sending(ok + "Content-Encoding: br\r\nContent-Length: 2\r\n\r\n{}")},
+        {"TwoLengths", sending(ok + "Content-Length: 4\r\ncontent-length: 2\r\n\r\n{}{}")},
+        {"LengthList", sending(ok + "Content-Length: 2, 4\r\n\r\n{}{}")},
+        {"LengthBeforeABlank", sending(ok + "Content-Length : 4\r\nContent-Length: 2\r\n\r\n{}{}")},
+        {"LengthOfTwoLines", sending(ok + "Content-Length: 2\r\n 4\r\n\r\n{}{}")},
+        {"LengthAndChunks",
+         sending(ok + "Content-Length: 2\r\nTransfer-Encoding: chunked\r\n\r\n2\r\n{}\r\n0\r\n\r\n")},
+        {"LengthAndChunksInCapitals",
+         sending(ok + "CONTENT-LENGTH: 2\r\nTRANSFER-ENCODING: CHUNKED\r\n\r\n2\r\n{}\r\n0\r\n\r\n")},
+        {"LengthOf19Digits", sending(ok + "Content-Length: 0000000000000000002\r\n\r\n{}")},
+        {"TwoRedirects", sending("HTTP/1.1 302 Found\r\nLocation: /good\r\nLocation: /2\r\nContent-Length: 0\r\n\r\n")},
+        {"RedirectWithinTheHeader", sending("HTTP/1.1 302 Found\r\nLocation: /good\r\n")}};
 }
 
 /// All faults; the others last until the client gives up or goes.

@@ -18,6 +18,7 @@ public:
     TestServer(Handler handler, std::unique_ptr<httplib::Server> server) : server_(std::move(server)) {
         server_->new_task_queue = [] { return new httplib::ThreadPool(32); };
         server_->set_tcp_nodelay(true);
+        server_->set_keep_alive_timeout(1); // Seconds; stopping waits for idle connections.
         server_->Get(".*", handler);
         server_->Post(".*", handler);
         port_ = server_->bind_to_any_port("127.0.0.1");

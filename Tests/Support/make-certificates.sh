@@ -5,6 +5,7 @@ set -euo pipefail
 mkdir -p "$1"
 cd "$1"
 exec 2>/dev/null
+unset OPENSSL_CONF
 
 new_key=(-newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes)
 for name in authority other-authority self-signed; do

@@ -99,10 +99,20 @@ TEST_P(CurlHTTPClientWithoutMemoryInBothTypes, AnswersOnceWhateverItsThreadLacks
             while (completions == 0)
                 std::this_thread::sleep_for(1ms);
             hasFailed = failing.hasFailed();
+            HTTPRequest next = makeRequest(server.url("/next"), Type::CALLING_THREAD);
+            next.setAuthType(HTTPRequest::AuthType::NONE);
+            send(client, next);
         }
         EXPECT_EQ(completions, 1) << number;
     }
     EXPECT_GT(number, 20U);
+    const std::string received = server.received();
+    for (std::size_t next = received.find("GET /next"); next != std::string::npos;) {
+        const std::size_t end = received.find("\r\n\r\n", next);
+        EXPECT_EQ(received.substr(next, end - next).find("Authorization"), std::string::npos)
+            << "that of the one before";
+        next = received.find("GET /next", end);
+    }
 }
 
 } // namespace

@@ -11,9 +11,13 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <fmt/format.h>
 #include <gtest/gtest.h>
+#include <locale>
+#include <openssl/ssl.h>
+#include <sys/resource.h>
 #include <tuple>
 #include <zlib.h>
 
@@ -56,10 +60,28 @@ void expectFailure(CurlHTTPClient& client, const std::string& url, Type type,
     EXPECT_EQ(response.getReason().find(token), std::string::npos);
 }
 
+// A host's locale in which "i" and "I" are not the same letter, as in Turkish.
+class ScopedTurkishLetters {
+public:
+    ScopedTurkishLetters(const ScopedTurkishLetters&) = delete;
+    ScopedTurkishLetters& operator=(const ScopedTurkishLetters&) = delete;
+    ScopedTurkishLetters() : before_(std::locale::global(std::locale(std::locale(), new Letters))) {}
+    ~ScopedTurkishLetters() { std::locale::global(before_); }
+
+private:
+    struct Letters : std::ctype<char> {
+        char do_toupper(char letter) const override { return letter == 'i' ? letter : ctype::do_toupper(letter); }
+        char do_tolower(char letter) const override { return letter == 'I' ? letter : ctype::do_tolower(letter); }
+    };
+
+    const std::locale before_;
+};
+
 class HostileNetworkWithFault : public testing::TestWithParam<std::tuple<std::size_t, Type>> {};
 
 TEST_P(HostileNetworkWithFault, AnswersOnceWithAReasonAndGoesOn) {
     const auto [fault, type] = GetParam();
+    const ScopedTurkishLetters letters;
     const RawServer server(Faults::serving(Faults::all()));
     const auto completions = std::make_shared<std::atomic<int>>();
     {
@@ -91,6 +113,35 @@ TEST_P(HostileNetworkInBothTypes, ServersThatAreNotThere) {
     for (const std::string& url :
          {std::string("http://127.0.0.1:1/"), std::string("https://no-such-host.invalid/"), full.url("/")})
         expectFailure(client, url, GetParam(), std::make_shared<std::atomic<int>>());
+}
+
+std::clock_t processTime() {
+    return std::clock() * 1000 / CLOCKS_PER_SEC;
+}
+
+// A process that has more connections than it may have descriptors, by now, can't wait for them.
+TEST_P(HostileNetworkInBothTypes, AWaitThatFailsTakesNoTimeAndEnds) {
+    const RawServer silent(RawServer::stayingSilent);
+    CurlHTTPClient client(settings());
+    std::promise<HTTPResponse> answered;
+    std::thread caller([&] {
+        HTTPRequest request = makeRequest(silent.url("/"), GetParam(),
+                                          [&](const HTTPResponse& response) { answered.set_value(response); });
+        client.queueRequest(request);
+    });
+    std::this_thread::sleep_for(200ms);
+    rlimit before{};
+    getrlimit(RLIMIT_NOFILE, &before);
+    const rlimit none{1, before.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+    const std::clock_t start = processTime();
+    const HTTPResponse response = answered.get_future().get();
+    EXPECT_LT(processTime() - start, 500);
+    setrlimit(RLIMIT_NOFILE, &before);
+    caller.join();
+    EXPECT_NE(response.getReason().find("does not let the client wait"), std::string::npos) << response.getReason();
+    const RawServer good(Faults::serving({}));
+    EXPECT_EQ(send(client, good.url("/")).getBody(), "{}");
 }
 
 TEST(HostileNetwork, EachTimeLimitHoldsByItself) {
@@ -133,20 +184,35 @@ RawServer::Serve bomb(std::size_t zeros) {
     };
 }
 
-RawServer::Serve endless(std::string header, std::size_t chunk) {
+RawServer::Serve endless(std::string first, std::string again) {
     return [=](const RawServer::Connection& connection) {
         connection.readRequest();
-        Faults::repeating(Faults::ok + header + "\r\n", fmt::format("{:x}\r\n{}\r\n", chunk, std::string(chunk, 'x')),
-                          0ms)(connection);
+        Faults::repeating(first, again, 0ms)(connection);
     };
+}
+
+// A chain of redirects that have a body of a megabyte each.
+void redirectWithBody(const RawServer::Connection& connection) {
+    constexpr std::size_t megabyte = std::size_t{1} << 20;
+    while (!connection.readRequest().empty())
+        connection.send(fmt::format("HTTP/1.1 307 Temporary Redirect\r\nLocation: /\r\nContent-Length: {}\r\n\r\n{}",
+                                    megabyte, std::string(megabyte, 'x')));
 }
 
 TEST_P(HostileNetworkInBothTypes, BodiesAreCutAtTheLimitAsDecoded) {
     constexpr std::size_t megabyte = std::size_t{1} << 20;
+    const std::string chunk = fmt::format("1000\r\n{}\r\n", std::string(4096, 'x'));
+    const std::string emptyGzip("\x1F\x8B\x08\0\0\0\0\0\x02\x03\x03\0\0\0\0\0\0\0\0\0", 20);
+    const std::string redirect = "HTTP/1.1 302 Found\r\nLocation: /\r\n";
     const std::tuple<const char*, RawServer::Serve, std::size_t> cases[] = {
-        {"plain, without a length", endless("Connection: close\r\n", 4096), 8 * megabyte},
-        {"plain, with a length", endless("Content-Length: 100000000000\r\n", 4096), 8 * megabyte},
-        {"chunked", endless("Transfer-Encoding: chunked\r\n", 4096), 8 * megabyte},
+        {"plain, without a length", endless(Faults::ok + "Connection: close\r\n\r\n", chunk), 8 * megabyte},
+        {"plain, with a length", endless(Faults::ok + "Content-Length: 100000000000\r\n\r\n", chunk), 8 * megabyte},
+        {"chunked", endless(Faults::chunked, chunk), 8 * megabyte},
+        {"behind a chunk's size", endless(Faults::chunked + "1;", std::string(4096, 'x')), megabyte},
+        {"of a redirect", endless(redirect + "\r\n", chunk), megabyte},
+        {"of a redirect in chunks", endless(redirect + "Transfer-Encoding: chunked\r\n\r\n", chunk), megabyte},
+        {"of all redirects", redirectWithBody, 4 * megabyte},
+        {"gzip of nothing", endless(Faults::gzip + "\r\n", emptyGzip + emptyGzip), megabyte},
         {"gzip of 2 MiB", bomb(2 * megabyte), megabyte},
         {"gzip of 64 MiB", bomb(64 * megabyte), megabyte},
         {"gzip of 2 GiB", bomb(2048 * megabyte), 256 * megabyte}};
@@ -158,6 +224,7 @@ TEST_P(HostileNetworkInBothTypes, BodiesAreCutAtTheLimitAsDecoded) {
         const PeakMemory memory;
         const HTTPResponse response = send(client, makeRequest(server.url("/"), GetParam()));
         EXPECT_EQ(response.getReason(), fmt::format("the response is longer than {} bytes", limit)) << name;
+        EXPECT_EQ(response.getFailureKind(), HTTPResponse::FailureKind::TOO_LARGE) << name;
         EXPECT_LT(memory.growth(), limit + 64 * megabyte) << name;
     }
     const RawServer exact(bomb(2 * megabyte));
@@ -179,7 +246,10 @@ TEST(HostileText, CannotSmuggle) {
                                           {"Name", bad},
                                           {"", "value"},
                                           {"Na:me", "value"},
-                                          {"Name;", ""}}) {
+                                          {"Name;", ""},
+                                          {"Content-Length", "9"},
+                                          {"transfer-encoding", "chunked"},
+                                          {"HOST", "other.example"}}) {
             HTTPRequest request = makeRequest(server.url("/"), Type::CALLING_THREAD);
             request.setHeader(name, value);
             EXPECT_EQ(send(*client, request).getReason().substr(0, 8), "refused:") << name << value;
@@ -233,17 +303,33 @@ protected:
     static void TearDownTestSuite() { std::filesystem::remove_all(folder); }
 
     // A server with the certificate of that name that redirects where the query says, or tells the token it got.
-    std::unique_ptr<TestServer> serve(const std::string& name) {
-        const std::string path = folder + '/' + name;
+    std::unique_ptr<TestServer> serve(const std::string& name, int maxVersion = TLS1_3_VERSION) {
         return std::make_unique<TestServer>(
             [this](const httplib::Request& request, httplib::Response& response) {
                 ++received;
                 if (request.has_param("to"))
                     response.set_redirect(request.get_param_value("to"));
+                else if (request.has_param("cut"))
+                    endWithoutLength(response, request.get_param_value("cut") == "yes");
                 else
                     response.set_content("token " + request.get_header_value("Authorization"), "text/plain");
             },
-            std::make_unique<httplib::SSLServer>((path + ".pem").c_str(), (path + ".key").c_str()));
+            std::make_unique<httplib::SSLServer>([&](SSL_CTX& context) {
+                const std::string path = folder + '/' + name;
+                SSL_CTX_set_max_proto_version(&context, maxVersion);
+                return SSL_CTX_use_certificate_chain_file(&context, (path + ".pem").c_str()) == 1 &&
+                       SSL_CTX_use_PrivateKey_file(&context, (path + ".key").c_str(), SSL_FILETYPE_PEM) == 1;
+            }));
+    }
+
+    // A body that the end of the connection ends, which the server tells or not.
+    static void endWithoutLength(httplib::Response& response, bool isCut) {
+        response.set_header("Connection", "close");
+        response.set_content_provider("text/plain", [isCut](std::size_t, httplib::DataSink& sink) {
+            sink.write("{}", 2);
+            sink.done();
+            return !isCut;
+        });
     }
 
     static std::string url(const TestServer& server, const std::string& path) {
@@ -261,6 +347,9 @@ protected:
 };
 std::string Certificates::folder;
 
+// Before OpenSSL reads them: a system's settings that permit all.
+const int permissive = setenv("OPENSSL_CONF", TEST_SOURCES "/Support/permissive-openssl.cnf", 1);
+
 TEST_F(Certificates, AreVerifiedBeforeAnythingIsSent) {
     const std::tuple<const char*, const char*, bool> cases[] = {{"good", "authority", true},
                                                                 {"good", "other-authority", false},
@@ -274,7 +363,20 @@ TEST_F(Certificates, AreVerifiedBeforeAnythingIsSent) {
         EXPECT_EQ(received, isGood ? 1 : 0) << certificate;
     }
     const auto server = serve("good");
-    EXPECT_EQ(send(settings(), url(*server, "/")).getStatus(), 0) << "the system knows nothing of the authority";
+    const HTTPResponse unknown = send(settings(), url(*server, "/"));
+    EXPECT_EQ(unknown.getFailureKind(), HTTPResponse::FailureKind::TLS) << "the system knows nothing of the authority";
+}
+
+TEST_F(Certificates, AreOfNoUseToAVersionOfTLSThatIsBroken) {
+    EXPECT_EQ(send(trusting("authority"), url(*serve("good", TLS1_2_VERSION), "/")).getStatus(), 200);
+    const HTTPResponse old = send(trusting("authority"), url(*serve("good", TLS1_1_VERSION), "/"));
+    EXPECT_EQ(old.getFailureKind(), HTTPResponse::FailureKind::TLS) << "even if the system's settings permit it";
+}
+
+TEST_F(Certificates, TellABodyThatWasCutFromOneThatEnded) {
+    const auto server = serve("good");
+    EXPECT_EQ(send(trusting("authority"), url(*server, "/?cut=no")).getBody(), "{}");
+    EXPECT_EQ(send(trusting("authority"), url(*server, "/?cut=yes")).getReason(), "the response was cut short");
 }
 
 TEST_F(Certificates, KeepTheTokenFromWhereARedirectLeads) {
