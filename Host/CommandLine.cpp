@@ -28,6 +28,8 @@ void addRequestOptions(CLI::App& command, CommandLine& commandLine) {
                        "File that holds the bearer token; without it the environment variable ORVANE_TOKEN");
     command.add_option("--timeout", commandLine.timeout, "Seconds that one request may take (120)")
         ->check(CLI::Range(1, 86400));
+    command.add_option("--max-size", commandLine.maxSizeInMiB, "MiB that one answer may have (256)")
+        ->check(CLI::Range(1, 4095));
     command.add_flag("--async", commandLine.async, "Have requests answered on a thread of the HTTP client");
     command.add_flag("--json", commandLine.json, "Print JSON, one line for each URN");
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <list>
 #include <optional>
 #include <string>
@@ -20,6 +21,7 @@ struct CommandLine {
     std::string v3Service;
     std::string tokenFile; ///< Empty for the environment's token.
     std::chrono::seconds timeout = std::chrono::seconds(120);
+    std::size_t maxSizeInMiB = 256; ///< Of one answer.
     bool async = false;
     bool json = false;
 

@@ -4,6 +4,7 @@
 #include "Base/QxBaseCore10/Strings.h"
 #include "Host/AssemblyReport.h"
 #include "Host/Console.h"
+#include "Host/FailureText.h"
 #include "Host/FolderReport.h"
 #include "Host/ServiceConnection.h"
 #include "Server/Orvane/FolderContentLink.h"
@@ -37,8 +38,8 @@ int printReport(const CommandLine& commandLine, const Report& report) {
     return 0;
 }
 
-int printFailure(const Qx::HTTPResponse& response, const std::string& urn) {
-    printError(explainFailure(response, urn));
+int printFailure(const Qx::HTTPResponse& response, const std::string& urn, const CommandLine& commandLine) {
+    printError(explainFailure(response, urn, commandLine));
     return 1;
 }
 
@@ -75,7 +76,7 @@ int runFolder(const CommandLine& commandLine) {
         const std::string& urn = commandLine.urns[i];
         const auto& [success, contents] = listings[i];
         if (!success) {
-            exitStatus = printFailure(responses[i], urn);
+            exitStatus = printFailure(responses[i], urn, commandLine);
         } else if (commandLine.json) {
             printOutput(folderJSON(urn, contents));
         } else {
@@ -99,7 +100,7 @@ int runAssembly(const CommandLine& commandLine) {
     const std::vector<Qx::HTTPResponse> responses = connection.waitForResponses();
     const auto assembly = std::dynamic_pointer_cast<FullAssemblyDataV3>(outcome.data);
     if (!outcome.success || !assembly)
-        return printFailure(responses.front(), urn);
+        return printFailure(responses.front(), urn, commandLine);
     return printReport(commandLine, reportAssembly(*assembly, connection.events()));
 }
 
@@ -115,7 +116,7 @@ int runAccess(const CommandLine& commandLine) {
         commandLine.algorithm);
     const std::vector<Qx::HTTPResponse> responses = connection.waitForResponses();
     if (!outcome.success)
-        return printFailure(responses.front(), urn);
+        return printFailure(responses.front(), urn, commandLine);
     return printReport(commandLine, reportAccess(outcome.data));
 }
 

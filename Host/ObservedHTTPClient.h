@@ -2,7 +2,7 @@
 
 #include "Base/QxBase10/IHTTPClient.h"
 
-#include <condition_variable>
+#include <cstddef>
 #include <memory>
 #include <mutex>
 #include <vector>
@@ -10,7 +10,8 @@
 namespace OrvaneHost {
 
 /// Passes requests on to another client and keeps their responses. The library tells its callers only that a
-/// request failed; whoever has to tell a user why looks here.
+/// request failed; whoever has to tell a user why looks here. A completion may destroy it if it may destroy that
+/// client.
 class ObservedHTTPClient : public Qx::IHTTPClient {
 public:
     explicit ObservedHTTPClient(std::unique_ptr<Qx::IHTTPClient> client);
@@ -22,18 +23,19 @@ public:
                          Qx::HTTPRequest::ExecutionType executionType) override;
 
     /// Waits until every request and every batch sent so far is answered and its callbacks have returned, and
-    /// gives the responses: those of a batch in the order of its requests.
+    /// hands over the responses, in the order in which the requests were sent. The next call waits for and hands over
+    /// what has been sent since. What the client did not send, but threw, has no response.
     std::vector<Qx::HTTPResponse> waitForResponses();
 
 private:
-    void expect(std::size_t answers);
-    void keep(const std::vector<Qx::HTTPResponse>& responses);
+    class Exchange;
 
+    template <class Send>
+    void observe(std::size_t responses, Send send);
+
+    const std::unique_ptr<Qx::IHTTPClient> client_;
     std::mutex mutex_;
-    std::condition_variable answered_;
-    std::size_t expected_ = 0;
-    std::vector<Qx::HTTPResponse> responses_;
-    const std::unique_ptr<Qx::IHTTPClient> client_; // The last: its completions use the others until it has ended.
+    std::vector<std::shared_ptr<Exchange>> sent_;
 };
 
 } // namespace OrvaneHost

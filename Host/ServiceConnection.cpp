@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 #include <fstream>
 #include <stdexcept>
+#include <system_error>
 #include <utility>
 
 namespace OrvaneHost {
@@ -33,6 +34,25 @@ std::string tokenFor(const CommandLine& commandLine) {
     throw std::runtime_error("there is no token; set ORVANE_TOKEN or name a file with --token-file");
 }
 
+CurlHTTPClientSettings settingsFor(const CommandLine& commandLine) {
+    CurlHTTPClientSettings settings;
+    settings.token = tokenFor(commandLine);
+    settings.requestTimeout = commandLine.timeout;
+    settings.stallTimeout = commandLine.timeout;
+    settings.maxBodyBytes = commandLine.maxSizeInMiB << 20;
+    return settings;
+}
+
+std::unique_ptr<CurlHTTPClient> makeClient(const CurlHTTPClientSettings& settings) {
+    try {
+        return std::make_unique<CurlHTTPClient>(settings);
+    } catch (const std::invalid_argument& error) {
+        throw std::runtime_error(fmt::format("{}; check --service and --v3-service", error.what()));
+    } catch (const std::system_error&) {
+        throw std::runtime_error("can't start the threads of the HTTP client; end other programs, or allow more");
+    }
+}
+
 void setAddresses(const std::string& service, const std::string& v3Service) {
     const auto options = Qx::ApplicationOptions::get(optionsName);
     options->set(L"orvaneServiceUrl", Qx::ToIString(service));
@@ -54,26 +74,33 @@ std::string readToken(const std::string& tokenFile) {
     return token;
 }
 
-ServiceConnection::ServiceConnection(const CommandLine& commandLine) {
-    CurlHTTPClientSettings settings;
-    settings.token = tokenFor(commandLine);
-    settings.requestTimeout = commandLine.timeout;
+TrackedEvents::TrackedEvents() {
+    Qx::Analytics::setEventSink([this](const Qx::Analytics::Report& event, bool) { events_.push_back(event); });
+}
 
+TrackedEvents::~TrackedEvents() {
+    Qx::Analytics::setEventSink({});
+}
+
+const std::vector<Qx::Analytics::Report>& TrackedEvents::all() const {
+    return events_;
+}
+
+ServiceConnection::ServiceConnection(const CommandLine& commandLine) {
+    CurlHTTPClientSettings settings = settingsFor(commandLine);
     std::string service = withoutSlashAtEnd(commandLine.service);
     if (service.empty()) {
         localService_.emplace(ServiceData::sample(), settings.token, 0);
         service = localService_->baseUri();
     }
-    setAddresses(service, commandLine.v3Service.empty() ? service + "/v3" : withoutSlashAtEnd(commandLine.v3Service));
+    const std::string v3Service =
+        commandLine.v3Service.empty() ? service + "/v3" : withoutSlashAtEnd(commandLine.v3Service);
+    setAddresses(service, v3Service);
+    settings.tokenOrigins = {service, v3Service};
 
-    Qx::Analytics::setEventSink([this](const Qx::Analytics::Report& event, bool) { events_.push_back(event); });
-    httpClient_ = std::make_shared<ObservedHTTPClient>(std::make_unique<CurlHTTPClient>(settings));
+    httpClient_ = std::make_shared<ObservedHTTPClient>(makeClient(settings));
     orvanedm_.emplace(httpClient_, optionsName);
     orvanedm_->setAsync(commandLine.async);
-}
-
-ServiceConnection::~ServiceConnection() {
-    Qx::Analytics::setEventSink({});
 }
 
 Qx::Orvanedm& ServiceConnection::orvanedm() {
@@ -85,29 +112,7 @@ std::vector<Qx::HTTPResponse> ServiceConnection::waitForResponses() {
 }
 
 const std::vector<Qx::Analytics::Report>& ServiceConnection::events() const {
-    return events_;
-}
-
-std::string explainFailure(const Qx::HTTPResponse& response, const std::string& urn) {
-    const int status = response.getStatus();
-    if (response.isSuccessful())
-        return fmt::format("the answer for {} is not JSON; check --service", urn);
-    if (response.getReason().starts_with("refused: "))
-        return fmt::format("the request for {} was {}", urn, response.getReason());
-    switch (status) {
-    case 0:
-        return fmt::format("no answer for {}: {}; check --service and your network", urn, response.getReason());
-    case 401:
-        return "the service does not accept the token (401); set ORVANE_TOKEN or --token-file to a valid one";
-    case 403:
-        return fmt::format("you may not see {} (403); ask its owner for access", urn);
-    case 404:
-        return fmt::format("the service does not know {} (404); check the URN", urn);
-    default:
-        return fmt::format("the service {} (status {}); {}",
-                           status < 500 ? "takes no such request for " + urn : "failed on " + urn, status,
-                           status < 500 ? "check --service and the URN" : "try again later");
-    }
+    return events_.all();
 }
 
 } // namespace OrvaneHost

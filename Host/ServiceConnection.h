@@ -20,17 +20,29 @@ constexpr const char* sampleToken = "sample-token";
 /// `std::runtime_error` with a message of one line if the file can't be read or is empty.
 std::string readToken(const std::string& tokenFile);
 
+/// Keeps the usage events that the library tracks while it lives.
+class TrackedEvents {
+public:
+    TrackedEvents();
+    TrackedEvents(const TrackedEvents&) = delete;
+    TrackedEvents& operator=(const TrackedEvents&) = delete;
+    ~TrackedEvents();
+
+    /// Not to be asked while a request is in flight.
+    const std::vector<Qx::Analytics::Report>& all() const;
+
+private:
+    std::vector<Qx::Analytics::Report> events_;
+};
+
 /// All that one command needs to talk to the service: the service itself if it is the local one, its
 /// addresses in the application options, the HTTP client and the library's client, and the usage events that
 /// it tracks.
 class ServiceConnection {
 public:
-    /// Throws `std::runtime_error` with a message of one line if there is no token for a service of the user's, or the
-    /// token file can't be read.
+    /// Throws an exception with a message of one line if there is no token for a service of the user's, the token file
+    /// can't be read, an address is none, or threads are not to be had.
     explicit ServiceConnection(const CommandLine& commandLine);
-    ServiceConnection(const ServiceConnection&) = delete;
-    ServiceConnection& operator=(const ServiceConnection&) = delete;
-    ~ServiceConnection();
 
     Qx::Orvanedm& orvanedm();
 
@@ -42,12 +54,9 @@ public:
 
 private:
     std::optional<LocalService> localService_;
-    std::vector<Qx::Analytics::Report> events_;
+    TrackedEvents events_; // Before the client, whose completions track them until it has ended.
     std::shared_ptr<ObservedHTTPClient> httpClient_;
     std::optional<Qx::Orvanedm> orvanedm_;
 };
-
-/// What a failed request means for the user and what to do about it, in one line.
-std::string explainFailure(const Qx::HTTPResponse& response, const std::string& urn);
 
 } // namespace OrvaneHost

@@ -21,9 +21,9 @@ public:
     enum class FailureKind : std::int32_t {
         NONE = 0,      ///< There is an answer.
         NOT_ALLOWED,   ///< Not sent: the client does not send such a request, or does not follow such a redirect.
-        NETWORK,       ///< No host, no connection, or one that broke.
+        NETWORK,       ///< No host, no connection in time, or one that broke.
         TLS,           ///< No secure connection: a certificate that is not accepted, for example.
-        TIMEOUT,       ///< It took longer than it may.
+        TIMEOUT,       ///< The answer took longer than it may.
         TOO_LARGE,     ///< The body is larger than it may be.
         MALFORMED,     ///< What came back is no proper HTTP response.
         CLOSED,        ///< The client was closed first.

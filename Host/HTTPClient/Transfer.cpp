@@ -84,10 +84,17 @@ bool isTlsOpen(CURL* easy) {
     return (SSL_get_shutdown(static_cast<SSL*>(session->internals)) & SSL_RECEIVED_SHUTDOWN) == 0;
 }
 
-FailureKind kindOf(CURLcode result) {
+// Without a connection there was nothing to wait for.
+FailureKind kindOfTimeout(CURL* easy) {
+    curl_off_t connected = 0;
+    curl_easy_getinfo(easy, CURLINFO_PRETRANSFER_TIME_T, &connected);
+    return connected > 0 ? FailureKind::TIMEOUT : FailureKind::NETWORK;
+}
+
+FailureKind kindOf(CURLcode result, CURL* easy) {
     switch (result) {
     case CURLE_OPERATION_TIMEDOUT:
-        return FailureKind::TIMEOUT;
+        return kindOfTimeout(easy);
     case CURLE_OUT_OF_MEMORY:
         return FailureKind::OUT_OF_MEMORY;
     case CURLE_PEER_FAILED_VERIFICATION:
@@ -373,7 +380,7 @@ Qx::HTTPResponse Transfer::responseTo(CURLcode result) {
     if (error_)
         return HTTPResponse::transportFailure(error_->kind(), error_->what());
     if (result != CURLE_OK)
-        return HTTPResponse::transportFailure(kindOf(result), reasonOf(result, curlError_.data()));
+        return HTTPResponse::transportFailure(kindOf(result, easy_.get()), reasonOf(result, curlError_.data()));
     const bool isConnectionCut = header_.endsWithConnection() && isTlsOpen_;
     if (!header_.hasEnded() || isConnectionCut || (gzip_ && !gzip_->isComplete()))
         return HTTPResponse::transportFailure(FailureKind::NETWORK, cutShort);

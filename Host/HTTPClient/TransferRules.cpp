@@ -36,7 +36,8 @@ std::vector<Destination> destinationsOf(const std::vector<std::string>& urls) {
     for (const std::string& url : urls) {
         destinations.emplace_back(url);
         if (!destinations.back().refusal().empty())
-            throw std::invalid_argument("tokenOrigins: " + destinations.back().refusal());
+            throw std::invalid_argument(
+                fmt::format("the token can't go to \"{}\": {}", url, destinations.back().refusal()));
     }
     return destinations;
 }

@@ -1,8 +1,11 @@
 #include "Host/LocalService/LocalService.h"
 
+#include "Host/LocalService/Workers.h"
+
 #include <fmt/format.h>
 #include <httplib.h>
 #include <stdexcept>
+#include <system_error>
 #include <utility>
 
 namespace OrvaneHost {
@@ -10,7 +13,11 @@ namespace OrvaneHost {
 namespace {
 
 constexpr const char* host = "127.0.0.1";
-constexpr const char* jsonType = "application/json";
+// With the bare type the server would compress: with brotli, at a level that takes seconds for a megabyte.
+constexpr const char* jsonType = "application/json; charset=utf-8";
+
+// A connection that is kept alive holds a thread, so there have to be more than clients keep open.
+constexpr std::size_t workerThreads = 32;
 
 void answerError(httplib::Response& response, int status, const char* title, const char* detail) {
     response.status = status;
@@ -21,8 +28,7 @@ void answerError(httplib::Response& response, int status, const char* title, con
 
 LocalService::LocalService(ServiceData data, std::string token, int port)
     : data_(std::move(data)), token_(std::move(token)), server_(std::make_unique<httplib::Server>()) {
-    // A connection that is kept alive holds a thread, so there have to be more than clients keep open.
-    server_->new_task_queue = [] { return new httplib::ThreadPool(32); };
+    server_->new_task_queue = [this] { return workers_.release(); };
     server_->set_keep_alive_max_count(1'000'000);
     server_->set_keep_alive_timeout(1); // Seconds; stopping waits for idle connections.
     server_->set_payload_max_length(std::size_t{1} << 20);
@@ -42,13 +48,30 @@ LocalService::LocalService(ServiceData data, std::string token, int port)
                         "The service has no such address, or takes no such request.");
     });
 
-    port_ = port == 0 ? server_->bind_to_any_port(host) : (server_->bind_to_port(host, port) ? port : -1);
-    if (port_ <= 0)
+    try {
+        start(port);
+    } catch (const std::system_error&) {
+        throw std::runtime_error("can't start the threads of the local service; end other programs, or allow more");
+    }
+    if (port_ < 0)
         throw std::runtime_error(fmt::format("can't listen on port {} of {}; choose another with --port", port, host));
-    thread_ = std::thread([this] { server_->listen_after_bind(); });
+}
+
+void LocalService::start(int port) {
+    workers_ = std::make_unique<Workers>(workerThreads);
+    thread_ = std::thread([this, port] { listen(port); });
     // Only a server that runs can be stopped.
-    while (!server_->is_running())
+    while (port_ >= 0 && !server_->is_running())
         std::this_thread::yield();
+    if (port_ < 0)
+        thread_.join();
+}
+
+void LocalService::listen(int port) {
+    const int bound = port == 0 ? server_->bind_to_any_port(host) : (server_->bind_to_port(host, port) ? port : -1);
+    port_ = bound;
+    if (bound > 0)
+        server_->listen_after_bind();
 }
 
 LocalService::~LocalService() {

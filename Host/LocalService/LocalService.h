@@ -2,6 +2,7 @@
 
 #include "Host/LocalService/ServiceData.h"
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <string>
@@ -15,6 +16,8 @@ struct Response;
 
 namespace OrvaneHost {
 
+class Workers;
+
 /// The Orvane service in small, on a loopback port, over HTTP/1.1 with keep-alive:
 ///
 ///     GET  /orvanedm/folders/{folder URN}/content
@@ -25,7 +28,7 @@ namespace OrvaneHost {
 class LocalService {
 public:
     /// Starts to serve, from threads of its own. `port` 0 takes any free port. Throws `std::runtime_error`
-    /// with a message of one line if the port is not to be had.
+    /// with a message of one line if the port or the threads are not to be had.
     LocalService(ServiceData data, std::string token, int port);
     LocalService(const LocalService&) = delete;
     LocalService& operator=(const LocalService&) = delete;
@@ -47,11 +50,14 @@ private:
     void answer(const httplib::Request& request, httplib::Response& response, ServiceData::Address address,
                 const std::string& urn) const;
     bool isAuthorized(const httplib::Request& request) const;
+    void start(int port);
+    void listen(int port);
 
     const ServiceData data_;
     const std::string token_;
     const std::unique_ptr<httplib::Server> server_;
-    int port_ = 0;
+    std::unique_ptr<Workers> workers_; // Until the server takes them.
+    std::atomic<int> port_ = 0;        // Below 0 if it is not to be had.
     std::thread thread_;
 };
 

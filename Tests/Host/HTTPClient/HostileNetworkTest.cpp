@@ -28,6 +28,7 @@ using OrvaneHost::CurlHTTPClientSettings;
 using Qx::HTTPRequest;
 using Qx::HTTPResponse;
 using Type = HTTPRequest::ExecutionType;
+using FailureKind = HTTPResponse::FailureKind;
 using namespace std::chrono_literals;
 
 CurlHTTPClientSettings impatient() {
@@ -149,6 +150,7 @@ TEST(HostileNetwork, EachTimeLimitHoldsByItself) {
     CurlHTTPClientSettings request = settings();
     request.requestTimeout = 200ms;
     EXPECT_NE(send(request, silent.url("/")).getReason().find("Operation timed out"), std::string::npos);
+    EXPECT_EQ(send(request, silent.url("/")).getFailureKind(), FailureKind::TIMEOUT);
     CurlHTTPClientSettings stall = settings();
     stall.stallTimeout = 1s;
     EXPECT_NE(send(stall, silent.url("/")).getReason().find("Operation too slow"), std::string::npos);
@@ -160,6 +162,7 @@ TEST(HostileNetwork, EachTimeLimitHoldsByItself) {
     for (int i = 0; i < 4; ++i)
         client.queueRequest(filler);
     EXPECT_NE(send(client, full.url("/")).getReason().find("Failed to connect"), std::string::npos);
+    EXPECT_EQ(send(client, full.url("/")).getFailureKind(), FailureKind::NETWORK);
 }
 
 // A gzip stream of that many zeros, in pieces, so that nobody has to hold even what is compressed.
@@ -224,7 +227,7 @@ TEST_P(HostileNetworkInBothTypes, BodiesAreCutAtTheLimitAsDecoded) {
         const PeakMemory memory;
         const HTTPResponse response = send(client, makeRequest(server.url("/"), GetParam()));
         EXPECT_EQ(response.getReason(), fmt::format("the response is longer than {} bytes", limit)) << name;
-        EXPECT_EQ(response.getFailureKind(), HTTPResponse::FailureKind::TOO_LARGE) << name;
+        EXPECT_EQ(response.getFailureKind(), FailureKind::TOO_LARGE) << name;
         EXPECT_LT(memory.growth(), limit + 64 * megabyte) << name;
     }
     const RawServer exact(bomb(2 * megabyte));
@@ -364,13 +367,13 @@ TEST_F(Certificates, AreVerifiedBeforeAnythingIsSent) {
     }
     const auto server = serve("good");
     const HTTPResponse unknown = send(settings(), url(*server, "/"));
-    EXPECT_EQ(unknown.getFailureKind(), HTTPResponse::FailureKind::TLS) << "the system knows nothing of the authority";
+    EXPECT_EQ(unknown.getFailureKind(), FailureKind::TLS) << "the system knows nothing of the authority";
 }
 
 TEST_F(Certificates, AreOfNoUseToAVersionOfTLSThatIsBroken) {
     EXPECT_EQ(send(trusting("authority"), url(*serve("good", TLS1_2_VERSION), "/")).getStatus(), 200);
     const HTTPResponse old = send(trusting("authority"), url(*serve("good", TLS1_1_VERSION), "/"));
-    EXPECT_EQ(old.getFailureKind(), HTTPResponse::FailureKind::TLS) << "even if the system's settings permit it";
+    EXPECT_EQ(old.getFailureKind(), FailureKind::TLS) << "even if the system's settings permit it";
 }
 
 TEST_F(Certificates, TellABodyThatWasCutFromOneThatEnded) {

@@ -1,7 +1,5 @@
 #include "Host/LocalService/ServiceData.h"
 
-#include "Host/LocalService/LocalService.h"
-
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -28,11 +26,6 @@ TEST(ServiceData, ReadsAFolderOfJSONFiles) {
     std::ofstream(folder / "folders/c.json") << "{";
     EXPECT_THROW(ServiceData::fromFolder(folder), std::runtime_error);
     std::filesystem::remove_all(folder);
-}
-
-TEST(LocalService, TakesOnlyAFreePort) {
-    const OrvaneHost::LocalService service(ServiceData::sample(), "t", 0);
-    EXPECT_THROW(OrvaneHost::LocalService(ServiceData::sample(), "t", service.port()), std::runtime_error);
 }
 
 } // namespace

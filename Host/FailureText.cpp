@@ -1,0 +1,65 @@
+#include "Host/FailureText.h"
+
+#include "Server/Orvane/FolderContentLink.h"
+
+#include <fmt/format.h>
+
+namespace OrvaneHost {
+
+namespace {
+
+using FailureKind = Qx::HTTPResponse::FailureKind;
+
+std::string explainTransportFailure(const Qx::HTTPResponse& response, const std::string& urn,
+                                    const CommandLine& commandLine) {
+    const std::string& reason = response.getReason();
+    switch (response.getFailureKind()) {
+    case FailureKind::NOT_ALLOWED:
+        if (Orvane::FolderContentLink::isOrvaneFolderContentLink(urn))
+            return fmt::format("the request for {} was {}; to send your token to the host of a link on purpose, name "
+                               "that host with --service",
+                               urn, reason);
+        return fmt::format("the request for {} was {}; check --service", urn, reason);
+    case FailureKind::TLS:
+        return fmt::format("no secure connection for {}: {}; check --service, the time of this machine, and which "
+                           "certificates it trusts",
+                           urn, reason);
+    case FailureKind::TIMEOUT:
+        return fmt::format("no answer for {} in time: {}; try again later, or wait longer with --timeout (now {} s)",
+                           urn, reason, commandLine.timeout.count());
+    case FailureKind::TOO_LARGE:
+        return fmt::format("the answer for {} is too large: {}; allow more with --max-size (now {} MiB)", urn, reason,
+                           commandLine.maxSizeInMiB);
+    case FailureKind::MALFORMED:
+        return fmt::format("no proper answer for {}: {}; check --service, and any proxy between", urn, reason);
+    case FailureKind::OUT_OF_MEMORY:
+        return fmt::format("no memory for the answer for {}; close other programs, or give this one more", urn);
+    default:
+        return fmt::format("no answer for {}: {}; check --service, that the service runs, your network and its proxy",
+                           urn, reason);
+    }
+}
+
+} // namespace
+
+std::string explainFailure(const Qx::HTTPResponse& response, const std::string& urn, const CommandLine& commandLine) {
+    const int status = response.getStatus();
+    if (response.isSuccessful())
+        return fmt::format("the answer for {} is not JSON; check --service", urn);
+    switch (status) {
+    case 0:
+        return explainTransportFailure(response, urn, commandLine);
+    case 401:
+        return "the service does not accept the token (401); set ORVANE_TOKEN or --token-file to a valid one";
+    case 403:
+        return fmt::format("you may not see {} (403); ask its owner for access", urn);
+    case 404:
+        return fmt::format("the service does not know {} (404); check the URN", urn);
+    default:
+        return fmt::format("the service {} (status {}); {}",
+                           status < 500 ? "takes no such request for " + urn : "failed on " + urn, status,
+                           status < 500 ? "check --service and the URN" : "try again later");
+    }
+}
+
+} // namespace OrvaneHost

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstddef>
+#include <functional>
+#include <httplib.h>
+#include <list>
+#include <mutex>
+#include <stop_token>
+#include <thread>
+#include <vector>
+
+namespace OrvaneHost {
+
+/// The threads on which a server answers its connections. Other than those of the server's library, it ends cleanly
+/// where not all of them are to be had.
+class Workers : public httplib::TaskQueue {
+public:
+    /// Throws `std::system_error` if the system has no more threads.
+    explicit Workers(std::size_t count);
+    ~Workers() override;
+
+    void enqueue(std::function<void()> task) override;
+
+    /// Runs what is queued and ends the threads.
+    void shutdown() override;
+
+private:
+    void work(const std::stop_token& stop);
+
+    std::mutex mutex_;
+    std::condition_variable_any changed_;
+    std::list<std::function<void()>> tasks_;
+    std::vector<std::jthread> threads_; // The last: its end waits for them.
+};
+
+} // namespace OrvaneHost
