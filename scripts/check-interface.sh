@@ -14,6 +14,10 @@ for library in Base/libQxBaseCore10 Base/libQxBase10 Server/libQxOrvaneDM10; do
   name=${library##*/}
   abidw --exported-interfaces-only --no-corpus-path --no-comp-dir-path --no-show-locs --no-parameter-names \
     --type-id-style hash --out-file "$described/$name.abi" "build/interface/$library.so"
+  if grep -nE "='/" "$described/$name.abi"; then
+    echo "$name: the description holds a path of this machine; see CMakePresets.json" >&2
+    exit 1
+  fi
   if [ "${1:-}" = --update ]; then
     xz -9 -c "$described/$name.abi" >"$record/$name.abi.xz"
     continue
