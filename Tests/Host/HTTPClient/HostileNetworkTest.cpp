@@ -314,7 +314,10 @@ protected:
                     response.set_redirect(request.get_param_value("to"));
                 else if (request.has_param("cut"))
                     endWithoutLength(response, request.get_param_value("cut") == "yes");
-                else
+                else if (request.has_param("close")) {
+                    response.set_header("Connection", "close");
+                    response.set_content(SSL_session_reused(request.ssl) == 1 ? "resumed" : "new", "text/plain");
+                } else
                     response.set_content("token " + request.get_header_value("Authorization"), "text/plain");
             },
             std::make_unique<httplib::SSLServer>([&](SSL_CTX& context) {
@@ -380,6 +383,13 @@ TEST_F(Certificates, TellABodyThatWasCutFromOneThatEnded) {
     const auto server = serve("good");
     EXPECT_EQ(send(trusting("authority"), url(*server, "/?cut=no")).getBody(), "{}");
     EXPECT_EQ(send(trusting("authority"), url(*server, "/?cut=yes")).getReason(), "the response was cut short");
+}
+
+TEST_F(Certificates, AreNotAskedForAgainInASessionThatIsResumed) {
+    const auto server = serve("good");
+    CurlHTTPClient client(trusting("authority"));
+    EXPECT_EQ(send(client, url(*server, "/?close=yes")).getBody(), "new");
+    EXPECT_EQ(send(client, url(*server, "/?close=yes")).getBody(), "resumed");
 }
 
 TEST_F(Certificates, KeepTheTokenFromWhereARedirectLeads) {
