@@ -76,15 +76,14 @@ void completeAll(Group& group) {
         std::rethrow_exception(firstThrown);
 }
 
-void refuseInChild(Group group) {
+void refuseInChild(Group& group) {
     for (std::size_t index = 0; index < group.requests().size(); ++index)
         group.setResponse(index, Qx::HTTPResponse::transportFailure(
                                      Qx::HTTPResponse::FailureKind::CLOSED,
                                      "the HTTP client belongs to the process that forked this one; make another"));
-    completeAll(group);
 }
 
-void answerInCallingThread(Group group, TransferThread& transfers) {
+void waitForResponses(Group& group, TransferThread& transfers) {
     std::vector<std::future<Qx::HTTPResponse>> responses;
     std::vector<TransferThread::Answered> answered;
     for (std::size_t index = 0; index < group.requests().size(); ++index) {
@@ -95,8 +94,6 @@ void answerInCallingThread(Group group, TransferThread& transfers) {
     transfers.submit(group.requests(), std::move(answered));
     for (std::size_t index = 0; index < responses.size(); ++index)
         group.setResponse(index, responses[index].get());
-    // From here on the client is not touched: a completion may have destroyed it.
-    completeAll(group);
 }
 
 void answerOnDeliveryThreads(const std::shared_ptr<Group>& group, TransferThread& transfers,
@@ -156,13 +153,18 @@ void CurlHTTPClient::whenAllRequests(Requests& requests, BatchCallback callback,
 }
 
 void CurlHTTPClient::send(Requests requests, BatchCallback callback, Qx::HTTPRequest::ExecutionType executionType) {
-    if (isOfParent())
-        refuseInChild(Group(std::move(requests), std::move(callback)));
-    else if (executionType == Qx::HTTPRequest::ExecutionType::CALLING_THREAD)
-        answerInCallingThread(Group(std::move(requests), std::move(callback)), threads_->transfers);
+    const auto group = std::make_shared<Group>(std::move(requests), std::move(callback));
+    const bool isInChild = isOfParent();
+    if (!isInChild && executionType == Qx::HTTPRequest::ExecutionType::CLIENT_THREAD) {
+        answerOnDeliveryThreads(group, threads_->transfers, threads_->deliveries);
+        return;
+    }
+    if (isInChild)
+        refuseInChild(*group);
     else
-        answerOnDeliveryThreads(std::make_shared<Group>(std::move(requests), std::move(callback)), threads_->transfers,
-                                threads_->deliveries);
+        waitForResponses(*group, threads_->transfers);
+    // From here on the client is not touched: a completion may have destroyed it.
+    completeAll(*group);
 }
 
 } // namespace OrvaneHost

@@ -19,7 +19,7 @@ TEST(LocalService, TakesOnlyAFreePort) {
 }
 
 TEST(LocalService, IsNotMadeWithoutItsThreads) {
-    for (const std::size_t threads : {0, 5, 32}) {
+    for (const unsigned threads : {0U, 5U, 32U}) {
         const ScopedThreadScarcity scarcity(threads);
         EXPECT_THROW(LocalService(ServiceData::sample(), "t", 0), std::runtime_error) << threads;
     }
