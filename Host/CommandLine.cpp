@@ -94,6 +94,14 @@ void addServe(CLI::App& app, CommandLine& commandLine) {
                       "File that holds the token to ask for; without it the environment variable ORVANE_TOKEN");
 }
 
+// Names what nobody expected without its value, which may be a token.
+std::string unexpected(const CLI::App& app) {
+    for (const std::string& argument : app.remaining(true))
+        if (argument.starts_with('-'))
+            return "there is no option " + argument.substr(0, argument.find('=')) + " here";
+    return "there are more arguments than expected";
+}
+
 std::string firstLine(const std::string& text) {
     return text.substr(0, text.find('\n'));
 }
@@ -115,6 +123,8 @@ std::optional<EarlyEnd> parseCommandLine(int argc, const char* const* argv, Comm
         return EarlyEnd{chosen.empty() ? app.help() : chosen.front()->help("orvane"), ""};
     } catch (const CLI::CallForVersion& request) {
         return EarlyEnd{request.what() + std::string("\n"), ""};
+    } catch (const CLI::ExtrasError&) {
+        return EarlyEnd{"", unexpected(app) + "; see orvane --help"};
     } catch (const CLI::ParseError& error) {
         return EarlyEnd{"", firstLine(error.what()) + "; see orvane --help"};
     }

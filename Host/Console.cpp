@@ -19,7 +19,7 @@ void printOutput(const std::string& text) {
 
 void printError(const std::string& line) {
     // Where standard error can't be written there is nobody left to tell.
-    static_cast<void>(std::fputs(fmt::format("orvane: {}\n", printable(withoutCredentials(line))).c_str(), stderr));
+    static_cast<void>(std::fputs(fmt::format("orvane: {}\n", printable(line)).c_str(), stderr));
 }
 
 } // namespace OrvaneHost

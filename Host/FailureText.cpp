@@ -1,5 +1,6 @@
 #include "Host/FailureText.h"
 
+#include "Host/Printable.h"
 #include "Server/Orvane/FolderContentLink.h"
 
 #include <fmt/format.h>
@@ -15,10 +16,11 @@ std::string explainTransportFailure(const Qx::HTTPResponse& response, const std:
     const std::string& reason = response.getReason();
     switch (response.getFailureKind()) {
     case FailureKind::NOT_ALLOWED:
+        // Not shown: what is wrong with it may be a password.
         if (Orvane::FolderContentLink::isOrvaneFolderContentLink(urn))
-            return fmt::format("the request for {} was {}; to send your token to the host of a link on purpose, name "
-                               "that host with --service",
-                               urn, reason);
+            return fmt::format("the request for a link was {}; check it, or, to send your token to its host on "
+                               "purpose, name that host with --service",
+                               reason);
         return fmt::format("the request for {} was {}; check --service", urn, reason);
     case FailureKind::TLS:
         return fmt::format("no secure connection for {}: {}; check --service, the time of this machine, and which "
@@ -42,7 +44,9 @@ std::string explainTransportFailure(const Qx::HTTPResponse& response, const std:
 
 } // namespace
 
-std::string explainFailure(const Qx::HTTPResponse& response, const std::string& urn, const CommandLine& commandLine) {
+std::string explainFailure(const Qx::HTTPResponse& response, const std::string& urnOrLink,
+                           const CommandLine& commandLine) {
+    const std::string urn = withoutCredentials(urnOrLink);
     const int status = response.getStatus();
     if (response.isSuccessful())
         return fmt::format("the answer for {} is not JSON; check --service", urn);

@@ -25,18 +25,9 @@ std::string printable(std::string_view text) {
     return Qx::ToHString(wide);
 }
 
-std::string withoutCredentials(std::string_view text) {
-    constexpr std::string_view blanks = " \t\r\n";
-    constexpr std::string_view mark = "://";
-    std::string clean;
-    for (std::size_t start = text.find(mark); start != std::string_view::npos; start = text.find(mark)) {
-        start += mark.size();
-        const std::string_view word = text.substr(start, text.find_first_of(blanks, start) - start);
-        const std::size_t at = word.rfind('@');
-        clean.append(text.substr(0, start)).append(at == std::string_view::npos ? "" : "***");
-        text.remove_prefix(start + (at == std::string_view::npos ? 0 : at));
-    }
-    return clean.append(text);
+std::string withoutCredentials(const std::string& urnOrLink) {
+    const std::size_t at = urnOrLink.rfind('@');
+    return at == std::string::npos ? urnOrLink : "***" + urnOrLink.substr(at);
 }
 
 } // namespace OrvaneHost

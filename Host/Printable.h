@@ -9,8 +9,7 @@ namespace OrvaneHost {
 /// changes of the writing direction included.
 std::string printable(std::string_view text);
 
-/// `text` with "***" for whatever may be a user name and password in a URL in it: all from "://" to the last "@" of the
-/// word, since a password may hold any other sign.
-std::string withoutCredentials(std::string_view text);
+/// What the user named, a URN or a link, with "***" for all before its last "@": a password may hold any sign.
+std::string withoutCredentials(const std::string& urnOrLink);
 
 } // namespace OrvaneHost

@@ -70,7 +70,7 @@ std::string readToken(const std::string& tokenFile) {
     std::ifstream file(tokenFile);
     std::string token;
     if (!(file >> token))
-        throw std::runtime_error(fmt::format("can't read a token from \"{}\"; check --token-file", tokenFile));
+        throw std::runtime_error("can't read a token from its file; check --token-file");
     return token;
 }
 

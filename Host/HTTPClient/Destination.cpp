@@ -31,6 +31,13 @@ std::string partOf(CURLU* url, CURLUPart part, unsigned flags = 0) {
     return CurlText(text).get();
 }
 
+bool has(CURLU* url, CURLUPart part) {
+    char* text = nullptr;
+    const bool isThere = orBadAlloc(curl_url_get(url, part, &text, 0)) == CURLUE_OK;
+    curl_free(text);
+    return isThere;
+}
+
 bool isLoopback(const std::string& host) {
     in_addr address{};
     const bool isIPv4 = inet_pton(AF_INET, host.c_str(), &address) == 1;
@@ -52,16 +59,19 @@ Destination::Destination(CurlUrl url, const std::string& text, unsigned flags) :
         return;
     }
     const bool isURL = orBadAlloc(curl_url_set(url_.get(), CURLUPART_URL, text.c_str(), flags)) == CURLUE_OK;
-    const bool hasCredentials =
-        isURL ? !partOf(url_.get(), CURLUPART_USER).empty() || !partOf(url_.get(), CURLUPART_PASSWORD).empty()
-              : text.find('@') != std::string::npos;
+    const bool hasCredentials = isURL ? has(url_.get(), CURLUPART_USER) || has(url_.get(), CURLUPART_PASSWORD)
+                                      : text.find('@') != std::string::npos;
     scheme_ = partOf(url_.get(), CURLUPART_SCHEME);
-    host_ = partOf(url_.get(), CURLUPART_HOST) + partOf(url_.get(), CURLUPART_ZONEID);
+    host_ = partOf(url_.get(), CURLUPART_HOST);
     port_ = partOf(url_.get(), CURLUPART_PORT, CURLU_DEFAULT_PORT);
+    // A password with other signs in it than it may have makes a user name a host.
+    isNamed_ = isURL && text.find('@') == std::string::npos;
     if (hasCredentials)
         refusal_ = "the address holds a user name or password";
     else if (!isURL || (scheme_ != "https" && scheme_ != "http"))
         refusal_ = "the address is no valid http or https address";
+    else if (has(url_.get(), CURLUPART_ZONEID))
+        refusal_ = "the address holds a zone, which libcurl does not keep to";
 }
 
 const std::string& Destination::refusal() const {
@@ -80,8 +90,8 @@ bool Destination::isSameOrigin(const Destination& other) const {
     return scheme_ == other.scheme_ && isSameName(host_, other.host_) && port_ == other.port_;
 }
 
-std::string Destination::origin() const {
-    return fmt::format("{}://{}:{}", scheme_, host_, port_);
+std::string Destination::name() const {
+    return isNamed_ ? fmt::format("{}://{}:{}", scheme_, host_, port_) : "the host of the address";
 }
 
 CURLU* Destination::url() const {

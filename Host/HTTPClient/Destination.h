@@ -27,8 +27,8 @@ public:
     /// Whether scheme, host and port are the same.
     bool isSameOrigin(const Destination& other) const;
 
-    /// Scheme, host and port, for a person.
-    std::string origin() const;
+    /// Scheme, host and port, for a person; less where they may hold a part of a password.
+    std::string name() const;
 
     /// Belongs to this object.
     CURLU* url() const;
@@ -40,6 +40,7 @@ private:
     std::string scheme_;
     std::string host_;
     std::string port_;
+    bool isNamed_ = false;
     std::string refusal_;
 };
 

@@ -1,6 +1,9 @@
 #include "Host/HTTPClient/Platform.h"
 
 #include <csignal>
+#include <cstddef>
+#include <netinet/in.h>
+#include <poll.h>
 #include <pthread.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -47,6 +50,25 @@ long processId() {
 
 int openSocket(int family, int type, int protocol) {
     return socket(family, type | SOCK_CLOEXEC, protocol);
+}
+
+int closeSocket(int socket) {
+    return close(socket);
+}
+
+int localPortOf(int socket) {
+    sockaddr_storage address{};
+    socklen_t length = sizeof address;
+    if (getsockname(socket, reinterpret_cast<sockaddr*>(&address), &length) != 0)
+        return 0;
+    // The port stands at the same place for both.
+    static_assert(offsetof(sockaddr_in, sin_port) == offsetof(sockaddr_in6, sin6_port));
+    return ntohs(reinterpret_cast<const sockaddr_in*>(&address)->sin_port);
+}
+
+bool hasReceived(int socket) {
+    pollfd watched{socket, POLLIN, 0};
+    return poll(&watched, 1, 0) > 0;
 }
 
 } // namespace OrvaneHost

@@ -19,4 +19,13 @@ long processId();
 /// `socket`, for a socket that programs which the host starts do not inherit.
 int openSocket(int family, int type, int protocol);
 
+/// `close` for it.
+int closeSocket(int socket);
+
+/// The port of this machine that the socket is bound to, or 0.
+int localPortOf(int socket);
+
+/// Whether something has come that nobody has read, the end of the connection included.
+bool hasReceived(int socket);
+
 } // namespace OrvaneHost

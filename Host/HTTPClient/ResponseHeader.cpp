@@ -3,6 +3,8 @@
 #include "Host/HTTPClient/HTTPText.h"
 #include "Host/HTTPClient/TransferError.h"
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 
 namespace OrvaneHost {
@@ -88,7 +90,9 @@ bool ResponseHeader::hasEnded() const {
 
 const std::string& ResponseHeader::redirection() const {
     static const std::string none;
-    return status_ >= 300 && status_ <= 399 ? location_ : none;
+    constexpr std::array redirecting{301, 302, 303, 307, 308};
+    const bool redirects = std::find(redirecting.begin(), redirecting.end(), status_) != redirecting.end();
+    return redirects ? location_ : none;
 }
 
 bool ResponseHeader::isChunked() const {

@@ -75,26 +75,40 @@ CurlHeaders toCurl(const Headers& headers) {
     return list;
 }
 
-// Whether this is a TLS connection whose peer has not said that it ends. Only OpenSSL tells.
-bool isTlsOpen(CURL* easy) {
+// The TLS connection of a handle at work; null if there is none, or libcurl does not run on OpenSSL.
+SSL* tlsOf(CURL* easy) {
     curl_tlssessioninfo* session = nullptr;
-    if (curl_easy_getinfo(easy, CURLINFO_TLS_SSL_PTR, &session) != CURLE_OK || !session || !session->internals ||
+    if (curl_easy_getinfo(easy, CURLINFO_TLS_SSL_PTR, &session) != CURLE_OK || !session ||
         session->backend != CURLSSLBACKEND_OPENSSL)
-        return false;
-    return (SSL_get_shutdown(static_cast<SSL*>(session->internals)) & SSL_RECEIVED_SHUTDOWN) == 0;
+        return nullptr;
+    return static_cast<SSL*>(session->internals);
 }
 
-// Without a connection there was nothing to wait for.
-FailureKind kindOfTimeout(CURL* easy) {
-    curl_off_t connected = 0;
-    curl_easy_getinfo(easy, CURLINFO_PRETRANSFER_TIME_T, &connected);
-    return connected > 0 ? FailureKind::TIMEOUT : FailureKind::NETWORK;
+// Whether this is a TLS connection whose peer has not said that it ends.
+bool isTlsOpen(CURL* easy) {
+    const SSL* tls = tlsOf(easy);
+    return tls && (SSL_get_shutdown(tls) & SSL_RECEIVED_SHUTDOWN) == 0;
+}
+
+bool isHttp2(CURL* easy) {
+    const SSL* tls = tlsOf(easy);
+    const unsigned char* protocol = nullptr;
+    unsigned length = 0;
+    if (tls)
+        SSL_get0_alpn_selected(tls, &protocol, &length);
+    return std::string_view(reinterpret_cast<const char*>(protocol), length) == "h2";
+}
+
+bool hasConnected(CURL* easy) {
+    curl_off_t time = 0;
+    curl_easy_getinfo(easy, CURLINFO_PRETRANSFER_TIME_T, &time);
+    return time > 0;
 }
 
 FailureKind kindOf(CURLcode result, CURL* easy) {
     switch (result) {
     case CURLE_OPERATION_TIMEDOUT:
-        return kindOfTimeout(easy);
+        return hasConnected(easy) ? FailureKind::TIMEOUT : FailureKind::NETWORK;
     case CURLE_OUT_OF_MEMORY:
         return FailureKind::OUT_OF_MEMORY;
     case CURLE_PEER_FAILED_VERIFICATION:
@@ -109,16 +123,6 @@ FailureKind kindOf(CURLcode result, CURL* easy) {
     default:
         return FailureKind::NETWORK;
     }
-}
-
-std::string reasonOf(CURLcode result, const char* detail) {
-    std::string reason = *detail ? detail : curl_easy_strerror(result);
-    // A proxy's address may hold a user name and password.
-    if (reason.find('@') != std::string::npos)
-        reason = curl_easy_strerror(result);
-    // The server may have had a say in the text.
-    std::replace_if(reason.begin(), reason.end(), isControl, ' ');
-    return reason;
 }
 
 } // namespace
@@ -144,14 +148,15 @@ void Transfer::answerRefusal() noexcept {
     answer(CURLE_OK);
 }
 
-bool Transfer::start() {
+bool Transfer::start(Connections& connections) {
+    connections_ = &connections;
     easy_.reset(curl_easy_init());
-    if (!easy_)
+    if (!easy_ || !connections.attach(easy_.get()))
         return false;
     header_ = ResponseHeader();
     gzip_.reset();
     setRequest();
-    setSecurity();
+    setConnection();
     setLimits();
     setCallbacks();
     return isAllSet_;
@@ -176,12 +181,17 @@ void Transfer::setRequest() {
         set(CURLOPT_HTTPAUTH, CURLAUTH_BEARER);
         set(CURLOPT_XOAUTH2_BEARER, rules_.settings().token.c_str());
     }
+}
+
+void Transfer::setConnection() {
     // A proxy could do nothing for a request to this machine but carry its token away.
     if (destination_.isLocal())
         set(CURLOPT_NOPROXY, "*");
-}
-
-void Transfer::setSecurity() {
+    // libcurl sends a request again whose connection ends without a response, if that was not new.
+    if (takesNewConnection_ || method_ == Qx::HTTPRequest::Method::POST)
+        set(CURLOPT_FRESH_CONNECT, 1L);
+    set(CURLOPT_PREREQFUNCTION, &Transfer::checkConnection);
+    set(CURLOPT_PREREQDATA, this);
     set(CURLOPT_PROTOCOLS_STR, "http,https");
     set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
     set(CURLOPT_PROXY_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
@@ -189,11 +199,6 @@ void Transfer::setSecurity() {
         set(CURLOPT_CAINFO, file.c_str());
         set(CURLOPT_CAPATH, static_cast<const char*>(nullptr)); // The folder of the system's is another default.
     }
-    set(CURLOPT_SHARE, rules_.share());
-    set(
-        CURLOPT_OPENSOCKETFUNCTION, +[](void*, curlsocktype, curl_sockaddr* address) {
-            return openSocket(address->family, address->socktype, address->protocol);
-        });
 }
 
 void Transfer::setLimits() {
@@ -247,6 +252,15 @@ std::size_t Transfer::receive(char* bytes, std::size_t, std::size_t count, void*
     return receiver.attempt([&] { (receiver.*read)({bytes, count}); }) ? count : 0;
 }
 
+// What libcurl calls before it sends a request. It would use a connection on which something has come, and take that
+// for the response. Over HTTP/2 responses bear the number of their request.
+int Transfer::checkConnection(void* transfer, char*, char*, int, int localPort) noexcept {
+    auto& user = *static_cast<Transfer*>(transfer);
+    const bool isQuiet = user.connections_->isQuiet(localPort) || user.takesNewConnection_;
+    user.isStale_ = !isQuiet && !isHttp2(user.easy_.get());
+    return user.isStale_ ? CURL_PREREQFUNC_ABORT : CURL_PREREQFUNC_OK;
+}
+
 // What libcurl calls again and again, the last time before it closes the connection.
 int Transfer::watch(void* transfer, curl_off_t, curl_off_t, curl_off_t, curl_off_t) noexcept {
     auto& watched = *static_cast<Transfer*>(transfer);
@@ -271,8 +285,6 @@ void Transfer::readHeaderLine(std::string_view line) {
     header_.readLine(line);
     if (!header_.hasEnded())
         return;
-    if (header_.isGzip() && !gzip_)
-        gzip_ = std::make_unique<GzipDecoder>();
     // What stands between chunks is shown to nobody else. Only from here on, since libcurl words each of its steps
     // then.
     if (header_.isChunked())
@@ -284,6 +296,8 @@ void Transfer::readBody(std::string_view bytes) {
         countReceived(bytes.size());
     if (!header_.redirection().empty())
         return;
+    if (header_.isGzip() && !gzip_)
+        gzip_ = std::make_unique<GzipDecoder>();
     if (gzip_)
         gzip_->decode(bytes, [this](std::string_view decoded) { keep(decoded); });
     else
@@ -323,7 +337,10 @@ void Transfer::reserve(std::size_t more) {
     body_.reserve(std::max(needed, 2 * body_.capacity()));
 }
 
-bool Transfer::follow(CURLcode result) noexcept {
+bool Transfer::goesOn(CURLcode result) noexcept {
+    takesNewConnection_ = std::exchange(isStale_, false);
+    if (takesNewConnection_)
+        return true;
     if (result != CURLE_OK || !header_.hasEnded() || header_.redirection().empty())
         return false;
     return attempt([this] { redirect(); });
@@ -340,6 +357,8 @@ void Transfer::redirect() {
         refuse(next.refusal());
     if (destination_.isHttps() && !next.isHttps())
         refuse("it leads from https to http");
+    if (!destination_.isLocal() && next.isLocal())
+        refuse("it leads to this machine");
     easy_.reset(); // It points to what changes now.
     // What the caller meant for one server is none of another's business.
     if (!next.isSameOrigin(destination_)) {
@@ -380,13 +399,36 @@ Qx::HTTPResponse Transfer::responseTo(CURLcode result) {
     if (error_)
         return HTTPResponse::transportFailure(error_->kind(), error_->what());
     if (result != CURLE_OK)
-        return HTTPResponse::transportFailure(kindOf(result, easy_.get()), reasonOf(result, curlError_.data()));
+        return HTTPResponse::transportFailure(kindOf(result, easy_.get()), reasonFor(result));
     const bool isConnectionCut = header_.endsWithConnection() && isTlsOpen_;
     if (!header_.hasEnded() || isConnectionCut || (gzip_ && !gzip_->isComplete()))
         return HTTPResponse::transportFailure(FailureKind::NETWORK, cutShort);
     long status = 0;
     curl_easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
     return {static_cast<int>(status), std::move(body_)};
+}
+
+// libcurl's own words are used where they can hold nothing of a proxy's password.
+std::string Transfer::reasonFor(CURLcode result) const {
+    const std::string place = redirects_ == 0 ? destination_.name() : "where a redirect leads";
+    std::string reason = curl_easy_strerror(result);
+    if (result == CURLE_COULDNT_RESOLVE_HOST)
+        reason = "can't find " + place;
+    else if (result == CURLE_COULDNT_RESOLVE_PROXY)
+        reason = "can't find the proxy";
+    else if (result == CURLE_COULDNT_CONNECT)
+        reason = "can't connect to " + place;
+    else if (result == CURLE_OPERATION_TIMEDOUT && !hasConnected(easy_.get()))
+        reason = "can't connect to " + place + " in time";
+    else if (result != CURLE_NOT_BUILT_IN && result != CURLE_URL_MALFORMAT && curlError_.front())
+        reason = curlError_.data();
+    // The server has a say in some of them, and knows the token. Shorter ones are no secrets, but parts of words.
+    constexpr std::size_t secretFrom = 8;
+    const std::string& token = rules_.settings().token;
+    if (token.size() >= secretFrom && reason.find(token) != std::string::npos)
+        reason = curl_easy_strerror(result);
+    std::replace_if(reason.begin(), reason.end(), isControl, ' ');
+    return reason;
 }
 
 } // namespace OrvaneHost

@@ -2,6 +2,7 @@
 
 #include "Base/QxBase10/HTTPRequest.h"
 #include "Base/QxBase10/HTTPResponse.h"
+#include "Host/HTTPClient/Connections.h"
 #include "Host/HTTPClient/Curl.h"
 #include "Host/HTTPClient/Destination.h"
 #include "Host/HTTPClient/GzipDecoder.h"
@@ -34,14 +35,15 @@ public:
 
     /// Makes a handle for the next request and prepares it. False if there is no memory for that. Each request has a
     /// handle of its own, since libcurl keeps the credentials of the one before in it, and may send them once more.
-    bool start();
+    /// `connections` has to live as long.
+    bool start(Connections& connections);
 
     /// The handle that `start` made.
     CURL* handle() const;
 
-    /// True if the answer leads elsewhere, and the transfer is to be started again. `result` is what became of the
-    /// handle.
-    bool follow(CURLcode result) noexcept;
+    /// True if the transfer is to be started again, since the response leads elsewhere, or the connection was not one
+    /// to use. `result` is what became of the handle.
+    bool goesOn(CURLcode result) noexcept;
 
     /// Answers with what came back, or why nothing did.
     void answer(CURLcode result) noexcept;
@@ -52,12 +54,13 @@ private:
     template <class Value>
     void set(CURLoption option, Value value);
     void setRequest();
-    void setSecurity();
+    void setConnection();
     void setLimits();
     void setCallbacks();
 
     template <auto read>
     static std::size_t receive(char* bytes, std::size_t, std::size_t count, void* transfer) noexcept;
+    static int checkConnection(void* transfer, char*, char*, int, int localPort) noexcept;
     static int watch(void* transfer, curl_off_t, curl_off_t, curl_off_t, curl_off_t) noexcept;
     static int countFramed(CURL*, curl_infotype type, char*, std::size_t count, void* transfer) noexcept;
     template <class Action>
@@ -69,6 +72,7 @@ private:
     void reserve(std::size_t more);
 
     void redirect();
+    std::string reasonFor(CURLcode result) const;
     template <class MakeResponse>
     void answerWith(MakeResponse makeResponse) noexcept;
     Qx::HTTPResponse responseTo(CURLcode result);
@@ -83,7 +87,10 @@ private:
     bool isOutOfMemory_ = false;
 
     std::optional<std::chrono::steady_clock::time_point> deadline_; ///< From the first start on.
+    Connections* connections_ = nullptr;
     bool isAllSet_ = true;
+    bool isStale_ = false; ///< Whether something came over the connection that nobody had asked for.
+    bool takesNewConnection_ = false;
     int redirects_ = 0;
     std::size_t headerBytes_ = 0;   ///< Of all responses.
     std::size_t receivedBytes_ = 0; ///< Of the bodies of all responses, as they came.

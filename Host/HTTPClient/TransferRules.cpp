@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <fmt/format.h>
-#include <new>
 #include <stdexcept>
 #include <utility>
 
@@ -24,20 +23,12 @@ void require(const CurlHTTPClientSettings& settings) {
     requirePositive("stallTimeout", settings.stallTimeout);
 }
 
-CurlShare makeShare() {
-    CurlShare share(curl_share_init());
-    if (!share || curl_share_setopt(share.get(), CURLSHOPT_SHARE, CURL_LOCK_DATA_SSL_SESSION) != CURLSHE_OK)
-        throw std::bad_alloc();
-    return share;
-}
-
 std::vector<Destination> destinationsOf(const std::vector<std::string>& urls) {
     std::vector<Destination> destinations;
     for (const std::string& url : urls) {
         destinations.emplace_back(url);
         if (!destinations.back().refusal().empty())
-            throw std::invalid_argument(
-                fmt::format("the token can't go to \"{}\": {}", url, destinations.back().refusal()));
+            throw std::invalid_argument("tokenOrigins: " + destinations.back().refusal());
     }
     return destinations;
 }
@@ -45,9 +36,7 @@ std::vector<Destination> destinationsOf(const std::vector<std::string>& urls) {
 } // namespace
 
 TransferRules::TransferRules(CurlHTTPClientSettings settings)
-    : settings_((require(settings), std::move(settings))),
-      tokenOrigins_(destinationsOf(settings_.tokenOrigins)),
-      share_(makeShare()) {}
+    : settings_((require(settings), std::move(settings))), tokenOrigins_(destinationsOf(settings_.tokenOrigins)) {}
 
 const CurlHTTPClientSettings& TransferRules::settings() const {
     return settings_;
@@ -64,12 +53,8 @@ std::string TransferRules::refusalOfToken(const Destination& destination) const 
         return "the token holds a control character";
     const auto isThere = [&](const Destination& origin) { return origin.isSameOrigin(destination); };
     if (!tokenOrigins_.empty() && std::none_of(tokenOrigins_.begin(), tokenOrigins_.end(), isThere))
-        return "the token does not go to " + destination.origin();
+        return "the token does not go to the host of the address";
     return refusalOfCredentials(destination, "the token");
-}
-
-CURLSH* TransferRules::share() const {
-    return share_.get();
 }
 
 } // namespace OrvaneHost

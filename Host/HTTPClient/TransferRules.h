@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Host/HTTPClient/Curl.h"
 #include "Host/HTTPClient/CurlHTTPClientSettings.h"
 #include "Host/HTTPClient/Destination.h"
 
@@ -9,8 +8,7 @@
 
 namespace OrvaneHost {
 
-/// What all transfers of one client keep to, and the TLS sessions that they share. Not to be used from several threads
-/// at once, but for `settings`.
+/// What all transfers of one client keep to. May be used from several threads at once.
 class TransferRules {
 public:
     /// Throws `std::invalid_argument` with one line if a setting makes no sense.
@@ -23,13 +21,9 @@ public:
     std::string refusalOfCredentials(const Destination& destination, const std::string& what) const;
     std::string refusalOfToken(const Destination& destination) const;
 
-    /// Belongs to this object.
-    CURLSH* share() const;
-
 private:
     const CurlHTTPClientSettings settings_;
-    std::vector<Destination> tokenOrigins_;
-    CurlShare share_;
+    const std::vector<Destination> tokenOrigins_;
 };
 
 } // namespace OrvaneHost

@@ -1,5 +1,6 @@
 #include "Host/HTTPClient/TransferThread.h"
 
+#include "Host/HTTPClient/Connections.h"
 #include "Host/HTTPClient/Platform.h"
 #include "Host/HTTPClient/Transfer.h"
 
@@ -25,8 +26,7 @@ constexpr int maxFailures = 100;
 constexpr const char* closed = "the HTTP client was closed before the answer came";
 
 CurlMulti makeMulti(std::size_t maxConnections) {
-    static const CURLcode initialised = curl_global_init(CURL_GLOBAL_DEFAULT);
-    CurlMulti multi(initialised == CURLE_OK ? curl_multi_init() : nullptr);
+    CurlMulti multi(curl_multi_init());
     if (!multi)
         throw std::bad_alloc();
     curl_multi_setopt(multi.get(), CURLMOPT_MAXCONNECTS, static_cast<long>(maxConnections));
@@ -59,6 +59,7 @@ private:
 
     const TransferRules rules_;
     const std::size_t maxConnections_;
+    Connections connections_;
     CurlMulti multi_; // Ends with the thread.
 
     // Only these two are touched by other threads.
@@ -169,7 +170,7 @@ void TransferThread::Loop::startWaiting() {
 }
 
 bool TransferThread::Loop::begin(Transfer& transfer) {
-    return transfer.start() && curl_multi_add_handle(multi_.get(), transfer.handle()) == CURLM_OK;
+    return transfer.start(connections_) && curl_multi_add_handle(multi_.get(), transfer.handle()) == CURLM_OK;
 }
 
 bool TransferThread::Loop::finishDone() {
@@ -188,7 +189,7 @@ void TransferThread::Loop::finish(CURL* handle, CURLcode result) {
     curl_multi_remove_handle(multi_.get(), handle);
     const auto transfer = std::find_if(active_.begin(), active_.end(),
                                        [handle](const Transfer& candidate) { return candidate.handle() == handle; });
-    if (transfer->follow(result)) {
+    if (transfer->goesOn(result)) {
         if (begin(*transfer))
             return;
         transfer->answerOutOfMemory();
