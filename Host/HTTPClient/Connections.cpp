@@ -2,7 +2,11 @@
 
 #include "Host/HTTPClient/Platform.h"
 
+#include <algorithm>
 #include <new>
+#include <openssl/ssl.h>
+#include <string_view>
+#include <utility>
 
 namespace OrvaneHost {
 
@@ -13,6 +17,11 @@ CURLSH* initShare() {
     return initialised == CURLE_OK ? curl_share_init() : nullptr;
 }
 
+bool runsOnOpenSSL() {
+    const char* name = curl_version_info(CURLVERSION_NOW)->ssl_version;
+    return name && std::string_view(name).starts_with("OpenSSL/");
+}
+
 } // namespace
 
 Connections::Connections() : share_(initShare()) {
@@ -21,22 +30,45 @@ Connections::Connections() : share_(initShare()) {
 }
 
 bool Connections::attach(CURL* easy) {
-    return curl_easy_setopt(easy, CURLOPT_SHARE, share_.get()) == CURLE_OK &&
-           curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, &Connections::open) == CURLE_OK &&
-           curl_easy_setopt(easy, CURLOPT_OPENSOCKETDATA, this) == CURLE_OK &&
-           curl_easy_setopt(easy, CURLOPT_CLOSESOCKETFUNCTION, &Connections::close) == CURLE_OK &&
-           curl_easy_setopt(easy, CURLOPT_CLOSESOCKETDATA, this) == CURLE_OK;
+    bool allSet = true;
+    const auto set = [&](CURLoption option, auto value) {
+        allSet = allSet && curl_easy_setopt(easy, option, value) == CURLE_OK;
+    };
+    set(CURLOPT_SHARE, share_.get());
+    set(CURLOPT_OPENSOCKETFUNCTION, &Connections::open);
+    set(CURLOPT_OPENSOCKETDATA, this);
+    set(CURLOPT_CLOSESOCKETFUNCTION, &Connections::close);
+    set(CURLOPT_CLOSESOCKETDATA, this);
+    if (runsOnOpenSSL()) {
+        set(CURLOPT_SSL_CTX_FUNCTION, &Connections::watchHandshakes);
+        set(CURLOPT_SSL_CTX_DATA, this);
+    }
+    return allSet;
 }
 
-bool Connections::isQuiet(int localPort) {
-    bool isQuiet = true;
-    for (auto& [socket, isUsed] : isUsed_) {
-        if (localPortOf(socket) != localPort)
-            continue;
-        isQuiet = isQuiet && !(isUsed && hasReceived(socket));
-        isUsed = true;
-    }
-    return isQuiet;
+void Connections::beginRound(std::chrono::milliseconds limit) {
+    deadline_ = std::chrono::steady_clock::now() + limit;
+}
+
+void Connections::end() {
+    hasEnded_ = true;
+}
+
+bool Connections::isOverdue() const {
+    return hasEnded_ || std::chrono::steady_clock::now() > deadline_;
+}
+
+curl_socket_t Connections::socketFrom(int localPort) const {
+    const auto found = std::find_if(isUsed_.begin(), isUsed_.end(),
+                                    [=](const auto& entry) { return localPortOf(entry.first) == localPort; });
+    return found == isUsed_.end() ? CURL_SOCKET_BAD : found->first;
+}
+
+bool Connections::isQuiet(curl_socket_t socket) {
+    const auto found = isUsed_.find(socket);
+    if (found == isUsed_.end())
+        return true;
+    return !std::exchange(found->second, true) || !hasUnread(socket);
 }
 
 curl_socket_t Connections::open(void* connections, curlsocktype, curl_sockaddr* address) noexcept {
@@ -55,6 +87,20 @@ curl_socket_t Connections::open(void* connections, curlsocktype, curl_sockaddr* 
 int Connections::close(void* connections, curl_socket_t socket) noexcept {
     static_cast<Connections*>(connections)->isUsed_.erase(socket);
     return closeSocket(socket);
+}
+
+// A handshake goes on within one call as long as messages come.
+CURLcode Connections::watchHandshakes(CURL*, void* context, void* connections) noexcept {
+    auto* tls = static_cast<SSL_CTX*>(context);
+    SSL_CTX_set_msg_callback_arg(tls, connections);
+    SSL_CTX_set_msg_callback(tls, [](int, int, int, const void*, std::size_t, SSL*, void* watching) {
+        const auto& watcher = *static_cast<const Connections*>(watching);
+        if (!watcher.isOverdue())
+            return;
+        for (const auto& [socket, isUsed] : watcher.isUsed_)
+            shutDown(socket);
+    });
+    return CURLE_OK;
 }
 
 } // namespace OrvaneHost

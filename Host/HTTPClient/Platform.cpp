@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <cstddef>
+#include <linux/tcp.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <pthread.h>
@@ -66,9 +67,19 @@ int localPortOf(int socket) {
     return ntohs(reinterpret_cast<const sockaddr_in*>(&address)->sin_port);
 }
 
-bool hasReceived(int socket) {
+bool hasUnread(int socket) {
     pollfd watched{socket, POLLIN, 0};
     return poll(&watched, 1, 0) > 0;
+}
+
+std::uint64_t countReceived(int socket) {
+    tcp_info info{};
+    socklen_t length = sizeof info;
+    return getsockopt(socket, IPPROTO_TCP, TCP_INFO, &info, &length) == 0 ? info.tcpi_bytes_received : 0;
+}
+
+void shutDown(int socket) {
+    shutdown(socket, SHUT_RDWR);
 }
 
 } // namespace OrvaneHost

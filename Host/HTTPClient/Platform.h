@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <thread>
@@ -26,6 +27,12 @@ int closeSocket(int socket);
 int localPortOf(int socket);
 
 /// Whether something has come that nobody has read, the end of the connection included.
-bool hasReceived(int socket);
+bool hasUnread(int socket);
+
+/// How many bytes have come over the connection; 0 where the system does not tell.
+std::uint64_t countReceived(int socket);
+
+/// Ends the connection in both directions, without waiting for anything.
+void shutDown(int socket);
 
 } // namespace OrvaneHost

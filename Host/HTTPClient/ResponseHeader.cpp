@@ -23,11 +23,18 @@ bool isLength(std::string_view text) {
            text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-// 0 where there is none: libcurl itself refuses such a response.
-int statusIn(std::string_view statusLine) {
+// "HTTP/1.1 200 OK": where libcurl is content with less, it takes an error for a success, or the connection for one of
+// HTTP/2.
+int statusIn(std::string_view line) {
+    constexpr std::string_view digits = "0123456789";
+    constexpr std::size_t statusAt = 9;
+    constexpr std::size_t statusEnd = 12;
+    const bool isVersion = line.starts_with("HTTP/1.1 ") || line.starts_with("HTTP/1.0 ");
+    if (!isVersion || line.find_first_not_of(digits, statusAt) != statusEnd || line[statusAt] == '0' ||
+        std::string_view(" \r\n").find(line[statusEnd]) == std::string_view::npos)
+        failMalformed("malformed status line in the response");
     int status = 0;
-    const std::string_view text = statusLine.substr(std::min(statusLine.find(' ') + 1, statusLine.size()));
-    std::from_chars(text.data(), text.data() + text.size(), status);
+    std::from_chars(line.data() + statusAt, line.data() + statusEnd, status);
     return status;
 }
 
@@ -52,7 +59,8 @@ void ResponseHeader::start(std::string_view statusLine) {
     *this = ResponseHeader();
     phase_ = Phase::OPEN;
     status_ = statusIn(statusLine);
-    isHttp1_ = statusLine.starts_with("HTTP/1");
+    if (status_ == 101)
+        failMalformed("the response changes the protocol, which was not asked for");
 }
 
 void ResponseHeader::readField(const std::string& name, const std::string& value) {
@@ -64,7 +72,7 @@ void ResponseHeader::readField(const std::string& name, const std::string& value
             failMalformed("the response is encoded in a way that was not asked for");
         isGzip_ = true;
     } else if (isSameName(name, "location")) {
-        if (!location_.empty() && location_ != value)
+        if (location_.value_or(value) != value)
             failMalformed("ambiguous Location in the response");
         location_ = value;
     }
@@ -92,11 +100,11 @@ const std::string& ResponseHeader::redirection() const {
     static const std::string none;
     constexpr std::array redirecting{301, 302, 303, 307, 308};
     const bool redirects = std::find(redirecting.begin(), redirecting.end(), status_) != redirecting.end();
-    return redirects ? location_ : none;
+    return redirects && location_ ? *location_ : none;
 }
 
-bool ResponseHeader::isChunked() const {
-    return isChunked_;
+int ResponseHeader::status() const {
+    return status_;
 }
 
 bool ResponseHeader::isGzip() const {
@@ -105,7 +113,7 @@ bool ResponseHeader::isGzip() const {
 
 bool ResponseHeader::endsWithConnection() const {
     const bool hasBody = status_ >= 200 && status_ != 204 && status_ != 304;
-    return isHttp1_ && hasBody && !isChunked_ && !length_;
+    return hasBody && !isChunked_ && !length_;
 }
 
 } // namespace OrvaneHost

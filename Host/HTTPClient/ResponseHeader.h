@@ -16,10 +16,12 @@ public:
 
     bool hasEnded() const;
 
+    /// As its last status line says.
+    int status() const;
+
     /// Where the response redirects to; empty if it does not.
     const std::string& redirection() const;
 
-    bool isChunked() const;
     bool isGzip() const;
 
     /// Whether nothing but the end of the connection tells where the body ends.
@@ -34,11 +36,10 @@ private:
 
     Phase phase_ = Phase::AWAITED;
     int status_ = 0;
-    bool isHttp1_ = false;
     std::optional<std::string> length_;
     bool isChunked_ = false;
     bool isGzip_ = false;
-    std::string location_;
+    std::optional<std::string> location_;
 };
 
 } // namespace OrvaneHost

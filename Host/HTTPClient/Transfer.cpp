@@ -21,6 +21,9 @@ using Headers = std::vector<Qx::HTTPRequest::Header>;
 constexpr const char* outOfMemory = "out of memory";
 constexpr const char* cutShort = "the response was cut short";
 
+// What a connection may receive at least, for handshakes and the like.
+constexpr std::uint64_t smallestLimit = 65536;
+
 template <std::size_t count>
 bool isOneOf(const std::string& name, const std::array<const char*, count>& names) {
     return std::any_of(names.begin(), names.end(), [&](const char* known) { return isSameName(name, known); });
@@ -75,28 +78,13 @@ CurlHeaders toCurl(const Headers& headers) {
     return list;
 }
 
-// The TLS connection of a handle at work; null if there is none, or libcurl does not run on OpenSSL.
-SSL* tlsOf(CURL* easy) {
-    curl_tlssessioninfo* session = nullptr;
-    if (curl_easy_getinfo(easy, CURLINFO_TLS_SSL_PTR, &session) != CURLE_OK || !session ||
-        session->backend != CURLSSLBACKEND_OPENSSL)
-        return nullptr;
-    return static_cast<SSL*>(session->internals);
-}
-
-// Whether this is a TLS connection whose peer has not said that it ends.
+// Whether this is a TLS connection whose peer has not said that it ends. Only OpenSSL tells.
 bool isTlsOpen(CURL* easy) {
-    const SSL* tls = tlsOf(easy);
-    return tls && (SSL_get_shutdown(tls) & SSL_RECEIVED_SHUTDOWN) == 0;
-}
-
-bool isHttp2(CURL* easy) {
-    const SSL* tls = tlsOf(easy);
-    const unsigned char* protocol = nullptr;
-    unsigned length = 0;
-    if (tls)
-        SSL_get0_alpn_selected(tls, &protocol, &length);
-    return std::string_view(reinterpret_cast<const char*>(protocol), length) == "h2";
+    curl_tlssessioninfo* session = nullptr;
+    if (curl_easy_getinfo(easy, CURLINFO_TLS_SSL_PTR, &session) != CURLE_OK || !session || !session->internals ||
+        session->backend != CURLSSLBACKEND_OPENSSL)
+        return false;
+    return (SSL_get_shutdown(static_cast<SSL*>(session->internals)) & SSL_RECEIVED_SHUTDOWN) == 0;
 }
 
 bool hasConnected(CURL* easy) {
@@ -115,8 +103,6 @@ FailureKind kindOf(CURLcode result, CURL* easy) {
     case CURLE_SSL_CACERT_BADFILE:
     case CURLE_SSL_CONNECT_ERROR:
         return FailureKind::TLS;
-    case CURLE_HTTP2:
-    case CURLE_HTTP2_STREAM:
     case CURLE_UNSUPPORTED_PROTOCOL:
     case CURLE_WEIRD_SERVER_REPLY:
         return FailureKind::MALFORMED;
@@ -155,6 +141,7 @@ bool Transfer::start(Connections& connections) {
         return false;
     header_ = ResponseHeader();
     gzip_.reset();
+    socket_ = CURL_SOCKET_BAD;
     setRequest();
     setConnection();
     setLimits();
@@ -193,11 +180,15 @@ void Transfer::setConnection() {
     set(CURLOPT_PREREQFUNCTION, &Transfer::checkConnection);
     set(CURLOPT_PREREQDATA, this);
     set(CURLOPT_PROTOCOLS_STR, "http,https");
+    // Over HTTP/2 libcurl takes a body for whole when its connection ends in the midst of it.
+    set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
     set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
     set(CURLOPT_PROXY_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
     if (const std::string& file = rules_.settings().certificateFile; !file.empty()) {
         set(CURLOPT_CAINFO, file.c_str());
         set(CURLOPT_CAPATH, static_cast<const char*>(nullptr)); // The folder of the system's is another default.
+        set(CURLOPT_PROXY_CAINFO, file.c_str());
+        set(CURLOPT_PROXY_CAPATH, static_cast<const char*>(nullptr));
     }
 }
 
@@ -223,8 +214,6 @@ void Transfer::setCallbacks() {
     set(CURLOPT_XFERINFOFUNCTION, &Transfer::watch);
     set(CURLOPT_XFERINFODATA, this);
     set(CURLOPT_NOPROGRESS, 0L);
-    set(CURLOPT_DEBUGFUNCTION, &Transfer::countFramed);
-    set(CURLOPT_DEBUGDATA, this);
 }
 
 CURL* Transfer::handle() const {
@@ -253,11 +242,12 @@ std::size_t Transfer::receive(char* bytes, std::size_t, std::size_t count, void*
 }
 
 // What libcurl calls before it sends a request. It would use a connection on which something has come, and take that
-// for the response. Over HTTP/2 responses bear the number of their request.
+// for the response.
 int Transfer::checkConnection(void* transfer, char*, char*, int, int localPort) noexcept {
     auto& user = *static_cast<Transfer*>(transfer);
-    const bool isQuiet = user.connections_->isQuiet(localPort) || user.takesNewConnection_;
-    user.isStale_ = !isQuiet && !isHttp2(user.easy_.get());
+    user.socket_ = user.connections_->socketFrom(localPort);
+    user.receivedBefore_ = countReceived(user.socket_);
+    user.isStale_ = !user.connections_->isQuiet(user.socket_);
     return user.isStale_ ? CURL_PREREQFUNC_ABORT : CURL_PREREQFUNC_OK;
 }
 
@@ -266,15 +256,8 @@ int Transfer::watch(void* transfer, curl_off_t, curl_off_t, curl_off_t, curl_off
     auto& watched = *static_cast<Transfer*>(transfer);
     if (watched.header_.endsWithConnection())
         watched.isTlsOpen_ = isTlsOpen(watched.easy_.get());
-    return watched.error_ || watched.isOutOfMemory_ ? 1 : 0;
-}
-
-// What libcurl calls with a body in chunks before it takes them apart.
-int Transfer::countFramed(CURL*, curl_infotype type, char*, std::size_t count, void* transfer) noexcept {
-    auto& counter = *static_cast<Transfer*>(transfer);
-    if (type == CURLINFO_DATA_IN)
-        counter.attempt([&] { counter.countReceived(count); });
-    return 0;
+    const bool isGood = watched.attempt([&] { watched.checkReceived(); });
+    return isGood ? 0 : 1;
 }
 
 void Transfer::readHeaderLine(std::string_view line) {
@@ -283,17 +266,11 @@ void Transfer::readHeaderLine(std::string_view line) {
     if (headerBytes_ > limit)
         throw TransferError(FailureKind::MALFORMED, fmt::format("the header is longer than {} bytes", limit));
     header_.readLine(line);
-    if (!header_.hasEnded())
-        return;
-    // What stands between chunks is shown to nobody else. Only from here on, since libcurl words each of its steps
-    // then.
-    if (header_.isChunked())
-        set(CURLOPT_VERBOSE, 1L);
 }
 
 void Transfer::readBody(std::string_view bytes) {
-    if (!header_.isChunked())
-        countReceived(bytes.size());
+    receivedBytes_ += bytes.size();
+    checkReceived();
     if (!header_.redirection().empty())
         return;
     if (header_.isGzip() && !gzip_)
@@ -304,11 +281,16 @@ void Transfer::readBody(std::string_view bytes) {
         keep(bytes);
 }
 
-void Transfer::countReceived(std::size_t count) {
-    const std::size_t limit = rules_.settings().maxBodyBytes;
-    if (count > limit - std::min(receivedBytes_, limit))
+// By the socket too, since libcurl shows nobody what stands between chunks, and overlooks parts of a header. It counts
+// what frames and encrypts the body, for which there is an eighth more.
+void Transfer::checkReceived() {
+    const CurlHTTPClientSettings& settings = rules_.settings();
+    const std::uint64_t limit = settings.maxBodyBytes;
+    const std::uint64_t bySocket = socket_ == CURL_SOCKET_BAD ? 0 : countReceived(socket_) - receivedBefore_;
+    if (receivedBytes_ > limit || bySocket > limit + limit / 8 + settings.maxHeaderBytes + smallestLimit)
         throw TransferError(FailureKind::TOO_LARGE, fmt::format("the response is longer than {} bytes", limit));
-    receivedBytes_ += count;
+    if (connections_->isOverdue())
+        throw TransferError(FailureKind::TIMEOUT, "the response comes without a pause, but does not end");
 }
 
 void Transfer::keep(std::string_view decoded) {
@@ -366,6 +348,8 @@ void Transfer::redirect() {
         headers_ = toCurl({});
     }
     destination_ = std::move(next);
+    if (header_.status() == 303)
+        method_ = Qx::HTTPRequest::Method::GET;
 }
 
 void Transfer::answer(CURLcode result) noexcept {
@@ -403,9 +387,7 @@ Qx::HTTPResponse Transfer::responseTo(CURLcode result) {
     const bool isConnectionCut = header_.endsWithConnection() && isTlsOpen_;
     if (!header_.hasEnded() || isConnectionCut || (gzip_ && !gzip_->isComplete()))
         return HTTPResponse::transportFailure(FailureKind::NETWORK, cutShort);
-    long status = 0;
-    curl_easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
-    return {static_cast<int>(status), std::move(body_)};
+    return {header_.status(), std::move(body_)};
 }
 
 // libcurl's own words are used where they can hold nothing of a proxy's password.

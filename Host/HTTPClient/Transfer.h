@@ -13,6 +13,7 @@
 
 #include <array>
 #include <chrono>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -62,12 +63,11 @@ private:
     static std::size_t receive(char* bytes, std::size_t, std::size_t count, void* transfer) noexcept;
     static int checkConnection(void* transfer, char*, char*, int, int localPort) noexcept;
     static int watch(void* transfer, curl_off_t, curl_off_t, curl_off_t, curl_off_t) noexcept;
-    static int countFramed(CURL*, curl_infotype type, char*, std::size_t count, void* transfer) noexcept;
     template <class Action>
     bool attempt(Action action) noexcept;
     void readHeaderLine(std::string_view line);
     void readBody(std::string_view bytes);
-    void countReceived(std::size_t count);
+    void checkReceived();
     void keep(std::string_view decoded);
     void reserve(std::size_t more);
 
@@ -79,7 +79,7 @@ private:
 
     const TransferRules& rules_;
     TransferThread::Answered answered_;
-    const Qx::HTTPRequest::Method method_;
+    Qx::HTTPRequest::Method method_;
     Destination destination_;
     bool sendsToken_ = false;
     CurlHeaders headers_;
@@ -94,7 +94,9 @@ private:
     int redirects_ = 0;
     std::size_t headerBytes_ = 0;   ///< Of all responses.
     std::size_t receivedBytes_ = 0; ///< Of the bodies of all responses, as they came.
-    bool isTlsOpen_ = false;        ///< Whether the peer of a TLS connection has not said that it ends.
+    curl_socket_t socket_ = CURL_SOCKET_BAD;
+    std::uint64_t receivedBefore_ = 0; ///< By that socket.
+    bool isTlsOpen_ = false;           ///< Whether the peer of a TLS connection has not said that it ends.
 
     ResponseHeader header_;
     std::unique_ptr<GzipDecoder> gzip_;

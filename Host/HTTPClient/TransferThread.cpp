@@ -30,6 +30,7 @@ CurlMulti makeMulti(std::size_t maxConnections) {
     if (!multi)
         throw std::bad_alloc();
     curl_multi_setopt(multi.get(), CURLMOPT_MAXCONNECTS, static_cast<long>(maxConnections));
+    curl_multi_setopt(multi.get(), CURLMOPT_PIPELINING, static_cast<long>(CURLPIPE_NOTHING));
     return multi;
 }
 
@@ -87,6 +88,7 @@ void TransferThread::Loop::close() {
     {
         const std::lock_guard lock(mutex_);
         closing_ = true;
+        connections_.end();
         curl_multi_wakeup(multi_.get());
     }
     thread_.join();
@@ -140,6 +142,7 @@ bool TransferThread::Loop::isClosing() {
 // False if the system does not let it wait.
 bool TransferThread::Loop::performAndWait() {
     int running = 0;
+    connections_.beginRound(rules_.settings().connectTimeout);
     const CURLMcode performed = curl_multi_perform(multi_.get(), &running);
     // What has finished makes room for what waits.
     if (finishDone())
