@@ -36,10 +36,13 @@ std::string explainTransportFailure(const Qx::HTTPResponse& response, const std:
         return fmt::format("no proper answer for {}: {}; check --service, and any proxy between", urn, reason);
     case FailureKind::OUT_OF_MEMORY:
         return fmt::format("no memory for the answer for {}; close other programs, or give this one more", urn);
-    default:
-        return fmt::format("no answer for {}: {}; check --service, that the service runs, your network and its proxy",
-                           urn, reason);
+    case FailureKind::NONE:
+    case FailureKind::NETWORK:
+    case FailureKind::CLOSED:
+        break;
     }
+    return fmt::format("no answer for {}: {}; check --service, that the service runs, your network and its proxy", urn,
+                       reason);
 }
 
 } // namespace

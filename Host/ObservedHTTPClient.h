@@ -24,7 +24,8 @@ public:
 
     /// Waits until every request and every batch sent so far is answered and its callbacks have returned, and
     /// hands over the responses, in the order in which the requests were sent. The next call waits for and hands over
-    /// what has been sent since. What the client did not send, but threw, has no response.
+    /// what has been sent since. What the client did not send, but threw, has no response. Do not call it in a
+    /// completion, which would wait for itself, nor in a forked child.
     std::vector<Qx::HTTPResponse> waitForResponses();
 
 private:
@@ -33,9 +34,10 @@ private:
     template <class Send>
     void observe(std::size_t responses, Send send);
 
-    const std::unique_ptr<Qx::IHTTPClient> client_;
     std::mutex mutex_;
     std::vector<std::shared_ptr<Exchange>> sent_;
+    const std::unique_ptr<Qx::IHTTPClient>
+        client_; // The last: what its completions queue while it ends uses the others.
 };
 
 } // namespace OrvaneHost

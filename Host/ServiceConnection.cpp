@@ -49,7 +49,8 @@ std::unique_ptr<CurlHTTPClient> makeClient(const CurlHTTPClientSettings& setting
     } catch (const std::invalid_argument& error) {
         throw std::runtime_error(fmt::format("{}; check --service and --v3-service", error.what()));
     } catch (const std::system_error&) {
-        throw std::runtime_error("can't start the threads of the HTTP client; end other programs, or allow more");
+        throw std::runtime_error(
+            "there are too few threads or descriptors for the HTTP client; end other programs, or allow more");
     }
 }
 

@@ -41,7 +41,7 @@ private:
 class ServiceConnection {
 public:
     /// Throws an exception with a message of one line if there is no token for a service of the user's, the token file
-    /// can't be read, an address is none, or threads are not to be had.
+    /// can't be read, an address is invalid, or threads can't be started.
     explicit ServiceConnection(const CommandLine& commandLine);
 
     Qx::Orvanedm& orvanedm();

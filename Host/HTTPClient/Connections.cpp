@@ -54,13 +54,19 @@ void Connections::end() {
     hasEnded_ = true;
 }
 
+bool Connections::hasEnded() const {
+    return hasEnded_;
+}
+
 bool Connections::isOverdue() const {
     return hasEnded_ || std::chrono::steady_clock::now() > deadline_;
 }
 
-curl_socket_t Connections::socketFrom(int localPort) const {
-    const auto found = std::find_if(isUsed_.begin(), isUsed_.end(),
-                                    [=](const auto& entry) { return localPortOf(entry.first) == localPort; });
+curl_socket_t Connections::find(int localPort, int remotePort) const {
+    const auto isBetween = [=](const auto& entry) {
+        return localPortOf(entry.first) == localPort && remotePortOf(entry.first) == remotePort;
+    };
+    const auto found = std::find_if(isUsed_.begin(), isUsed_.end(), isBetween);
     return found == isUsed_.end() ? CURL_SOCKET_BAD : found->first;
 }
 

@@ -27,11 +27,13 @@ public:
     /// Ends the round, and every other from now on. May be called from any thread.
     void end();
 
+    bool hasEnded() const;
+
     /// Whether the round has taken too long.
     bool isOverdue() const;
 
-    /// The socket of the connection from that port, or none.
-    curl_socket_t socketFrom(int localPort) const;
+    /// The socket of the connection between these ports, or none.
+    curl_socket_t find(int localPort, int remotePort) const;
 
     /// Whether the connection has no use yet, or has received nothing since the last: what comes without being asked
     /// for would be taken for the response to the next request. Counts as a use.

@@ -3,7 +3,7 @@
 #include <curl/curl.h>
 #include <memory>
 
-// What owns libcurl's objects. Only the sources of this folder that include it know libcurl.
+// What owns libcurl's objects. Nothing outside this folder knows libcurl.
 namespace OrvaneHost {
 
 template <auto destroy>

@@ -133,13 +133,13 @@ CurlHTTPClient::CurlHTTPClient(const CurlHTTPClientSettings& settings)
     : processId_(processId()), threads_(std::make_unique<Threads>(settings)) {}
 
 CurlHTTPClient::~CurlHTTPClient() {
-    if (isOfParent())
+    if (belongsToParentProcess())
         static_cast<void>(threads_.release()); // None of them runs here, so none can be ended.
     else
         threads_->transfers.close();
 }
 
-bool CurlHTTPClient::isOfParent() const {
+bool CurlHTTPClient::belongsToParentProcess() const {
     return processId() != processId_;
 }
 
@@ -154,7 +154,7 @@ void CurlHTTPClient::whenAllRequests(Requests& requests, BatchCallback callback,
 
 void CurlHTTPClient::send(Requests requests, BatchCallback callback, Qx::HTTPRequest::ExecutionType executionType) {
     const auto group = std::make_shared<Group>(std::move(requests), std::move(callback));
-    const bool isInChild = isOfParent();
+    const bool isInChild = belongsToParentProcess();
     if (!isInChild && executionType == Qx::HTTPRequest::ExecutionType::CLIENT_THREAD) {
         answerOnDeliveryThreads(group, threads_->transfers, threads_->deliveries);
         return;

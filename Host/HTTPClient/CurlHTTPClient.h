@@ -30,13 +30,15 @@ namespace OrvaneHost {
 /// parent.
 class CurlHTTPClient : public Qx::IHTTPClient {
 public:
-    /// Throws `std::invalid_argument` with one line for a setting that makes no sense, and `std::system_error` where
-    /// there are no threads to be had.
+    /// Throws `std::invalid_argument` with one line for a setting that makes no sense, and `std::system_error` if
+    /// threads can't be started or there are no descriptors.
     explicit CurlHTTPClient(const CurlHTTPClientSettings& settings);
     CurlHTTPClient(const CurlHTTPClient&) = delete;
     CurlHTTPClient& operator=(const CurlHTTPClient&) = delete;
 
-    /// Answers the requests in flight with a transport failure and returns when the completions on its threads have.
+    /// Answers the requests in flight with a transport failure and returns when the completions on its threads have. In
+    /// a completion on a thread of the client it may run others, so hold no lock that they take. It has to end before
+    /// `main` returns, since OpenSSL releases behind `main` what the client's thread may still use.
     /// What they queue meanwhile is answered so too; one that always queues another keeps the destructor from
     /// returning.
     ~CurlHTTPClient() override;
@@ -51,7 +53,7 @@ private:
 
     struct Threads;
 
-    bool isOfParent() const;
+    bool belongsToParentProcess() const;
 
     const long processId_;
     std::unique_ptr<Threads> threads_;

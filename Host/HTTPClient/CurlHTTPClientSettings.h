@@ -7,7 +7,8 @@
 
 namespace OrvaneHost {
 
-/// What a `CurlHTTPClient` is to keep to. Times are more than 0, and none runs while a request waits for its turn.
+/// What a `CurlHTTPClient` is to keep to. Times are more than 0 and no more than a day, and none runs while a request
+/// waits for its turn.
 struct CurlHTTPClientSettings {
     /// Sent as bearer token with requests that ask for one; empty sends none.
     std::string token;
@@ -32,7 +33,7 @@ struct CurlHTTPClientSettings {
 
     /// At least one; requests beyond these wait for their turn.
     std::size_t maxConnections = 16;
-    /// Threads that call completions, at least one.
+    /// Threads that call completions, at least one, and no more than 1,000.
     std::size_t deliveryThreads = 2;
 
     /// A file of certificates (PEM) to trust in place of the system's; empty for the system's.

@@ -85,7 +85,7 @@ void DeliveryThreads::end() {
 void DeliveryThreads::post(Deliveries deliveries) noexcept {
     const std::lock_guard lock(queue_->mutex);
     queue_->deliveries.splice(queue_->deliveries.end(), deliveries);
-    queue_->changed.notify_one();
+    queue_->changed.notify_all();
 }
 
 } // namespace OrvaneHost

@@ -25,7 +25,8 @@ public:
     DeliveryThreads(const DeliveryThreads&) = delete;
     DeliveryThreads& operator=(const DeliveryThreads&) = delete;
 
-    /// Runs what is still posted and ends the threads. May be called from a delivery.
+    /// Runs what is still posted and ends the threads. May be called from a delivery, within which other deliveries
+    /// then run.
     ~DeliveryThreads();
 
     /// Runs each once on one of the threads and destroys it there. An exception that leaves a delivery ends there:

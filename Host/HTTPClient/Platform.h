@@ -23,8 +23,9 @@ int openSocket(int family, int type, int protocol);
 /// `close` for it.
 int closeSocket(int socket);
 
-/// The port of this machine that the socket is bound to, or 0.
+/// The ports at both ends of its connection, or 0.
 int localPortOf(int socket);
+int remotePortOf(int socket);
 
 /// Whether something has come that nobody has read, the end of the connection included.
 bool hasUnread(int socket);

@@ -1,10 +1,10 @@
 #include "Host/HTTPClient/Transfer.h"
 
+#include "Host/HTTPClient/CurlFailure.h"
 #include "Host/HTTPClient/HTTPText.h"
 #include "Host/HTTPClient/Platform.h"
 
 #include <algorithm>
-#include <array>
 #include <exception>
 #include <fmt/format.h>
 #include <new>
@@ -21,41 +21,8 @@ using Headers = std::vector<Qx::HTTPRequest::Header>;
 constexpr const char* outOfMemory = "out of memory";
 constexpr const char* cutShort = "the response was cut short";
 
-// What a connection may receive at least, for handshakes and the like.
-constexpr std::uint64_t smallestLimit = 65536;
-
-template <std::size_t count>
-bool isOneOf(const std::string& name, const std::array<const char*, count>& names) {
-    return std::any_of(names.begin(), names.end(), [&](const char* known) { return isSameName(name, known); });
-}
-
-bool isCredential(const std::string& name) {
-    return isOneOf(name, std::array{"Authorization", "Proxy-Authorization", "Cookie"});
-}
-
-// With these a caller could make of one request two, or reach a host that the address does not name.
-bool isForClientAlone(const std::string& name) {
-    return isOneOf(name, std::array{"Connection", "Content-Length", "Host", "Transfer-Encoding", "Upgrade"});
-}
-
-// Why the request may not be sent, in one line; empty if it may.
-std::string refusalOf(const Headers& headers, const Destination& destination, bool sendsToken,
-                      const TransferRules& rules) {
-    std::string refusal = destination.refusal();
-    if (refusal.empty() && sendsToken)
-        refusal = rules.refusalOfToken(destination);
-    for (const auto& [name, value] : headers) {
-        if (!refusal.empty())
-            break;
-        if (!isHeaderName(name) || hasControl(value))
-            refusal = "invalid name of a header, or a control character in its value";
-        else if (isForClientAlone(name))
-            refusal = "the header " + name + " is set by the client alone";
-        else if (isCredential(name))
-            refusal = rules.refusalOfCredentials(destination, "the header " + name);
-    }
-    return refusal;
-}
+// Bytes that a connection may receive that are part of no response.
+constexpr double forHandshakes = 65536;
 
 CurlHeaders toCurl(const Headers& headers) {
     CurlHeaders list;
@@ -78,37 +45,14 @@ CurlHeaders toCurl(const Headers& headers) {
     return list;
 }
 
-// Whether this is a TLS connection whose peer has not said that it ends. Only OpenSSL tells.
-bool isTlsOpen(CURL* easy) {
+// Whether this is a TLS connection whose peer has not said that it ends, as it does with "close_notify". Only OpenSSL
+// tells.
+bool lacksCloseNotify(CURL* easy) {
     curl_tlssessioninfo* session = nullptr;
     if (curl_easy_getinfo(easy, CURLINFO_TLS_SSL_PTR, &session) != CURLE_OK || !session || !session->internals ||
         session->backend != CURLSSLBACKEND_OPENSSL)
         return false;
     return (SSL_get_shutdown(static_cast<SSL*>(session->internals)) & SSL_RECEIVED_SHUTDOWN) == 0;
-}
-
-bool hasConnected(CURL* easy) {
-    curl_off_t time = 0;
-    curl_easy_getinfo(easy, CURLINFO_PRETRANSFER_TIME_T, &time);
-    return time > 0;
-}
-
-FailureKind kindOf(CURLcode result, CURL* easy) {
-    switch (result) {
-    case CURLE_OPERATION_TIMEDOUT:
-        return hasConnected(easy) ? FailureKind::TIMEOUT : FailureKind::NETWORK;
-    case CURLE_OUT_OF_MEMORY:
-        return FailureKind::OUT_OF_MEMORY;
-    case CURLE_PEER_FAILED_VERIFICATION:
-    case CURLE_SSL_CACERT_BADFILE:
-    case CURLE_SSL_CONNECT_ERROR:
-        return FailureKind::TLS;
-    case CURLE_UNSUPPORTED_PROTOCOL:
-    case CURLE_WEIRD_SERVER_REPLY:
-        return FailureKind::MALFORMED;
-    default:
-        return FailureKind::NETWORK;
-    }
 }
 
 } // namespace
@@ -118,8 +62,9 @@ Transfer::Transfer(const Qx::HTTPRequest& request, const TransferRules& rules, T
       answered_(std::move(answered)),
       method_(request.getMethod()),
       destination_(request.getURL()),
-      sendsToken_(request.getAuthType() == Qx::HTTPRequest::AuthType::BEARER && !rules.settings().token.empty()) {
-    const std::string refusal = refusalOf(request.getHeaders(), destination_, sendsToken_, rules_);
+      sendsToken_(rules.sendsToken(request)),
+      body_(rules.settings().maxBodyBytes) {
+    const std::string refusal = rules.refusalOf(request, destination_);
     if (refusal.empty())
         headers_ = toCurl(request.getHeaders());
     else
@@ -140,7 +85,6 @@ bool Transfer::start(Connections& connections) {
     if (!easy_ || !connections.attach(easy_.get()))
         return false;
     header_ = ResponseHeader();
-    gzip_.reset();
     socket_ = CURL_SOCKET_BAD;
     setRequest();
     setConnection();
@@ -243,11 +187,11 @@ std::size_t Transfer::receive(char* bytes, std::size_t, std::size_t count, void*
 
 // What libcurl calls before it sends a request. It would use a connection on which something has come, and take that
 // for the response.
-int Transfer::checkConnection(void* transfer, char*, char*, int, int localPort) noexcept {
+int Transfer::checkConnection(void* transfer, char*, char*, int remotePort, int localPort) noexcept {
     auto& user = *static_cast<Transfer*>(transfer);
-    user.socket_ = user.connections_->socketFrom(localPort);
+    user.socket_ = user.connections_->find(localPort, remotePort);
     user.receivedBefore_ = countReceived(user.socket_);
-    user.isStale_ = !user.connections_->isQuiet(user.socket_);
+    user.isStale_ = !user.connections_->isQuiet(user.socket_) && !user.takesNewConnection_;
     return user.isStale_ ? CURL_PREREQFUNC_ABORT : CURL_PREREQFUNC_OK;
 }
 
@@ -255,7 +199,7 @@ int Transfer::checkConnection(void* transfer, char*, char*, int, int localPort) 
 int Transfer::watch(void* transfer, curl_off_t, curl_off_t, curl_off_t, curl_off_t) noexcept {
     auto& watched = *static_cast<Transfer*>(transfer);
     if (watched.header_.endsWithConnection())
-        watched.isTlsOpen_ = isTlsOpen(watched.easy_.get());
+        watched.lacksCloseNotify_ = lacksCloseNotify(watched.easy_.get());
     const bool isGood = watched.attempt([&] { watched.checkReceived(); });
     return isGood ? 0 : 1;
 }
@@ -269,54 +213,24 @@ void Transfer::readHeaderLine(std::string_view line) {
 }
 
 void Transfer::readBody(std::string_view bytes) {
-    receivedBytes_ += bytes.size();
-    checkReceived();
-    if (!header_.redirection().empty())
-        return;
-    if (header_.isGzip() && !gzip_)
-        gzip_ = std::make_unique<GzipDecoder>();
-    if (gzip_)
-        gzip_->decode(bytes, [this](std::string_view decoded) { keep(decoded); });
+    if (header_.redirection().empty())
+        body_.append(bytes, header_.isGzip());
     else
-        keep(bytes);
+        body_.skip(bytes);
 }
 
-// By the socket too, since libcurl shows nobody what stands between chunks, and overlooks parts of a header. It counts
-// what frames and encrypts the body, for which there is an eighth more.
+// What comes is counted at the socket too, since libcurl shows nobody what stands between chunks, and overlooks parts
+// of a header. That is more than the body by what frames and encrypts it.
 void Transfer::checkReceived() {
     const CurlHTTPClientSettings& settings = rules_.settings();
-    const std::uint64_t limit = settings.maxBodyBytes;
-    const std::uint64_t bySocket = socket_ == CURL_SOCKET_BAD ? 0 : countReceived(socket_) - receivedBefore_;
-    if (receivedBytes_ > limit || bySocket > limit + limit / 8 + settings.maxHeaderBytes + smallestLimit)
-        throw TransferError(FailureKind::TOO_LARGE, fmt::format("the response is longer than {} bytes", limit));
+    const double limit = 1.125 * static_cast<double>(settings.maxBodyBytes) +
+                         static_cast<double>(settings.maxHeaderBytes) + forHandshakes;
+    if (socket_ != CURL_SOCKET_BAD && static_cast<double>(countReceived(socket_) - receivedBefore_) > limit)
+        body_.failTooLarge();
+    if (connections_->hasEnded())
+        throw TransferError(FailureKind::CLOSED, closedFirst);
     if (connections_->isOverdue())
         throw TransferError(FailureKind::TIMEOUT, "the response comes without a pause, but does not end");
-}
-
-void Transfer::keep(std::string_view decoded) {
-    const std::size_t limit = rules_.settings().maxBodyBytes;
-    if (decoded.size() > limit - body_.size())
-        throw TransferError(FailureKind::TOO_LARGE, fmt::format("the response is longer than {} bytes", limit));
-    reserve(decoded.size());
-    body_.append(decoded);
-}
-
-// Growing by copying would hold a large body twice. So beyond a few megabytes all that is permitted is reserved
-// at once, if it is to be had: memory that is never written is never used.
-void Transfer::reserve(std::size_t more) {
-    constexpr std::size_t large = std::size_t{4} << 20;
-    const std::size_t needed = body_.size() + more + Qx::HTTPResponse::spareBytes;
-    if (needed <= body_.capacity())
-        return;
-    try {
-        if (needed > large) {
-            body_.reserve(rules_.settings().maxBodyBytes + Qx::HTTPResponse::spareBytes);
-            return;
-        }
-    } catch (const std::exception&) {
-        // The limit is beyond this machine; the body need not be.
-    }
-    body_.reserve(std::max(needed, 2 * body_.capacity()));
 }
 
 bool Transfer::goesOn(CURLcode result) noexcept {
@@ -382,35 +296,15 @@ Qx::HTTPResponse Transfer::responseTo(CURLcode result) {
         return HTTPResponse::transportFailure(FailureKind::OUT_OF_MEMORY, outOfMemory);
     if (error_)
         return HTTPResponse::transportFailure(error_->kind(), error_->what());
-    if (result != CURLE_OK)
-        return HTTPResponse::transportFailure(kindOf(result, easy_.get()), reasonFor(result));
-    const bool isConnectionCut = header_.endsWithConnection() && isTlsOpen_;
-    if (!header_.hasEnded() || isConnectionCut || (gzip_ && !gzip_->isComplete()))
+    if (result != CURLE_OK) {
+        const std::string place = redirects_ == 0 ? destination_.name() : "where a redirect leads";
+        const TransferError error = explain(result, easy_.get(), curlError_.data(), place, rules_.settings().token);
+        return HTTPResponse::transportFailure(error.kind(), error.what());
+    }
+    const bool isConnectionCut = header_.endsWithConnection() && lacksCloseNotify_;
+    if (!header_.hasEnded() || isConnectionCut || !body_.isComplete())
         return HTTPResponse::transportFailure(FailureKind::NETWORK, cutShort);
-    return {header_.status(), std::move(body_)};
-}
-
-// libcurl's own words are used where they can hold nothing of a proxy's password.
-std::string Transfer::reasonFor(CURLcode result) const {
-    const std::string place = redirects_ == 0 ? destination_.name() : "where a redirect leads";
-    std::string reason = curl_easy_strerror(result);
-    if (result == CURLE_COULDNT_RESOLVE_HOST)
-        reason = "can't find " + place;
-    else if (result == CURLE_COULDNT_RESOLVE_PROXY)
-        reason = "can't find the proxy";
-    else if (result == CURLE_COULDNT_CONNECT)
-        reason = "can't connect to " + place;
-    else if (result == CURLE_OPERATION_TIMEDOUT && !hasConnected(easy_.get()))
-        reason = "can't connect to " + place + " in time";
-    else if (result != CURLE_NOT_BUILT_IN && result != CURLE_URL_MALFORMAT && curlError_.front())
-        reason = curlError_.data();
-    // The server has a say in some of them, and knows the token. Shorter ones are no secrets, but parts of words.
-    constexpr std::size_t secretFrom = 8;
-    const std::string& token = rules_.settings().token;
-    if (token.size() >= secretFrom && reason.find(token) != std::string::npos)
-        reason = curl_easy_strerror(result);
-    std::replace_if(reason.begin(), reason.end(), isControl, ' ');
-    return reason;
+    return {header_.status(), body_.take()};
 }
 
 } // namespace OrvaneHost

@@ -5,7 +5,7 @@
 #include "Host/HTTPClient/Connections.h"
 #include "Host/HTTPClient/Curl.h"
 #include "Host/HTTPClient/Destination.h"
-#include "Host/HTTPClient/GzipDecoder.h"
+#include "Host/HTTPClient/ResponseBody.h"
 #include "Host/HTTPClient/ResponseHeader.h"
 #include "Host/HTTPClient/TransferError.h"
 #include "Host/HTTPClient/TransferRules.h"
@@ -14,7 +14,6 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -61,18 +60,15 @@ private:
 
     template <auto read>
     static std::size_t receive(char* bytes, std::size_t, std::size_t count, void* transfer) noexcept;
-    static int checkConnection(void* transfer, char*, char*, int, int localPort) noexcept;
+    static int checkConnection(void* transfer, char*, char*, int remotePort, int localPort) noexcept;
     static int watch(void* transfer, curl_off_t, curl_off_t, curl_off_t, curl_off_t) noexcept;
     template <class Action>
     bool attempt(Action action) noexcept;
     void readHeaderLine(std::string_view line);
     void readBody(std::string_view bytes);
     void checkReceived();
-    void keep(std::string_view decoded);
-    void reserve(std::size_t more);
 
     void redirect();
-    std::string reasonFor(CURLcode result) const;
     template <class MakeResponse>
     void answerWith(MakeResponse makeResponse) noexcept;
     Qx::HTTPResponse responseTo(CURLcode result);
@@ -92,15 +88,13 @@ private:
     bool isStale_ = false; ///< Whether something came over the connection that nobody had asked for.
     bool takesNewConnection_ = false;
     int redirects_ = 0;
-    std::size_t headerBytes_ = 0;   ///< Of all responses.
-    std::size_t receivedBytes_ = 0; ///< Of the bodies of all responses, as they came.
+    std::size_t headerBytes_ = 0; ///< Of all responses.
     curl_socket_t socket_ = CURL_SOCKET_BAD;
     std::uint64_t receivedBefore_ = 0; ///< By that socket.
-    bool isTlsOpen_ = false;           ///< Whether the peer of a TLS connection has not said that it ends.
+    bool lacksCloseNotify_ = false;    ///< Whether the peer of a TLS connection has not said that it ends.
 
     ResponseHeader header_;
-    std::unique_ptr<GzipDecoder> gzip_;
-    std::string body_;
+    ResponseBody body_;
 
     std::array<char, CURL_ERROR_SIZE> curlError_{};
     CurlEasy easy_; // The last, since it points to all the others.

@@ -9,6 +9,9 @@ namespace OrvaneHost {
 
 using FailureKind = Qx::HTTPResponse::FailureKind;
 
+/// The reason of what a client that ends leaves unanswered.
+inline constexpr const char* closedFirst = "the HTTP client was closed before the answer came";
+
 /// What is wrong with a request or its answer, in one line.
 class TransferError : public std::runtime_error {
 public:

@@ -3,6 +3,8 @@
 #include "Host/HTTPClient/HTTPText.h"
 
 #include <algorithm>
+#include <array>
+#include <chrono>
 #include <fmt/format.h>
 #include <stdexcept>
 #include <utility>
@@ -12,15 +14,18 @@ namespace OrvaneHost {
 namespace {
 
 template <class Time>
-void requirePositive(const char* name, Time time) {
-    if (time <= Time::zero())
-        throw std::invalid_argument(fmt::format("{} is {}; it has to be more than 0", name, time.count()));
+void requireTime(const char* name, Time time) {
+    if (time <= Time::zero() || time > std::chrono::hours(24))
+        throw std::invalid_argument(fmt::format("{} has to be more than 0, and no more than a day", name));
 }
 
 void require(const CurlHTTPClientSettings& settings) {
-    requirePositive("connectTimeout", settings.connectTimeout);
-    requirePositive("requestTimeout", settings.requestTimeout);
-    requirePositive("stallTimeout", settings.stallTimeout);
+    requireTime("connectTimeout", settings.connectTimeout);
+    requireTime("requestTimeout", settings.requestTimeout);
+    requireTime("stallTimeout", settings.stallTimeout);
+    constexpr std::size_t maxThreads = 1000;
+    if (settings.deliveryThreads > maxThreads)
+        throw std::invalid_argument(fmt::format("deliveryThreads has to be no more than {}", maxThreads));
 }
 
 std::vector<Destination> destinationsOf(const std::vector<std::string>& urls) {
@@ -33,6 +38,34 @@ std::vector<Destination> destinationsOf(const std::vector<std::string>& urls) {
     return destinations;
 }
 
+template <std::size_t count>
+bool isOneOf(const std::string& name, const std::array<const char*, count>& names) {
+    return std::any_of(names.begin(), names.end(), [&](const char* known) { return isSameName(name, known); });
+}
+
+bool isCredential(const std::string& name) {
+    return isOneOf(name, std::array{"Authorization", "Proxy-Authorization", "Cookie"});
+}
+
+// With these a caller could make of one request two, or reach a host that the address does not name.
+bool isForClientAlone(const std::string& name) {
+    return isOneOf(name, std::array{"Connection", "Content-Length", "Host", "Transfer-Encoding", "Upgrade"});
+}
+
+std::string refusalOfCredentials(const Destination& destination, const std::string& what) {
+    if (destination.isHttps() || destination.isLocal())
+        return {};
+    return what + " goes over https only, or to this machine; use an https address";
+}
+
+std::string refusalOfHeader(const std::string& name, const std::string& value, const Destination& destination) {
+    if (!isHeaderName(name) || hasControl(value))
+        return "invalid name of a header, or a control character in its value";
+    if (isForClientAlone(name))
+        return "the header " + name + " is set by the client alone";
+    return isCredential(name) ? refusalOfCredentials(destination, "the header " + name) : std::string();
+}
+
 } // namespace
 
 TransferRules::TransferRules(CurlHTTPClientSettings settings)
@@ -42,10 +75,18 @@ const CurlHTTPClientSettings& TransferRules::settings() const {
     return settings_;
 }
 
-std::string TransferRules::refusalOfCredentials(const Destination& destination, const std::string& what) const {
-    if (destination.isHttps() || destination.isLocal())
-        return {};
-    return what + " goes over https only, or to this machine; use an https address";
+bool TransferRules::sendsToken(const Qx::HTTPRequest& request) const {
+    return request.getAuthType() == Qx::HTTPRequest::AuthType::BEARER && !settings_.token.empty();
+}
+
+std::string TransferRules::refusalOf(const Qx::HTTPRequest& request, const Destination& destination) const {
+    std::string refusal = destination.refusal();
+    if (refusal.empty() && sendsToken(request))
+        refusal = refusalOfToken(destination);
+    for (const auto& [name, value] : request.getHeaders())
+        if (refusal.empty())
+            refusal = refusalOfHeader(name, value, destination);
+    return refusal;
 }
 
 std::string TransferRules::refusalOfToken(const Destination& destination) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/QxBase10/HTTPRequest.h"
 #include "Host/HTTPClient/CurlHTTPClientSettings.h"
 #include "Host/HTTPClient/Destination.h"
 
@@ -16,12 +17,15 @@ public:
 
     const CurlHTTPClientSettings& settings() const;
 
-    /// Why the user's credentials may not go there, in one line; empty if they may. `what` they are is for the line;
-    /// the token goes to fewer places than what a caller sets.
-    std::string refusalOfCredentials(const Destination& destination, const std::string& what) const;
-    std::string refusalOfToken(const Destination& destination) const;
+    /// Whether the request gets the token.
+    bool sendsToken(const Qx::HTTPRequest& request) const;
+
+    /// Why the request may not be sent there, in one line; empty if it may.
+    std::string refusalOf(const Qx::HTTPRequest& request, const Destination& destination) const;
 
 private:
+    std::string refusalOfToken(const Destination& destination) const;
+
     const CurlHTTPClientSettings settings_;
     const std::vector<Destination> tokenOrigins_;
 };

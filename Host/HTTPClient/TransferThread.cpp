@@ -9,6 +9,7 @@
 #include <list>
 #include <mutex>
 #include <new>
+#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -23,12 +24,13 @@ using namespace std::chrono_literals;
 constexpr auto pauseAfterFailure = 10ms;
 constexpr int maxFailures = 100;
 
-constexpr const char* closed = "the HTTP client was closed before the answer came";
-
 CurlMulti makeMulti(std::size_t maxConnections) {
     CurlMulti multi(curl_multi_init());
     if (!multi)
         throw std::bad_alloc();
+    // Without descriptors for that libcurl makes do, but nobody could wake the thread.
+    if (curl_multi_wakeup(multi.get()) != CURLM_OK)
+        throw std::system_error(std::make_error_code(std::errc::too_many_files_open));
     curl_multi_setopt(multi.get(), CURLMOPT_MAXCONNECTS, static_cast<long>(maxConnections));
     curl_multi_setopt(multi.get(), CURLMOPT_PIPELINING, static_cast<long>(CURLPIPE_NOTHING));
     return multi;
@@ -58,9 +60,9 @@ private:
     void finish(CURL* handle, CURLcode result);
     void fail(Transfers& transfers, FailureKind kind, const char* reason);
 
+    Connections connections_; // The first, since it initialises libcurl.
     const TransferRules rules_;
     const std::size_t maxConnections_;
-    Connections connections_;
     CurlMulti multi_; // Ends with the thread.
 
     // Only these two are touched by other threads.
@@ -108,7 +110,7 @@ void TransferThread::Loop::submit(const std::vector<Qx::HTTPRequest>& requests, 
     for (Transfer& transfer : refused)
         transfer.answerRefusal();
     if (closing_) {
-        fail(accepted, FailureKind::CLOSED, closed);
+        fail(accepted, FailureKind::CLOSED, closedFirst);
         return;
     }
     waiting_.splice(waiting_.end(), accepted);
@@ -129,8 +131,8 @@ void TransferThread::Loop::run() {
             fail(active_, FailureKind::NETWORK, "the system does not let the client wait for its connections");
         }
     }
-    fail(active_, FailureKind::CLOSED, closed);
-    fail(waiting_, FailureKind::CLOSED, closed);
+    fail(active_, FailureKind::CLOSED, closedFirst);
+    fail(waiting_, FailureKind::CLOSED, closedFirst);
     multi_.reset();
 }
 

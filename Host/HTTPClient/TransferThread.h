@@ -17,7 +17,8 @@ public:
     /// not throw, nor call this object. It may let the whole be destroyed elsewhere before `submit` has returned.
     using Answered = std::function<void(Qx::HTTPResponse response)>;
 
-    /// Throws `std::invalid_argument` with one line if a setting makes no sense.
+    /// Throws `std::invalid_argument` with one line if a setting makes no sense, `std::system_error` if the system has
+    /// no thread or no descriptors for it, and `std::bad_alloc`.
     explicit TransferThread(CurlHTTPClientSettings settings);
     TransferThread(const TransferThread&) = delete;
     TransferThread& operator=(const TransferThread&) = delete;

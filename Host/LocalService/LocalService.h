@@ -28,7 +28,7 @@ class Workers;
 class LocalService {
 public:
     /// Starts to serve, from threads of its own. `port` 0 takes any free port. Throws `std::runtime_error`
-    /// with a message of one line if the port or the threads are not to be had.
+    /// with a message of one line if the port is not free or the threads can't be started.
     LocalService(ServiceData data, std::string token, int port);
     LocalService(const LocalService&) = delete;
     LocalService& operator=(const LocalService&) = delete;
@@ -57,7 +57,7 @@ private:
     const std::string token_;
     const std::unique_ptr<httplib::Server> server_;
     std::unique_ptr<Workers> workers_; // Until the server takes them.
-    std::atomic<int> port_ = 0;        // Below 0 if it is not to be had.
+    std::atomic<int> port_ = 0;        // Below 0 if it is not free.
     std::thread thread_;
 };
 

@@ -1,5 +1,6 @@
 #include "Host/LocalService/Workers.h"
 
+#include <exception>
 #include <utility>
 
 namespace OrvaneHost {
@@ -29,7 +30,11 @@ void Workers::work(const std::stop_token& stop) {
         const std::function<void()> task = std::move(tasks_.front());
         tasks_.pop_front();
         lock.unlock();
-        task();
+        try {
+            task();
+        } catch (const std::exception&) {
+            // One connection without memory must not end the others.
+        }
         lock.lock();
     }
 }

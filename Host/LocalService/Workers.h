@@ -12,14 +12,15 @@
 
 namespace OrvaneHost {
 
-/// The threads on which a server answers its connections. Other than those of the server's library, it ends cleanly
-/// where not all of them are to be had.
+/// The threads on which a server answers its connections. Unlike the library's own pool, it cleans up if not all of
+/// them can be started.
 class Workers : public httplib::TaskQueue {
 public:
-    /// Throws `std::system_error` if the system has no more threads.
+    /// Throws `std::system_error` if the threads can't be started.
     explicit Workers(std::size_t count);
     ~Workers() override;
 
+    /// Runs `task` on one of the threads. What it throws ends there.
     void enqueue(std::function<void()> task) override;
 
     /// Runs what is queued and ends the threads.

@@ -13,13 +13,21 @@ using Qx::HTTPRequest;
 using Qx::HTTPResponse;
 using namespace std::chrono_literals;
 
-// Keeps what it is given, or throws.
+// Keeps what it is given, but throws without an address, and answers what is left when it ends.
 class FussyClient : public FakeHTTPClient {
 public:
+    ~FussyClient() override {
+        for (std::size_t index = 0; index < queued.size(); ++index)
+            HTTPRequest(queued[index]).getCallback()(HTTPResponse());
+    }
+
     void queueRequest(HTTPRequest& request) override {
         if (request.getURL().empty())
             throw std::runtime_error("no");
-        FakeHTTPClient::queueRequest(request);
+        if (request.getURL() == "at once")
+            request.getCallback()(HTTPResponse(404, ""));
+        else
+            FakeHTTPClient::queueRequest(request);
     }
 };
 
@@ -37,10 +45,9 @@ TEST_F(ObservedHTTPClientTest, WaitsForNothingThatWasNotSent) {
 }
 
 TEST_F(ObservedHTTPClientTest, HandsOverWhatCompletionsThrewAtOnceAndNoMore) {
-    request.setURL("u");
+    request.setURL("at once");
     request.setCallback([](const HTTPResponse&) { throw std::runtime_error("no"); });
-    observed->queueRequest(request);
-    EXPECT_THROW(inner->answer(404, ""), std::runtime_error);
+    EXPECT_THROW(observed->queueRequest(request), std::runtime_error);
     EXPECT_EQ(observed->waitForResponses().at(0).getStatus(), 404);
     EXPECT_TRUE(observed->waitForResponses().empty()) << "it keeps none for good";
 }
@@ -54,11 +61,24 @@ TEST_F(ObservedHTTPClientTest, WaitsForAnEmptyBatchToo) {
     EXPECT_TRUE(waiting.get().empty());
 }
 
+TEST_F(ObservedHTTPClientTest, TakesWhatIsQueuedWhileItEnds) {
+    int completions = 0;
+    request.setURL("u");
+    request.setCallback([&, &client = *observed](const HTTPResponse&) {
+        if (++completions < 100)
+            client.queueRequest(request);
+    });
+    observed->queueRequest(request);
+    observed.reset();
+    EXPECT_EQ(completions, 100);
+}
+
 TEST_F(ObservedHTTPClientTest, MayEndInACompletion) {
     request.setURL("u");
     request.setCallback([this](const HTTPResponse&) { observed.reset(); });
     observed->queueRequest(request);
     const HTTPRequest::Callback completion = inner->queued.front().getCallback();
+    inner->queued.clear();
     completion(HTTPResponse(200, "{}"));
     EXPECT_FALSE(observed);
 }

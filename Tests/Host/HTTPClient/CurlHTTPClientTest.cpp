@@ -18,7 +18,9 @@
 #include <iterator>
 #include <pthread.h>
 #include <stdexcept>
+#include <sys/resource.h>
 #include <sys/wait.h>
+#include <system_error>
 
 namespace {
 
@@ -213,18 +215,35 @@ TEST_P(CurlHTTPClientInBothTypes, CompletionsMayQueueAChainAndABatchAndEndTheirO
 
 // A callback may own the last reference to the client, which then ends where the callback is destroyed.
 TEST(CurlHTTPClient, MayBeOwnedByItsCallbacks) {
-    const TestServer server(hello);
+    const RawServer server(Faults::serving({}));
+    const auto threads = countEntries("/proc/self/task");
     for (int i = 0; i < 50; ++i) {
-        std::weak_ptr<CurlHTTPClient> alive;
-        {
-            const auto client = std::make_shared<CurlHTTPClient>(settings());
-            alive = client;
-            HTTPRequest request = makeRequest(server.url("/"), Type::CLIENT_THREAD, [client](const HTTPResponse&) {});
-            client->queueRequest(request);
-        }
-        while (!alive.expired())
-            std::this_thread::sleep_for(1ms);
+        const auto client = std::make_shared<CurlHTTPClient>(settings());
+        HTTPRequest request = makeRequest(server.url("/"), Type::CLIENT_THREAD, [client](const HTTPResponse&) {});
+        client->queueRequest(request);
     }
+    expectEntries("/proc/self/task", threads);
+}
+
+// The thread that runs the first completion has to run those that wait behind it too.
+TEST(CurlHTTPClient, MayEndInACompletionWithOthersWaitingForTheThread) {
+    const TestServer server(hello);
+    CurlHTTPClientSettings single = settings();
+    single.deliveryThreads = 1;
+    auto client = std::make_unique<CurlHTTPClient>(single);
+    std::atomic<int> completions = 0;
+    std::promise<void> ended;
+    HTTPRequest request = makeRequest(server.url("/"), Type::CLIENT_THREAD, [&](const HTTPResponse&) {
+        if (++completions == 1) {
+            std::this_thread::sleep_for(50ms);
+            client.reset();
+            ended.set_value();
+        }
+    });
+    std::vector<HTTPRequest> batch(4, request);
+    client->whenAllRequests(batch, nullptr, Type::CLIENT_THREAD);
+    ended.get_future().wait();
+    EXPECT_EQ(completions, 4);
 }
 
 TEST(CurlHTTPClient, DestroyedWithRequestsInFlightItAnswersEachOnceAndWhatTheyQueue) {
@@ -362,16 +381,29 @@ TEST(CurlHTTPClient, SendsAPostNoMoreThanOnce) {
     EXPECT_EQ(posts, 1);
 }
 
-TEST(CurlHTTPClient, RefusesTimesThatMakeNoSense) {
+TEST(CurlHTTPClient, RefusesSettingsThatMakeNoSense) {
     for (const auto& spoil : std::initializer_list<void (*)(CurlHTTPClientSettings&)>{
              [](CurlHTTPClientSettings& made) { made.connectTimeout = -1ms; },
              [](CurlHTTPClientSettings& made) { made.requestTimeout = 0ms; },
+             [](CurlHTTPClientSettings& made) { made.requestTimeout = 25h; },
              [](CurlHTTPClientSettings& made) { made.stallTimeout = -1s; },
+             [](CurlHTTPClientSettings& made) { made.deliveryThreads = SIZE_MAX; },
              [](CurlHTTPClientSettings& made) { made.tokenOrigins = {"service.example"}; }}) {
         CurlHTTPClientSettings spoilt = settings();
         spoil(spoilt);
         EXPECT_THROW(CurlHTTPClient client(spoilt), std::invalid_argument);
     }
+}
+
+TEST(CurlHTTPClient, IsNotMadeWithoutDescriptorsToBeWokenBy) {
+    rlimit before{};
+    getrlimit(RLIMIT_NOFILE, &before);
+    const int firstFree = dup(STDERR_FILENO);
+    close(firstFree);
+    const rlimit none{static_cast<rlim_t>(firstFree), before.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+    EXPECT_THROW(CurlHTTPClient client(settings()), std::system_error);
+    setrlimit(RLIMIT_NOFILE, &before);
 }
 
 // The sets of signals that the client's threads do not take.
@@ -485,6 +517,29 @@ TEST(CurlHTTPClient, KeepsWhatIsForOneServerFromOtherHostsAndPorts) {
         request.setHeader("Authorization", "own");
         EXPECT_EQ(send(client, request).getBody(), seenOwn) << target;
     }
+}
+
+TEST(CurlHTTPClient, SendsNothingForThisMachineToAProxy) {
+    const TestServer server(hello);
+    const RawServer proxy(Faults::serving({}));
+    setenv("http_proxy", proxy.url("").c_str(), 1);
+    EXPECT_EQ(send(settings(), server.url("/")).getBody(), "hello");
+    unsetenv("http_proxy");
+    EXPECT_EQ(proxy.received(), "");
+}
+
+TEST(CurlHTTPClient, LeavesOutTheBodyOfARedirectAndGetsWhatA303Names) {
+    const RawServer server([](const RawServer::Connection& connection) {
+        connection.readRequest();
+        connection.send("HTTP/1.1 303 See Other\r\nLocation: /b c\r\nContent-Length: 5\r\n\r\nfirst");
+        connection.readRequest();
+        connection.send(Faults::ok + "Content-Length: 4\r\n\r\nlast");
+    });
+    HTTPRequest post = makeRequest(server.url("/"), Type::CALLING_THREAD);
+    post.setMethod(HTTPRequest::Method::POST);
+    CurlHTTPClient client(settings());
+    EXPECT_EQ(send(client, post).getBody(), "last");
+    EXPECT_NE(server.received().find("GET /b%20c HTTP"), std::string::npos) << server.received();
 }
 
 TEST(CurlHTTPClient, FollowsNoRedirectFromElsewhereToThisMachine) {

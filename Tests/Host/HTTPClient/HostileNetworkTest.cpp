@@ -118,6 +118,13 @@ TEST_P(HostileNetworkInBothTypes, ServersThatAreNotThere) {
         expectFailure(client, url, GetParam(), std::make_shared<std::atomic<int>>());
 }
 
+RawServer::Serve endless(std::string first, std::string again) {
+    return [=](const RawServer::Connection& connection) {
+        connection.readRequest();
+        Faults::repeating(first, again, 0ms)(connection);
+    };
+}
+
 std::clock_t processTime() {
     return std::clock() * 1000 / CLOCKS_PER_SEC;
 }
@@ -152,12 +159,40 @@ TEST_P(HostileNetworkInBothTypes, AWaitThatFailsTakesNoTimeAndEnds) {
     EXPECT_EQ(send(client, good.url("/")).getBody(), "{}");
 }
 
+// libcurl, or OpenSSL, goes on within one call as long as there is something to read.
+TEST(HostileNetwork, APeerThatNeverPausesHoldsNobodyUp) {
+    std::string helloRequests;
+    while (helloRequests.size() < 65536)
+        helloRequests += std::string("\x16\x03\x03\0\x04\0\0\0\0", 9);
+    const RawServer handshake(Faults::repeating("", helloRequests, 0ms));
+    const RawServer proxy(endless("HTTP/1.1 407 No\r\nContent-Length: 999999999999\r\n\r\n", std::string(65536, 'x')));
+    setenv("https_proxy", proxy.url("").c_str(), 1);
+    for (const std::string& url :
+         {"https://127.0.0.1" + handshake.url("/").substr(16), std::string("https://service.example/")}) {
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_EQ(send(impatient(), url).getStatus(), 0) << url;
+        EXPECT_LT(std::chrono::steady_clock::now() - start, 5s) << url;
+        CurlHTTPClient closed(settings());
+        HTTPRequest request = makeRequest(url, Type::CLIENT_THREAD);
+        closed.queueRequest(request);
+        std::this_thread::sleep_for(100ms);
+    }
+    unsetenv("https_proxy");
+}
+
 TEST(HostileNetwork, EachTimeLimitHoldsByItself) {
     const RawServer silent(RawServer::stayingSilent);
     CurlHTTPClientSettings request = settings();
     request.requestTimeout = 200ms;
     EXPECT_NE(send(request, silent.url("/")).getReason().find("Operation timed out"), std::string::npos);
     EXPECT_EQ(send(request, silent.url("/")).getFailureKind(), FailureKind::TIMEOUT);
+    const RawServer slowRedirects([](const RawServer::Connection& connection) {
+        while (!connection.readRequest().empty()) {
+            std::this_thread::sleep_for(90ms);
+            connection.send("HTTP/1.1 302 Found\r\nLocation: /\r\nContent-Length: 0\r\n\r\n");
+        }
+    });
+    EXPECT_EQ(send(request, slowRedirects.url("/")).getFailureKind(), FailureKind::TIMEOUT) << "all redirects together";
     CurlHTTPClientSettings stall = settings();
     stall.stallTimeout = 1s;
     EXPECT_NE(send(stall, silent.url("/")).getReason().find("Operation too slow"), std::string::npos);
@@ -191,13 +226,6 @@ RawServer::Serve bomb(std::size_t zeros) {
             isThere = connection.send(std::string_view(compressed).substr(0, compressed.size() - stream.avail_out));
         }
         deflateEnd(&stream);
-    };
-}
-
-RawServer::Serve endless(std::string first, std::string again) {
-    return [=](const RawServer::Connection& connection) {
-        connection.readRequest();
-        Faults::repeating(first, again, 0ms)(connection);
     };
 }
 
@@ -259,7 +287,9 @@ TEST(HostileText, CannotSmuggle) {
                                           {"Name;", ""},
                                           {"Content-Length", "9"},
                                           {"transfer-encoding", "chunked"},
-                                          {"HOST", "other.example"}}) {
+                                          {"HOST", "other.example"},
+                                          {"Connection", "Upgrade"},
+                                          {"Upgrade", "websocket"}}) {
             HTTPRequest request = makeRequest(server.url("/"), Type::CALLING_THREAD);
             request.setHeader(name, value);
             EXPECT_EQ(send(*client, request).getReason().substr(0, 8), "refused:") << name << value;
