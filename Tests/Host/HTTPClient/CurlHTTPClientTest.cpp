@@ -3,6 +3,7 @@
 #include "Server/Orvane/FolderContentLink.h"
 #include "Server/Orvane/Orvanedm.h"
 #include "Tests/Host/HTTPClient/Sending.h"
+#include "Tests/Support/FailingCalls.h"
 #include "Tests/Support/Faults.h"
 #include "Tests/Support/TestServer.h"
 
@@ -18,7 +19,6 @@
 #include <iterator>
 #include <pthread.h>
 #include <stdexcept>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <system_error>
 
@@ -396,14 +396,9 @@ TEST(CurlHTTPClient, RefusesSettingsThatMakeNoSense) {
 }
 
 TEST(CurlHTTPClient, IsNotMadeWithoutDescriptorsToBeWokenBy) {
-    rlimit before{};
-    getrlimit(RLIMIT_NOFILE, &before);
-    const int firstFree = dup(STDERR_FILENO);
-    close(firstFree);
-    const rlimit none{static_cast<rlim_t>(firstFree), before.rlim_max};
-    setrlimit(RLIMIT_NOFILE, &none);
+    FailingCalls::socketpair = true;
     EXPECT_THROW(CurlHTTPClient client(settings()), std::system_error);
-    setrlimit(RLIMIT_NOFILE, &before);
+    FailingCalls::socketpair = false;
 }
 
 // The sets of signals that the client's threads do not take.

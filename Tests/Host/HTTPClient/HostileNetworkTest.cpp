@@ -4,13 +4,12 @@
 #include "Server/Orvane/FolderContentLink.h"
 #include "Server/Orvane/Orvanedm.h"
 #include "Tests/Host/HTTPClient/Sending.h"
+#include "Tests/Support/FailingCalls.h"
 #include "Tests/Support/Faults.h"
 #include "Tests/Support/PeakMemory.h"
 #include "Tests/Support/ScopedState.h"
 #include "Tests/Support/TestServer.h"
 
-#include <algorithm>
-#include <array>
 #include <atomic>
 #include <cstdlib>
 #include <ctime>
@@ -19,7 +18,6 @@
 #include <gtest/gtest.h>
 #include <locale>
 #include <openssl/ssl.h>
-#include <sys/resource.h>
 #include <tuple>
 #include <zlib.h>
 
@@ -129,32 +127,19 @@ std::clock_t processTime() {
     return std::clock() * 1000 / CLOCKS_PER_SEC;
 }
 
-// A process that has more connections than it may have descriptors, by now, can't wait for them.
 TEST_P(HostileNetworkInBothTypes, AWaitThatFailsTakesNoTimeAndEnds) {
-    constexpr std::size_t connections = 9; // For more, libcurl 7.88 loses memory with each wait that fails.
     const RawServer silent(RawServer::stayingSilent);
-    CurlHTTPClientSettings many = settings();
-    many.maxConnections = connections;
-    CurlHTTPClient client(many);
-    // Numbers below the limit for what else the process, or a sanitizer, opens meanwhile.
-    std::array<int, 8> low{};
-    std::generate(low.begin(), low.end(), [] { return dup(STDERR_FILENO); });
-    auto waiting = std::async(std::launch::async, [&] {
-        return sendAll(client, std::vector(connections, makeRequest(silent.url("/"), GetParam())), GetParam());
-    });
-    while (silent.mostConnections() < connections)
+    CurlHTTPClient client(settings());
+    auto answer =
+        std::async(std::launch::async, [&] { return send(client, makeRequest(silent.url("/"), GetParam())); });
+    while (silent.received().empty())
         std::this_thread::sleep_for(1ms);
-    std::for_each(low.begin(), low.end(), close);
-    rlimit before{};
-    getrlimit(RLIMIT_NOFILE, &before);
-    const rlimit few{connections, before.rlim_max};
-    setrlimit(RLIMIT_NOFILE, &few);
+    FailingCalls::poll = true;
     const std::clock_t start = processTime();
-    const std::vector<HTTPResponse> responses = waiting.get();
+    const HTTPResponse response = answer.get();
     EXPECT_LT(processTime() - start, 500);
-    setrlimit(RLIMIT_NOFILE, &before);
-    for (const HTTPResponse& response : responses)
-        EXPECT_NE(response.getReason().find("does not let the client wait"), std::string::npos) << response.getReason();
+    FailingCalls::poll = false;
+    EXPECT_NE(response.getReason().find("does not let the client wait"), std::string::npos) << response.getReason();
     const RawServer good(Faults::serving({}));
     EXPECT_EQ(send(client, good.url("/")).getBody(), "{}");
 }
