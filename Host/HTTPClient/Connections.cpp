@@ -2,7 +2,6 @@
 
 #include "Host/HTTPClient/Platform.h"
 
-#include <algorithm>
 #include <new>
 #include <openssl/ssl.h>
 #include <string_view>
@@ -18,7 +17,7 @@ CURLSH* initShare() {
 }
 
 bool runsOnOpenSSL() {
-    const char* name = curl_version_info(CURLVERSION_NOW)->ssl_version;
+    static const char* const name = curl_version_info(CURLVERSION_NOW)->ssl_version;
     return name && std::string_view(name).starts_with("OpenSSL/");
 }
 
@@ -62,19 +61,21 @@ bool Connections::isOverdue() const {
     return hasEnded_ || std::chrono::steady_clock::now() > deadline_;
 }
 
-curl_socket_t Connections::find(int localPort, int remotePort) const {
-    const auto isBetween = [=](const auto& entry) {
-        return localPortOf(entry.first) == localPort && remotePortOf(entry.first) == remotePort;
-    };
-    const auto found = std::find_if(isUsed_.begin(), isUsed_.end(), isBetween);
-    return found == isUsed_.end() ? CURL_SOCKET_BAD : found->first;
+curl_socket_t Connections::find(int localPort, int remotePort) {
+    for (auto& [socket, use] : uses_) {
+        if (use.localPort == 0)
+            use = {localPortOf(socket), remotePortOf(socket), false};
+        if (use.localPort == localPort && use.remotePort == remotePort)
+            return socket;
+    }
+    return CURL_SOCKET_BAD;
 }
 
 bool Connections::isQuiet(curl_socket_t socket) {
-    const auto found = isUsed_.find(socket);
-    if (found == isUsed_.end())
+    const auto found = uses_.find(socket);
+    if (found == uses_.end())
         return true;
-    return !std::exchange(found->second, true) || !hasUnread(socket);
+    return !std::exchange(found->second.isUsed, true) || !hasUnread(socket);
 }
 
 curl_socket_t Connections::open(void* connections, curlsocktype, curl_sockaddr* address) noexcept {
@@ -82,7 +83,7 @@ curl_socket_t Connections::open(void* connections, curlsocktype, curl_sockaddr* 
     if (socket == CURL_SOCKET_BAD)
         return socket;
     try {
-        static_cast<Connections*>(connections)->isUsed_[socket] = false;
+        static_cast<Connections*>(connections)->uses_[socket] = {};
         return socket;
     } catch (const std::bad_alloc&) {
         closeSocket(socket);
@@ -91,7 +92,7 @@ curl_socket_t Connections::open(void* connections, curlsocktype, curl_sockaddr* 
 }
 
 int Connections::close(void* connections, curl_socket_t socket) noexcept {
-    static_cast<Connections*>(connections)->isUsed_.erase(socket);
+    static_cast<Connections*>(connections)->uses_.erase(socket);
     return closeSocket(socket);
 }
 
@@ -103,7 +104,7 @@ CURLcode Connections::watchHandshakes(CURL*, void* context, void* connections) n
         const auto& watcher = *static_cast<const Connections*>(watching);
         if (!watcher.isOverdue())
             return;
-        for (const auto& [socket, isUsed] : watcher.isUsed_)
+        for (const auto& [socket, use] : watcher.uses_)
             shutDown(socket);
     });
     return CURLE_OK;

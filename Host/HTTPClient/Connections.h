@@ -33,18 +33,25 @@ public:
     bool isOverdue() const;
 
     /// The socket of the connection between these ports, or none.
-    curl_socket_t find(int localPort, int remotePort) const;
+    curl_socket_t find(int localPort, int remotePort);
 
     /// Whether the connection has no use yet, or has received nothing since the last: what comes without being asked
     /// for would be taken for the response to the next request. Counts as a use.
     bool isQuiet(curl_socket_t socket);
 
 private:
+    // The ports are asked for once; they are 0 until there is a connection.
+    struct Use {
+        int localPort = 0;
+        int remotePort = 0;
+        bool isUsed = false;
+    };
+
     static curl_socket_t open(void* connections, curlsocktype, curl_sockaddr* address) noexcept;
     static int close(void* connections, curl_socket_t socket) noexcept;
     static CURLcode watchHandshakes(CURL*, void* context, void* connections) noexcept;
 
-    std::map<curl_socket_t, bool> isUsed_;
+    std::map<curl_socket_t, Use> uses_;
     std::chrono::steady_clock::time_point deadline_;
     std::atomic<bool> hasEnded_ = false;
     CurlShare share_;

@@ -190,7 +190,7 @@ std::size_t Transfer::receive(char* bytes, std::size_t, std::size_t count, void*
 int Transfer::checkConnection(void* transfer, char*, char*, int remotePort, int localPort) noexcept {
     auto& user = *static_cast<Transfer*>(transfer);
     user.socket_ = user.connections_->find(localPort, remotePort);
-    user.receivedBefore_ = countReceived(user.socket_);
+    user.receivedBefore_.reset();
     user.isStale_ = !user.connections_->isQuiet(user.socket_) && !user.takesNewConnection_;
     return user.isStale_ ? CURL_PREREQFUNC_ABORT : CURL_PREREQFUNC_OK;
 }
@@ -200,7 +200,7 @@ int Transfer::watch(void* transfer, curl_off_t, curl_off_t, curl_off_t, curl_off
     auto& watched = *static_cast<Transfer*>(transfer);
     if (watched.header_.endsWithConnection())
         watched.lacksCloseNotify_ = lacksCloseNotify(watched.easy_.get());
-    const bool isGood = watched.attempt([&] { watched.checkReceived(); });
+    const bool isGood = watched.attempt([&] { watched.checkProgress(); });
     return isGood ? 0 : 1;
 }
 
@@ -219,18 +219,28 @@ void Transfer::readBody(std::string_view bytes) {
         body_.skip(bytes);
 }
 
+void Transfer::checkProgress() {
+    // The system is asked now and then: most responses end before.
+    constexpr unsigned now = 8;
+    if (++calls_ % now == 0 && socket_ != CURL_SOCKET_BAD)
+        checkReceived();
+    if (connections_->hasEnded())
+        throw TransferError(FailureKind::CLOSED, closedFirst);
+    if (connections_->isOverdue())
+        throw TransferError(FailureKind::TIMEOUT, "the response comes without a pause, but does not end");
+}
+
 // What comes is counted at the socket too, since libcurl shows nobody what stands between chunks, and overlooks parts
 // of a header. That is more than the body by what frames and encrypts it.
 void Transfer::checkReceived() {
     const CurlHTTPClientSettings& settings = rules_.settings();
     const double limit = 1.125 * static_cast<double>(settings.maxBodyBytes) +
                          static_cast<double>(settings.maxHeaderBytes) + forHandshakes;
-    if (socket_ != CURL_SOCKET_BAD && static_cast<double>(countReceived(socket_) - receivedBefore_) > limit)
+    const std::uint64_t received = countReceived(socket_);
+    if (!receivedBefore_)
+        receivedBefore_ = received;
+    if (static_cast<double>(received - *receivedBefore_) > limit)
         body_.failTooLarge();
-    if (connections_->hasEnded())
-        throw TransferError(FailureKind::CLOSED, closedFirst);
-    if (connections_->isOverdue())
-        throw TransferError(FailureKind::TIMEOUT, "the response comes without a pause, but does not end");
 }
 
 bool Transfer::goesOn(CURLcode result) noexcept {

@@ -66,6 +66,7 @@ private:
     bool attempt(Action action) noexcept;
     void readHeaderLine(std::string_view line);
     void readBody(std::string_view bytes);
+    void checkProgress();
     void checkReceived();
 
     void redirect();
@@ -89,9 +90,10 @@ private:
     bool takesNewConnection_ = false;
     int redirects_ = 0;
     std::size_t headerBytes_ = 0; ///< Of all responses.
+    unsigned calls_ = 0;          ///< Of `watch`.
     curl_socket_t socket_ = CURL_SOCKET_BAD;
-    std::uint64_t receivedBefore_ = 0; ///< By that socket.
-    bool lacksCloseNotify_ = false;    ///< Whether the peer of a TLS connection has not said that it ends.
+    std::optional<std::uint64_t> receivedBefore_; ///< By that socket, when it was first asked.
+    bool lacksCloseNotify_ = false;               ///< Whether the peer of a TLS connection has not said that it ends.
 
     ResponseHeader header_;
     ResponseBody body_;

@@ -82,6 +82,11 @@ inline std::vector<Fault> quick() {
          sending(ok + "CONTENT-LENGTH: 2\r\nTRANSFER-ENCODING: CHUNKED\r\n\r\n2\r\n{}\r\n0\r\n\r\n")},
         {"LengthOf19Digits", sending(ok + "Content-Length: 0000000000000000002\r\n\r\n{}")},
         {"TwoRedirects", sending("HTTP/1.1 302 Found\r\nLocation: /good\r\nLocation: /2\r\nContent-Length: 0\r\n\r\n")},
+        {"UnknownVersion", sending("HTTP/x.y 500 Internal Error\r\nContent-Length: 2\r\n\r\n{}")},
+        {"OtherVersion", sending("HTTP/2 200 OK\r\nContent-Length: 2\r\n\r\n{}")},
+        {"BlankBeforeTheStatus", sending("HTTP/1.1  302 Found\r\nLocation: /good\r\nContent-Length: 0\r\n\r\n")},
+        {"LetterInTheStatus", sending("HTTP/1.1 200x\r\nContent-Length: 2\r\n\r\n{}")},
+        {"UpgradeThatNobodyAskedFor", sending("HTTP/1.1 101 Upgrade\r\nContent-Length: 2\r\n\r\n{}")},
         {"RedirectWithinTheHeader", sending("HTTP/1.1 302 Found\r\nLocation: /good\r\n")}};
 }
 
