@@ -61,11 +61,11 @@ bool Connections::isOverdue() const {
     return hasEnded_ || std::chrono::steady_clock::now() > deadline_;
 }
 
-curl_socket_t Connections::find(int localPort, int remotePort) {
+curl_socket_t Connections::find(int localPort) {
     for (auto& [socket, use] : uses_) {
         if (use.localPort == 0)
-            use = {localPortOf(socket), remotePortOf(socket), false};
-        if (use.localPort == localPort && use.remotePort == remotePort)
+            use.localPort = localPortOf(socket);
+        if (use.localPort == localPort)
             return socket;
     }
     return CURL_SOCKET_BAD;
@@ -73,9 +73,7 @@ curl_socket_t Connections::find(int localPort, int remotePort) {
 
 bool Connections::isQuiet(curl_socket_t socket) {
     const auto found = uses_.find(socket);
-    if (found == uses_.end())
-        return true;
-    return !std::exchange(found->second.isUsed, true) || !hasUnread(socket);
+    return found != uses_.end() && (!std::exchange(found->second.isUsed, true) || !hasUnread(socket));
 }
 
 curl_socket_t Connections::open(void* connections, curlsocktype, curl_sockaddr* address) noexcept {

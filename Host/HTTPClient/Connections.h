@@ -32,18 +32,16 @@ public:
     /// Whether the round has taken too long.
     bool isOverdue() const;
 
-    /// The socket of the connection between these ports, or none.
-    curl_socket_t find(int localPort, int remotePort);
+    /// The socket of the connection from that port, or none.
+    curl_socket_t find(int localPort);
 
     /// Whether the connection has no use yet, or has received nothing since the last: what comes without being asked
-    /// for would be taken for the response to the next request. Counts as a use.
+    /// for would be taken for the response to the next request. False for none. Counts as a use.
     bool isQuiet(curl_socket_t socket);
 
 private:
-    // The ports are asked for once; they are 0 until there is a connection.
     struct Use {
-        int localPort = 0;
-        int remotePort = 0;
+        int localPort = 0; ///< Asked for until there is one.
         bool isUsed = false;
     };
 

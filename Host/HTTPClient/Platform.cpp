@@ -33,17 +33,6 @@ private:
     sigset_t before_{};
 };
 
-template <class GetName>
-int portOf(int socket, GetName getName) {
-    sockaddr_storage address{};
-    socklen_t length = sizeof address;
-    if (getName(socket, reinterpret_cast<sockaddr*>(&address), &length) != 0)
-        return 0;
-    // The port stands at the same place for both families.
-    static_assert(offsetof(sockaddr_in, sin_port) == offsetof(sockaddr_in6, sin6_port));
-    return ntohs(reinterpret_cast<const sockaddr_in*>(&address)->sin_port);
-}
-
 } // namespace
 
 std::thread startThread(std::function<void()> run) {
@@ -69,11 +58,13 @@ int closeSocket(int socket) {
 }
 
 int localPortOf(int socket) {
-    return portOf(socket, getsockname);
-}
-
-int remotePortOf(int socket) {
-    return portOf(socket, getpeername);
+    sockaddr_storage address{};
+    socklen_t length = sizeof address;
+    if (getsockname(socket, reinterpret_cast<sockaddr*>(&address), &length) != 0)
+        return 0;
+    // The port stands at the same place for both families.
+    static_assert(offsetof(sockaddr_in, sin_port) == offsetof(sockaddr_in6, sin6_port));
+    return ntohs(reinterpret_cast<const sockaddr_in*>(&address)->sin_port);
 }
 
 bool hasUnread(int socket) {

@@ -23,9 +23,8 @@ int openSocket(int family, int type, int protocol);
 /// `close` for it.
 int closeSocket(int socket);
 
-/// The ports at both ends of its connection, or 0.
+/// The port of this machine that it is bound to, or 0.
 int localPortOf(int socket);
-int remotePortOf(int socket);
 
 /// Whether something has come that nobody has read, the end of the connection included.
 bool hasUnread(int socket);

@@ -187,9 +187,9 @@ std::size_t Transfer::receive(char* bytes, std::size_t, std::size_t count, void*
 
 // What libcurl calls before it sends a request. It would use a connection on which something has come, and take that
 // for the response.
-int Transfer::checkConnection(void* transfer, char*, char*, int remotePort, int localPort) noexcept {
+int Transfer::checkConnection(void* transfer, char*, char*, int, int localPort) noexcept {
     auto& user = *static_cast<Transfer*>(transfer);
-    user.socket_ = user.connections_->find(localPort, remotePort);
+    user.socket_ = user.connections_->find(localPort);
     user.receivedBefore_.reset();
     user.isStale_ = !user.connections_->isQuiet(user.socket_) && !user.takesNewConnection_;
     return user.isStale_ ? CURL_PREREQFUNC_ABORT : CURL_PREREQFUNC_OK;

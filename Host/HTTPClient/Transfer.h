@@ -60,7 +60,7 @@ private:
 
     template <auto read>
     static std::size_t receive(char* bytes, std::size_t, std::size_t count, void* transfer) noexcept;
-    static int checkConnection(void* transfer, char*, char*, int remotePort, int localPort) noexcept;
+    static int checkConnection(void* transfer, char*, char*, int, int localPort) noexcept;
     static int watch(void* transfer, curl_off_t, curl_off_t, curl_off_t, curl_off_t) noexcept;
     template <class Action>
     bool attempt(Action action) noexcept;

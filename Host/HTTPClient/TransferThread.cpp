@@ -144,7 +144,7 @@ bool TransferThread::Loop::isClosing() {
 // False if the system does not let it wait.
 bool TransferThread::Loop::performAndWait() {
     int running = 0;
-    connections_.beginRound(rules_.settings().connectTimeout);
+    connections_.beginRound(std::max<std::chrono::milliseconds>(rules_.settings().connectTimeout, 1s));
     const CURLMcode performed = curl_multi_perform(multi_.get(), &running);
     // What has finished makes room for what waits.
     if (finishDone())
