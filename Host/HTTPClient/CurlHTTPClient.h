@@ -7,13 +7,15 @@
 
 namespace OrvaneHost {
 
-/// Sends requests over HTTP and HTTPS.
+/// Sends requests over HTTP/1.1, with TLS or without.
 ///
 /// Transfers run on one thread of the client; completions run on a few others, so that reading a large answer
 /// never holds up other transfers, or in the calling thread where the request asks for that. Connections are
 /// reused, compressed answers are accepted, certificates are always verified, and the limits of the settings
 /// hold. The token, and the headers Authorization, Proxy-Authorization and Cookie that a caller sets, go only over
 /// https or to this machine; no redirect takes them, or any other header of a caller, to another scheme, host or port.
+/// No redirect is followed from https to http, or from elsewhere to this machine. A GET whose connection ends without a
+/// response may be sent again over another; a POST never is.
 ///
 /// Each request gets one completion whatever happens: also if it is refused (control characters in its address,
 /// the token or a header, an address that is neither http nor https or holds a user name, a header that frames the
@@ -36,11 +38,10 @@ public:
     CurlHTTPClient(const CurlHTTPClient&) = delete;
     CurlHTTPClient& operator=(const CurlHTTPClient&) = delete;
 
-    /// Answers the requests in flight with a transport failure and returns when the completions on its threads have. In
-    /// a completion on a thread of the client it may run others, so hold no lock that they take. It has to end before
-    /// `main` returns, since OpenSSL releases behind `main` what the client's thread may still use.
+    /// Answers the requests in flight with a transport failure and returns when the completions on its threads have.
     /// What they queue meanwhile is answered so too; one that always queues another keeps the destructor from
-    /// returning.
+    /// returning. Called in a completion on a thread of the client, it may run other completions, so hold no lock that
+    /// they take. Call it before `main` returns: OpenSSL then releases what the client's thread may still use.
     ~CurlHTTPClient() override;
 
     void queueRequest(Qx::HTTPRequest& request) override;
