@@ -5,5 +5,5 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 
 ./scripts/set-up.sh
-./scripts/build.sh release Soak
-exec build/release/Tests/Soak "${1:-600}"
+./scripts/build.sh release HostTest
+SOAK_SECONDS=${1:-600} exec build/release/Tests/HostTest --gtest_filter='Soak.*' --gtest_brief=1

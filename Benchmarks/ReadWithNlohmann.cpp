@@ -2,7 +2,9 @@
 #include "Benchmarks/PlainRules.h"
 #include "Benchmarks/Readers.h"
 
-#include <nlohmann/json.hpp>
+#include <array>
+#include <charconv>
+#include <limits>
 
 namespace OrvaneBenchmarks {
 
@@ -16,14 +18,38 @@ const Json& under(const Json& object, const char* key) {
     return found == object.end() ? null : *found;
 }
 
-const std::string& text(const Json& value) {
-    static const std::string empty;
-    const auto* found = value.get_ptr<const std::string*>();
-    return found ? *found : empty;
+const Json& elementsUnder(const Json& object, const char* key) {
+    static const Json none = Json::array();
+    const Json& elements = under(object, key);
+    return elements.is_array() ? elements : none;
 }
 
-const std::string& textUnder(const Json& object, const char* key) {
+// Scalars are text too.
+std::string text(const Json& value) {
+    if (value.is_string())
+        return value.get_ref<const std::string&>();
+    if (value.is_boolean() || value.is_number_integer())
+        return value.dump();
+    std::array<char, 32> buffer{};
+    if (value.is_number_float())
+        return {buffer.data(), std::to_chars(buffer.begin(), buffer.end(), value.get<double>()).ptr};
+    return {};
+}
+
+std::string textUnder(const Json& object, const char* key) {
     return text(under(object, key));
+}
+
+bool flagUnder(const Json& object, const char* key) {
+    const Json& value = under(object, key);
+    return value.is_boolean() && value.get<bool>();
+}
+
+std::int32_t countUnder(const Json& object, const char* key) {
+    const Json& value = under(object, key);
+    using Limits = std::numeric_limits<std::int32_t>;
+    const bool isCount = value.is_number_integer() && value >= Limits::min() && value <= Limits::max();
+    return isCount ? value.get<std::int32_t>() : 0;
 }
 
 PlainFile readFile(const Json& object) {
@@ -35,44 +61,56 @@ PlainFile readFile(const Json& object) {
     file.parentType = containerTypeOf(textUnder(parent, "type"));
     file.parentId = textUnder(file.parentType == ContainerType::PROJECT ? under(object, "project") : parent, "id");
     const Json& attributes = under(object, "attributes");
-    file.subTypes = textUnder(under(attributes, "subTypes"), "value");
-    if (file.subTypes == "Configuration")
-        file.parentId = textUnder(under(attributes, "configuredDesignProjectId"), "value");
+    if (const Json& subTypes = under(attributes, "subTypes"); subTypes.contains("value"))
+        file.subTypes = textUnder(subTypes, "value");
+    const Json& configuredProject = under(attributes, "configuredDesignProjectId");
+    if (file.subTypes == "Configuration" && configuredProject.contains("value"))
+        file.parentId = textUnder(configuredProject, "value");
     return file;
 }
 
 PlainProject readProject(const Json& object) {
     const Json& me = under(object, "me");
-    return {.id = textUnder(object, "id"),
-            .type = textUnder(object, "type"),
-            .href = textUnder(under(object, "links"), "self"),
-            .name = Qx::ToIString(textUnder(object, "name")),
-            .parent = textUnder(object, "parent"),
-            .visible = under(object, "visible").get<bool>(),
-            .status = containerStatusOf(textUnder(object, "status")),
-            .membership = textUnder(me, "membership"),
-            .isMember = textUnder(me, "isMember"),
-            .role = textUnder(me, "role"),
-            .communityType = textUnder(object, "communityType")};
+    PlainProject project{.id = textUnder(object, "id"),
+                         .type = textUnder(object, "type"),
+                         .href = textUnder(under(object, "links"), "self"),
+                         .name = Qx::ToIString(textUnder(object, "name")),
+                         .parent = textUnder(object, "parent"),
+                         .visible = flagUnder(object, "visible"),
+                         .membership = textUnder(me, "membership"),
+                         .isMember = textUnder(me, "isMember"),
+                         .role = textUnder(me, "role"),
+                         .communityType = textUnder(object, "communityType")};
+    if (object.contains("status"))
+        project.status = containerStatusOf(textUnder(object, "status"));
+    return project;
 }
 
 PlainVersion readVersion(const Json& object) {
-    return {.id = textUnder(object, "id"),
-            .type = textUnder(object, "type"),
-            .name = textUnder(object, "name"),
-            .fileId = textUnder(under(object, "file"), "id"),
-            .title = textUnder(object, "title")};
+    PlainVersion version;
+    version.id = textUnder(object, "id");
+    version.type = textUnder(object, "type");
+    if (version.type != "versions")
+        return version;
+    version.name = textUnder(object, "name");
+    version.fileId = textUnder(under(object, "file"), "id");
+    version.title = textUnder(object, "title");
+    return version;
 }
 
 PlainRelationship readRelationship(const Json& object) {
-    return {.id = textUnder(object, "id"),
-            .type = textUnder(object, "type"),
-            .href = textUnder(object, "self"),
-            .fromUrn = textUnder(under(object, "fromUrn"), "id"),
-            .toUrn = textUnder(under(object, "toUrn"), "id"),
-            .sourceFromUrn = textUnder(under(object, "sourceFromUrn"), "id"),
-            .sourceToUrn = textUnder(under(object, "sourceToUrn"), "id"),
-            .relationshipType = relationTypeOf(textUnder(object, "relationshipType"))};
+    PlainRelationship relationship;
+    relationship.id = textUnder(object, "id");
+    relationship.type = textUnder(object, "type");
+    relationship.href = textUnder(object, "self");
+    if (relationship.type != "relationships")
+        return relationship;
+    relationship.fromUrn = textUnder(under(object, "fromUrn"), "id");
+    relationship.toUrn = textUnder(under(object, "toUrn"), "id");
+    relationship.sourceFromUrn = textUnder(under(object, "sourceFromUrn"), "id");
+    relationship.sourceToUrn = textUnder(under(object, "sourceToUrn"), "id");
+    relationship.relationshipType = relationTypeOf(textUnder(object, "relationshipType"));
+    return relationship;
 }
 
 PlainFolder readFolder(const Json& object) {
@@ -82,41 +120,47 @@ PlainFolder readFolder(const Json& object) {
                        .href = textUnder(under(object, "links"), "self"),
                        .name = textUnder(object, "name"),
                        .parent = textUnder(object, "parent"),
-                       .visible = under(object, "visible").get<bool>(),
+                       .visible = flagUnder(object, "visible"),
                        .status = containerStatusOf(textUnder(object, "status")),
-                       .isMember = under(me, "isMember").get<bool>(),
+                       .isMember = textUnder(me, "isMember") == "true",
                        .membership = textUnder(me, "membership"),
                        .allowedActions = {},
                        .containerType = containerTypeOf(textUnder(object, "containerType"))};
-    for (const Json& action : under(me, "allowed-actions"))
+    for (const Json& action : elementsUnder(me, "allowed-actions"))
         folder.allowedActions.insert(text(action));
     return folder;
 }
 
 } // namespace
 
-PlainAssembly readWithNlohmann(const Qx::HTTPResponse& response) {
-    const Json root = Json::parse(response.getBody());
+PlainAssembly readAssembly(const Json& root) {
     const Json& data = under(root, "data");
     const Json& included = under(root, "included");
     PlainAssembly assembly;
     assembly.id = textUnder(data, "id");
     assembly.type = textUnder(data, "type");
     assembly.href = textUnder(under(data, "links"), "self");
-    assembly.inaccessibleParents = under(data, "inaccessibleProjects").get<std::int32_t>();
-    assembly.restrictedParents = under(data, "restrictedProjects").get<std::int32_t>();
-    for (const Json& object : under(included, "projects"))
-        assembly.projects.push_back(readProject(object));
-    for (const Json& object : under(included, "files"))
-        assembly.files.try_emplace(textUnder(object, "id"), readFile(object));
-    for (const Json& object : under(included, "versions"))
+    assembly.inaccessibleParents = countUnder(data, "inaccessibleProjects");
+    assembly.restrictedParents = countUnder(data, "restrictedProjects");
+    for (const Json& object : elementsUnder(included, "projects"))
+        if (textUnder(object, "type") == "projects")
+            assembly.projects.push_back(readProject(object));
+    for (const Json& object : elementsUnder(included, "files"))
+        if (textUnder(object, "type") == "files")
+            assembly.files.try_emplace(textUnder(object, "id"), readFile(object));
+    for (const Json& object : elementsUnder(included, "versions"))
         assembly.versions[textUnder(object, "id")] = std::make_shared<PlainVersion>(readVersion(object));
-    for (const Json& object : under(included, "folders"))
-        assembly.folders[textUnder(object, "id")] = std::make_shared<PlainFolder>(readFolder(object));
-    for (const Json& object : under(data, "relationships"))
+    for (const Json& object : elementsUnder(included, "folders"))
+        if (textUnder(object, "type") == "folders")
+            assembly.folders[textUnder(object, "id")] = std::make_shared<PlainFolder>(readFolder(object));
+    for (const Json& object : elementsUnder(data, "relationships"))
         assembly.relationships.push_back(std::make_shared<PlainRelationship>(readRelationship(object)));
     findDirectReferences(assembly);
     return assembly;
+}
+
+PlainAssembly readWithNlohmann(const Qx::HTTPResponse& response) {
+    return readAssembly(Json::parse(response.getBody()));
 }
 
 } // namespace OrvaneBenchmarks

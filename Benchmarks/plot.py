@@ -5,7 +5,7 @@ import sys
 
 import results
 
-ROADS = {"library": ("(a) library", "#0b6e99"), "hand": ("(c) by hand", "#5a5a5a"), "nlohmann": ("(d) nlohmann", "#b4541a")}
+READERS = {"library": ("(a) library", "#0b6e99"), "hand": ("(c) by hand", "#5a5a5a"), "nlohmann": ("(d) nlohmann", "#b4541a")}
 WIDTH, HEIGHT = 720, 420
 LEFT, RIGHT, TOP, BOTTOM = 80, 140, 30, 60
 
@@ -25,8 +25,8 @@ def line(points, colour, width):
     return f'<polyline points="{path}" fill="none" stroke="{colour}" stroke-width="{width}"/>'
 
 
-def draw(roads):
-    sizes = sorted(roads["library"])
+def draw(readers):
+    sizes = sorted(readers["library"])
     low, high = 1_000, 100_000
 
     def place(size, time):
@@ -39,8 +39,8 @@ def draw(roads):
         parts += [line([(LEFT, y), (WIDTH - RIGHT, y)], "#ddd", 1), text(LEFT - 8, y + 4, f"{time:,}", "end")]
     for size in sizes:
         parts.append(text(place(size, low)[0], HEIGHT - BOTTOM + 20, f"{size:,}"))
-    for road, (label, colour) in ROADS.items():
-        points = [place(size, roads[road][size]["nsPerFile"]) for size in sizes]
+    for reader, (label, colour) in READERS.items():
+        points = [place(size, readers[reader][size]["nsPerFile"]) for size in sizes]
         parts.append(line(points, colour, 2))
         parts += [f'<circle cx="{x:.1f}" cy="{y:.1f}" r="3.5" fill="{colour}"/>' for x, y in points]
         parts.append(text(points[-1][0] + 10, points[-1][1] + 4, label, "start", colour))

@@ -4,7 +4,7 @@ import sys
 
 import results
 
-ROADS = {"library": "(a) library", "parse": "(b) parse only", "hand": "(c) by hand", "nlohmann": "(d) nlohmann"}
+READERS = {"library": "(a) library", "parse": "(b) parse only", "hand": "(c) by hand", "nlohmann": "(d) nlohmann"}
 
 
 def print_rows(title, header, rows):
@@ -19,9 +19,9 @@ def print_rows(title, header, rows):
     print()
 
 
-def reading_row(road, files, figures, by_hand):
+def reading_row(reader, files, figures, by_hand):
     return [
-        ROADS[road],
+        READERS[reader],
         f"{files:,}",
         f"{figures['nsPerFile']:,.0f}",
         f"{figures['bodyBytes'] / files / figures['nsPerFile'] * 1000:,.0f}",
@@ -32,16 +32,16 @@ def reading_row(road, files, figures, by_hand):
 
 
 def print_reading(folder):
-    header = ["road", "files", "ns/file", "MB/s", "to (c)", "allocations/file", "peak memory/body"]
-    roads = results.reading(folder)
-    sizes = sorted(roads["library"])
-    rows = [reading_row(road, size, roads[road][size], roads["hand"][size]) for size in sizes for road in ROADS]
+    header = ["reader", "files", "ns/file", "MB/s", "to (c)", "allocations/file", "peak memory/body"]
+    readers = results.reading(folder)
+    sizes = sorted(readers["library"])
+    rows = [reading_row(reader, size, readers[reader][size], readers["hand"][size]) for size in sizes for reader in READERS]
     print_rows("From the body to the records", header, rows)
 
     threaded = results.reading(folder, "threaded-*")
     rows = [
-        reading_row(road, size, figures, threaded["hand"][size])
-        for road, by_size in sorted(threaded.items(), reverse=True)
+        reading_row(reader, size, figures, threaded["hand"][size])
+        for reader, by_size in sorted(threaded.items(), reverse=True)
         for size, figures in by_size.items()
     ]
     print_rows("The same in a process that has a second thread", header, rows)

@@ -26,9 +26,9 @@ def medians(repetitions):
 
 
 def reading(folder, names="reading-*"):
-    """The figures of each road and number of files, with the time in nanoseconds a file."""
-    roads = {}
+    """The figures of each reader and number of files, with the time in nanoseconds a file."""
+    readers = {}
     for benchmark, figures in load(folder, names).items():
         figures["nsPerFile"] = figures["real_time"] * 1000 / figures["files"]
-        roads.setdefault(benchmark.split("/")[1], {})[int(figures["files"])] = figures
-    return roads
+        readers.setdefault(benchmark.split("/")[1], {})[int(figures["files"])] = figures
+    return readers

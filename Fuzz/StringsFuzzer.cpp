@@ -4,13 +4,12 @@
 #include "Fuzz/Require.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <locale>
 #include <optional>
 #include <string>
-#include <string_view>
 
 namespace {
 
@@ -22,28 +21,19 @@ bool isCodePoint(wchar_t point) {
     return point >= 0 && point <= 0x10FFFF && (point < 0xD800 || point > 0xDFFF);
 }
 
-// The code points of UTF-8, or nothing if it is not valid.
-std::optional<std::wstring> decode(std::string_view utf8) {
-    std::wstring decoded;
-    for (std::size_t i = 0; i < utf8.size();) {
-        const auto first = static_cast<unsigned char>(utf8[i]);
-        const std::size_t length = first < 0x80 ? 1 : first < 0xC0 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
-        if (length == 0 || first > 0xF7 || i + length > utf8.size())
-            return std::nullopt;
-        constexpr std::array<int, 5> masks{0, 0x7F, 0x1F, 0x0F, 0x07};
-        constexpr std::array<wchar_t, 5> least{0, 0, 0x80, 0x800, 0x10000};
-        wchar_t point = first & masks.at(length);
-        for (std::size_t next = 1; next < length; ++next) {
-            const auto byte = static_cast<unsigned char>(utf8[i + next]);
-            if (byte < 0x80 || byte > 0xBF)
-                return std::nullopt;
-            point = (point << 6) | (byte & 0x3F);
-        }
-        if (point < least.at(length) || !isCodePoint(point))
-            return std::nullopt;
-        decoded += point;
-        i += length;
-    }
+// The code points of UTF-8 as the standard library reads it, or nothing if it is not valid.
+std::optional<std::wstring> decode(const std::string& utf8) {
+    const auto& converter = std::use_facet<std::codecvt<char32_t, char8_t, std::mbstate_t>>(std::locale::classic());
+    const std::u8string bytes(utf8.begin(), utf8.end());
+    std::u32string points(bytes.size(), U'\0');
+    std::mbstate_t state{};
+    const char8_t* read = nullptr;
+    char32_t* written = nullptr;
+    const auto result = converter.in(state, bytes.data(), bytes.data() + bytes.size(), read, points.data(),
+                                     points.data() + points.size(), written);
+    const std::wstring decoded(points.data(), written);
+    if (result != std::codecvt_base::ok || !std::all_of(decoded.begin(), decoded.end(), isCodePoint))
+        return std::nullopt;
     return decoded;
 }
 

@@ -1,7 +1,7 @@
 #include "Base/QxBaseCore10/JSONNode.h"
 
-#include "Base/QxBaseCore10/JSONElement.h"
-#include "Base/QxBaseCore10/LargePages.h"
+#include "Base/QxBaseCore10/Detail/JSONElement.h"
+#include "Base/QxBaseCore10/Detail/LargePages.h"
 #include "Base/QxBaseCore10/Status.h"
 
 #include <new>

@@ -1,6 +1,6 @@
 #include "Base/QxBaseCore10/JSONRef.h"
 
-#include "Base/QxBaseCore10/JSONElement.h"
+#include "Base/QxBaseCore10/Detail/JSONElement.h"
 #include "Base/QxBaseCore10/Strings.h"
 
 #include <array>

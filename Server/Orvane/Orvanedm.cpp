@@ -15,6 +15,9 @@
 #include "Server/Orvane/Payloads/FullAssemblyData.h"
 #include "Server/Orvane/Payloads/FullAssemblyDataV3.h"
 
+#include <boost/assert/source_location.hpp>
+#include <boost/current_function.hpp>
+
 namespace Qx {
 
 namespace {
@@ -22,6 +25,13 @@ namespace {
 using ::Orvane::FolderContentLink;
 using ::Orvane::Payloads::FullAssemblyData;
 using ::Orvane::Payloads::FullAssemblyDataV3;
+
+// The location of the statement that calls this, with the whole signature of its function: the compiler's own location
+// holds a bare name with Clang.
+constexpr boost::source_location locationIn(const char* signature,
+                                            const boost::source_location& statement = BOOST_CURRENT_LOCATION) {
+    return {statement.file_name(), statement.line(), signature, statement.column()};
+}
 
 std::string readBaseUri(const std::string& optionsName, const wchar_t* key) {
     std::wstring uri;
@@ -126,7 +136,7 @@ void Orvanedm::buildOrvaneFolderContentsRequest(const FolderContentLink& link, c
 
 void Orvanedm::getFolderContents(const FolderContentLink& link, const QueryVariables& queryVariables,
                                  FolderContentsCallback callback) {
-    HTTPRequest request(BOOST_CURRENT_LOCATION);
+    HTTPRequest request(locationIn(BOOST_CURRENT_FUNCTION));
     buildOrvaneFolderContentsRequest(link, queryVariables, std::move(callback), request);
     getFolderContents(std::move(request));
 }
@@ -149,7 +159,7 @@ void Orvanedm::getFullAssemblyStatus_V3(const std::string& versionUrn, FullAssem
     const char* include = includeText();
     std::string url = fullAssemblyUrl(baseOrvanedmUri_V3(optionsName_), versionUrn, "/fullassembly", algorithm);
     url += include;
-    HTTPRequest request(BOOST_CURRENT_LOCATION);
+    HTTPRequest request(locationIn(BOOST_CURRENT_FUNCTION));
     fillRequest(
         request, std::move(url), HTTPRequest::Method::GET, async_,
         [callback = std::move(callback), workflow = std::move(workflow)](const HTTPResponse& response) {
@@ -164,7 +174,7 @@ void Orvanedm::getFullAssemblyStatus_V3(const std::string& versionUrn, FullAssem
 void Orvanedm::requestFullAssemblyAccess(const std::string& versionUrn, FullAssemblyAccessCallback callback,
                                          const std::string& algorithm) {
     std::string url = fullAssemblyUrl(baseOrvanedmUri(optionsName_), versionUrn, "/fullassembly/access", algorithm);
-    HTTPRequest request(BOOST_CURRENT_LOCATION);
+    HTTPRequest request(locationIn(BOOST_CURRENT_FUNCTION));
     fillRequest(
         request, std::move(url), HTTPRequest::Method::POST, async_,
         [callback = std::move(callback)](const HTTPResponse& response) {

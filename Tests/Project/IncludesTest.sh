@@ -16,13 +16,14 @@ check() {
   fi
 }
 export_header='Server/Orvane/qxorvanedm10_export'
-check Base/QxBaseCore10 1 'Base/QxBaseCore10/'
+check Base/QxBaseCore10 2 'Base/QxBaseCore10/'
 check Base/QxBase10 1 'Base/QxBase(Core)?10/'
-check Server/Orvane/Payloads 1 "Base/QxBaseCore10/|Server/Orvane/Payloads/|$export_header"
+check Server/Orvane/Payloads 2 "Base/QxBaseCore10/|Server/Orvane/Payloads/|$export_header"
 check Server/Orvane 1 'Base/|Server/'
 check Host 9 'Base/|Server/|Host/'
-check Benchmarks 1 'Base/|Server/|Host/HTTPClient/|Benchmarks/'
-check Fuzz 1 'Base/|Server/|Fuzz/|Tests/Support/'
+check Tests 9 'Base/|Server/|Host/|Tests/Support/'
+check Benchmarks 1 'Base/|Server/|Host/HTTPClient/|Benchmarks/|Tests/Support/'
+check Fuzz 1 'Base/|Server/|Benchmarks/|Fuzz/|Tests/Support/'
 
 # The client and the links know each other, but only their sources do.
 if grep -lE '#include "Server/Orvane/(Orvanedm|FolderContentLink)\.h"' Server/Orvane/*.h; then
@@ -30,7 +31,7 @@ if grep -lE '#include "Server/Orvane/(Orvanedm|FolderContentLink)\.h"' Server/Or
   failed=1
 fi
 
-private='JSONElement|JSONReading|LargePages|Texts|Conversions|simdjson|curl|httplib'
+private='Detail/|simdjson|curl|httplib'
 for header in $(grep -hoE '[A-Za-z0-9]+\.h"$' Base/CMakeLists.txt Server/CMakeLists.txt | tr -d '"'); do
   if find Base Server -name "$header" | xargs grep -HnE "#include [\"<].*($private)"; then
     echo "an installed header includes a private one"

@@ -2,14 +2,24 @@
 
 #include "Base/QxBase10/IHTTPClient.h"
 
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
-/// Keeps what it is given; the test decides when it is answered, and with what.
+/// Keeps what it is given; the test decides when it is answered, and with what. With a response of its own it answers
+/// each request at once instead, in the calling thread.
 class FakeHTTPClient : public Qx::IHTTPClient {
 public:
-    void queueRequest(Qx::HTTPRequest& request) override { queued.push_back(request); }
+    FakeHTTPClient() = default;
+    explicit FakeHTTPClient(Qx::HTTPResponse response) : response_(std::move(response)) {}
+
+    void queueRequest(Qx::HTTPRequest& request) override {
+        if (response_)
+            request.getCallback()(*response_);
+        else
+            queued.push_back(request);
+    }
 
     void whenAllRequests(std::vector<Qx::HTTPRequest>& requests, BatchCallback callback,
                          Qx::HTTPRequest::ExecutionType executionType) override {
@@ -27,4 +37,7 @@ public:
     std::vector<Qx::HTTPRequest> batch;
     BatchCallback batchCallback;
     Qx::HTTPRequest::ExecutionType batchExecutionType = Qx::HTTPRequest::ExecutionType::CALLING_THREAD;
+
+private:
+    const std::optional<Qx::HTTPResponse> response_;
 };

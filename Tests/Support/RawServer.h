@@ -1,156 +1,104 @@
 #pragma once
 
-#include <algorithm>
-#include <arpa/inet.h>
-#include <array>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/ssl.hpp>
 #include <condition_variable>
 #include <functional>
+#include <memory>
 #include <mutex>
-#include <netinet/in.h>
 #include <set>
 #include <string>
 #include <string_view>
-#include <sys/socket.h>
 #include <thread>
-#include <unistd.h>
-#include <utility>
 
-/// A loopback port whose connections get raw bytes, or nothing: for what a well-behaved server can't do. `serve` runs
-/// with each connection on a thread of its own; the connection is closed behind it. Without `serve` nobody accepts, and
-/// with one connection waiting the next can't even be made.
+/// A loopback port whose connections get raw bytes, or nothing: also what a well-behaved server can't do. `serve` runs
+/// with each connection on a thread of its own, and the connection is closed after it. Without `serve` nobody accepts,
+/// and with one connection of its own waiting no other can even be made.
 class RawServer {
 public:
+    using Context = boost::asio::ssl::context;
+
     class Connection {
     public:
-        Connection(int socket, RawServer& server) : socket_(socket), server_(server) {}
+        Connection(boost::asio::ip::tcp::socket socket, RawServer& server);
 
         /// The next request up to the empty line, as it came; empty if the client has gone.
-        std::string readRequest() const {
-            std::string request;
-            std::array<char, 4096> buffer{};
-            while (!request.ends_with("\r\n\r\n")) {
-                const auto count = recv(socket_, buffer.data(), buffer.size(), 0);
-                if (count <= 0)
-                    return {};
-                request.append(buffer.data(), static_cast<std::size_t>(count));
-            }
-            server_.keep(request);
-            return request;
-        }
+        std::string readRequest();
 
         /// False once the client has gone.
-        bool send(std::string_view bytes) const {
-            while (!bytes.empty()) {
-                const auto count = ::send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
-                if (count <= 0)
-                    return false;
-                bytes.remove_prefix(static_cast<std::size_t>(count));
-            }
-            return true;
-        }
+        bool send(std::string_view bytes);
 
-        void waitUntilClosed() const {
-            while (!readRequest().empty()) {
-            }
-        }
+        void waitUntilClosed();
 
         /// Lets the connection end with a reset instead of an orderly close.
-        void reset() const {
-            const linger now{1, 0};
-            setsockopt(socket_, SOL_SOCKET, SO_LINGER, &now, sizeof now);
-        }
+        void reset();
+
+        /// Lets a TLS connection end without saying so.
+        void cut() { isCut_ = true; }
+
+        /// Whether TLS has gone on with the session of an earlier connection.
+        bool isResumed();
+
+        unsigned clientPort() const;
 
     private:
-        const int socket_;
+        friend class RawServer;
+        boost::asio::ssl::stream<boost::asio::ip::tcp::socket> stream_;
         RawServer& server_;
+        const bool isSecure_;
+        bool isCut_ = false;
+        std::string received_;
     };
 
-    using Serve = std::function<void(const Connection&)>;
+    using Serve = std::function<void(Connection&)>;
 
-    explicit RawServer(Serve serve) : serve_(std::move(serve)), listener_(socket(AF_INET, SOCK_STREAM, 0)) {
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        static_cast<void>(bind(listener_, reinterpret_cast<const sockaddr*>(&address), sizeof address));
-        listen(listener_, serve_ ? SOMAXCONN : 0);
-        socklen_t length = sizeof address;
-        getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &length);
-        port_ = ntohs(address.sin_port);
-        if (serve_)
-            acceptor_ = std::thread([this] { acceptAll(); });
-    }
+    /// With a context it speaks TLS.
+    explicit RawServer(Serve serve, std::shared_ptr<Context> context = nullptr);
     RawServer(const RawServer&) = delete;
     RawServer& operator=(const RawServer&) = delete;
-    ~RawServer() {
-        shutdown(listener_, SHUT_RDWR);
-        if (acceptor_.joinable())
-            acceptor_.join();
-        close(listener_);
-        std::unique_lock lock(mutex_);
-        for (const int connection : connections_)
-            shutdown(connection, SHUT_RDWR);
-        connectionEnded_.wait(lock, [this] { return connections_.empty(); });
-    }
+    ~RawServer();
 
-    std::string url(const std::string& path) const { return "http://127.0.0.1:" + std::to_string(port_) + path; }
+    /// With the address in numbers, or with the name for which the certificates of the tests are, with TLS.
+    std::string url(const std::string& path) const;
+
+    unsigned port() const { return acceptor_.local_endpoint().port(); }
 
     /// The first requests that have come, as they came.
-    std::string received() const {
-        const std::lock_guard lock(mutex_);
-        return received_;
-    }
+    std::string received() const;
 
     /// How many connections were open at most at the same time.
-    std::size_t mostConnections() const {
-        const std::lock_guard lock(mutex_);
-        return mostConnections_;
-    }
-
-    /// Reads the request, then sends `bytes`.
-    static Serve answering(std::string bytes) {
-        return [bytes = std::move(bytes)](const Connection& connection) {
-            connection.readRequest();
-            connection.send(bytes);
-        };
-    }
-
-    /// Says nothing until the client goes away.
-    static void stayingSilent(const Connection& connection) { connection.waitUntilClosed(); }
+    std::size_t mostConnections() const;
 
 private:
-    void acceptAll() {
-        for (int connection = accept(listener_, nullptr, nullptr); connection >= 0;
-             connection = accept(listener_, nullptr, nullptr)) {
-            const std::lock_guard lock(mutex_);
-            connections_.insert(connection);
-            mostConnections_ = std::max(mostConnections_, connections_.size());
-            std::thread([this, connection] { run(connection); }).detach();
-        }
-    }
-
-    void run(int connection) {
-        serve_(Connection(connection, *this));
-        // Under the lock to the end: without connections the server may be gone.
-        const std::lock_guard lock(mutex_);
-        close(connection);
-        connections_.erase(connection);
-        connectionEnded_.notify_all();
-    }
-
-    void keep(const std::string& request) {
-        constexpr std::size_t enough = 100'000;
-        const std::lock_guard lock(mutex_);
-        if (received_.size() < enough)
-            received_ += request;
-    }
+    void accept();
+    void run(std::unique_ptr<Connection> connection);
 
     const Serve serve_;
-    const int listener_;
-    int port_ = 0;
+    const std::shared_ptr<Context> context_;
+    boost::asio::io_context io_;
+    boost::asio::ip::tcp::acceptor acceptor_{io_};
+    boost::asio::ip::tcp::socket waiting_{io_};
     mutable std::mutex mutex_;
     std::condition_variable connectionEnded_;
-    std::set<int> connections_;
+    std::set<Connection*> connections_;
     std::size_t mostConnections_ = 0;
     std::string received_;
-    std::thread acceptor_;
+    std::thread acceptorThread_;
 };
+
+namespace Serving {
+
+/// A response of that body; headers end their lines.
+std::string ok(const std::string& body, const std::string& headers = "");
+
+/// Answers each request with what `respond` makes of it.
+RawServer::Serve with(std::function<std::string(const std::string& request)> respond);
+
+/// Answers each request with an empty object.
+void well(RawServer::Connection& connection);
+
+/// Says nothing until the client goes away.
+void silently(RawServer::Connection& connection);
+
+} // namespace Serving

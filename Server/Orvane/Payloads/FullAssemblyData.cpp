@@ -1,7 +1,7 @@
 #include "Server/Orvane/Payloads/FullAssemblyData.h"
 
-#include "Server/Orvane/Payloads/JSONReading.h"
-#include "Server/Orvane/Payloads/Texts.h"
+#include "Server/Orvane/Payloads/Detail/JSONReading.h"
+#include "Server/Orvane/Payloads/Detail/Texts.h"
 
 #include <utility>
 

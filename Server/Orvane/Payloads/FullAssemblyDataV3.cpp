@@ -1,8 +1,8 @@
 #include "Server/Orvane/Payloads/FullAssemblyDataV3.h"
 
 #include "Base/QxBaseCore10/Strings.h"
-#include "Server/Orvane/Payloads/JSONReading.h"
-#include "Server/Orvane/Payloads/Texts.h"
+#include "Server/Orvane/Payloads/Detail/JSONReading.h"
+#include "Server/Orvane/Payloads/Detail/Texts.h"
 
 #include <utility>
 

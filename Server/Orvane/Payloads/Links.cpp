@@ -1,6 +1,6 @@
 #include "Server/Orvane/Payloads/Links.h"
 
-#include "Server/Orvane/Payloads/JSONReading.h"
+#include "Server/Orvane/Payloads/Detail/JSONReading.h"
 
 namespace Orvane::Payloads {
 

@@ -1,8 +1,8 @@
 #include "Server/Orvane/Payloads/ProjectData.h"
 
-#include "Server/Orvane/Payloads/Conversions.h"
-#include "Server/Orvane/Payloads/JSONReading.h"
-#include "Server/Orvane/Payloads/Texts.h"
+#include "Server/Orvane/Payloads/Detail/Conversions.h"
+#include "Server/Orvane/Payloads/Detail/JSONReading.h"
+#include "Server/Orvane/Payloads/Detail/Texts.h"
 
 namespace Orvane::Payloads {
 

@@ -1,7 +1,7 @@
 #include "Server/Orvane/Payloads/VersionData.h"
 
-#include "Server/Orvane/Payloads/JSONReading.h"
-#include "Server/Orvane/Payloads/Texts.h"
+#include "Server/Orvane/Payloads/Detail/JSONReading.h"
+#include "Server/Orvane/Payloads/Detail/Texts.h"
 
 namespace Orvane::Payloads {
 

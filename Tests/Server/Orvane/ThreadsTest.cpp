@@ -1,10 +1,11 @@
 // What may run at the same time: for the thread sanitizer above all.
 
-#include "Fuzz/Answers.h"
+#include "Base/QxBaseCore10/JSONNode.h"
 #include "Server/Orvane/FolderContentLink.h"
 #include "Server/Orvane/Orvanedm.h"
-#include "Tests/Support/AnsweringClient.h"
-#include "Tests/Support/Documents.h"
+#include "Tests/Support/Answers.h"
+#include "Tests/Support/Cases.h"
+#include "Tests/Support/FakeHTTPClient.h"
 #include "Tests/Support/ScopedState.h"
 
 #include <atomic>
@@ -28,19 +29,48 @@ void runOnEight(const std::function<void()>& work) {
         thread.join();
 }
 
+TEST(Threads, MayReadOneNode) {
+    const Qx::JSONNode node(R"({"a":"1","b":"2"})");
+    std::atomic<int> wrong = 0;
+    runOnEight([&] {
+        for (int read = 0; read < 50 * rounds; ++read)
+            for (const auto& [key, value] : {std::pair("a", "1"), std::pair("b", "2")})
+                wrong += node.exists(key) && node[key].asHString("") == value ? 0 : 1;
+    });
+    EXPECT_EQ(wrong, 0);
+}
+
+TEST(Threads, MayReadOptionsWhileTheyChange) {
+    const auto options = Qx::ApplicationOptions::get("threads");
+    std::wstring value = L"before";
+    runOnEight([&] {
+        std::wstring read;
+        for (int i = 0; i < rounds; ++i) {
+            options->set(L"key", std::to_wstring(i));
+            options->tryGet(L"key", read);
+        }
+    });
+    EXPECT_FALSE(Qx::ApplicationOptions::get("")->tryGet(L"key", value)) << "sets are kept apart";
+    EXPECT_EQ(value, L"before") << "a key that is not set leaves the text alone";
+    EXPECT_TRUE(Qx::ApplicationOptions::get("threads")->tryGet(L"key", value));
+    EXPECT_EQ(value, std::to_wstring(rounds - 1));
+    options->unset(L"key");
+    EXPECT_FALSE(options->tryGet(L"key", value));
+}
+
 TEST(Threads, MayAskOneDocumentEverything) {
-    const FullAssemblyDataV3 document(DocumentParts().root());
+    const FullAssemblyDataV3 document{Qx::JSONNode(wholeAssembly())};
     const std::vector<std::string> ids{"urn:vrnk.dorlqa:dm.lineage:A", "urn:vrnk.dorlqa:fs.folder:folderA",
                                        "1234567890123456"};
-    const auto expected = OrvaneFuzz::answersOf(document, ids);
+    const Json expected = answersOf(document, ids);
     std::atomic<int> events = 0;
     const ScopedState sink = scopedEventSink([&](const Qx::Analytics::Report&, bool) { ++events; });
     std::atomic<int> different = 0;
     runOnEight([&] {
         for (int round = 0; round < rounds; ++round) {
             const FullAssemblyDataV3 copy = document;
-            different += OrvaneFuzz::answersOf(copy, ids) == expected ? 0 : 1;
-            different += OrvaneFuzz::answersOf(document, ids) == expected ? 0 : 1;
+            different += answersOf(copy, ids) == expected ? 0 : 1;
+            different += answersOf(document, ids) == expected ? 0 : 1;
             document.sendFullAssemblyAnalytics(L"workflow");
         }
     });
@@ -49,18 +79,17 @@ TEST(Threads, MayAskOneDocumentEverything) {
 }
 
 TEST(Threads, MayFormRequestsWhileSettingsChange) {
-    const auto http = std::make_shared<AnsweringClient>(DocumentParts().root().toText());
+    const auto http = std::make_shared<FakeHTTPClient>(Qx::HTTPResponse(200, wholeAssembly()));
     Qx::Orvanedm client(http, "threads");
-    const auto options = Qx::ApplicationOptions::get("threads");
     std::atomic<bool> isDone = false;
     std::thread changing([&] {
-        for (bool on = true; !isDone; on = !on) {
-            options->set(L"orvaneServiceUrl", on ? L"https://one" : L"https://two");
-            options->set(L"orvaneV3ServiceUrl", on ? L"https://one" : L"https://two");
-            Qx::FlagsManager::get().setFlag("data-show-non-cad-components", on);
-            Qx::Utility::setIndirectXRefProjectDetailsEnabled(on);
-            Qx::Analytics::setEventSink([](const Qx::Analytics::Report&, bool) {});
-            Qx::ICloudBrowser::installOptionsName("threads");
+        while (!isDone) {
+            const ScopedState service = scopedOption("threads", L"orvaneServiceUrl", L"https://one");
+            const ScopedState v3Service = scopedOption("threads", L"orvaneV3ServiceUrl", L"https://two");
+            const ScopedState flag = scopedFlag("data-show-non-cad-components");
+            const ScopedState indirect = scopedIndirectXRefs();
+            const ScopedState sink = scopedEventSink([](const Qx::Analytics::Report&, bool) {});
+            const ScopedState current = scopedCurrentOptions("threads");
         }
     });
     std::atomic<int> successes = 0;
@@ -77,10 +106,6 @@ TEST(Threads, MayFormRequestsWhileSettingsChange) {
     isDone = true;
     changing.join();
     EXPECT_EQ(successes, 8 * rounds * 3);
-    Qx::Analytics::setEventSink(nullptr);
-    Qx::FlagsManager::get().setFlag("data-show-non-cad-components", false);
-    Qx::Utility::setIndirectXRefProjectDetailsEnabled(false);
-    Qx::ICloudBrowser::install(nullptr);
 }
 
 } // namespace

@@ -1,0 +1,57 @@
+// FUZZER [--mutations COUNT] PATH...: runs the inputs below each path through a fuzzer, where there is no libFuzzer to
+// do so, and COUNT inputs made of them. The files of Tests/Cases give an input for each case.
+
+#include "Fuzz/Mutation.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <string_view>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size);
+
+namespace {
+
+void addInputs(const std::filesystem::path& file, std::vector<std::string>& inputs) {
+    std::ifstream stream(file);
+    std::string text{std::istreambuf_iterator<char>(stream), {}};
+    if (file.parent_path().filename() != "Cases") {
+        inputs.push_back(std::move(text));
+        return;
+    }
+    for (const nlohmann::json& tested : nlohmann::json::parse(text)) {
+        if (tested.contains("json"))
+            inputs.push_back(tested["json"].dump());
+        else if (tested.contains("text"))
+            inputs.push_back(tested["text"]);
+    }
+}
+
+void run(const std::string& input) {
+    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(input.data()), input.size());
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::vector<std::string> inputs;
+    unsigned long mutations = 0;
+    for (int i = 1; i < argc; ++i) {
+        if (argv[i] == std::string_view("--mutations") && i + 1 < argc) {
+            mutations = std::stoul(argv[++i]);
+            continue;
+        }
+        for (const auto& entry : std::filesystem::directory_iterator(argv[i]))
+            addInputs(entry.path(), inputs);
+    }
+    for (const std::string& input : inputs)
+        run(input);
+    std::mt19937 random(1);
+    const std::size_t given = inputs.size();
+    for (unsigned long i = 0; i < mutations; ++i)
+        run(OrvaneFuzz::mutateValues(inputs[random() % given], random));
+    std::printf("%zu inputs, %lu made of them: no finding\n", given, mutations);
+    return given > 0 ? 0 : 1;
+}

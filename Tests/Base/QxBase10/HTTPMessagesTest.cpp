@@ -1,0 +1,62 @@
+#include "Base/QxBase10/HTTPRequest.h"
+#include "Base/QxBase10/HTTPResponse.h"
+#include "Base/QxBase10/HTTPUtils.h"
+#include "Base/QxBaseCore10/JSONNode.h"
+#include "Base/QxBaseCore10/Status.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Qx::HTTPRequest;
+using Qx::HTTPResponse;
+
+TEST(HTTPRequest, StartsEmptyInTheCallingThreadWithoutAuthentication) {
+    const HTTPRequest request(BOOST_CURRENT_LOCATION);
+    EXPECT_EQ(request.getURL() + request.getThreadName(), "");
+    EXPECT_TRUE(request.getHeaders().empty());
+    EXPECT_FALSE(request.getCallback());
+    EXPECT_EQ(request.getMethod(), HTTPRequest::Method::GET);
+    EXPECT_EQ(request.getAuthType(), HTTPRequest::AuthType::NONE);
+    EXPECT_EQ(request.executionType, HTTPRequest::ExecutionType::CALLING_THREAD);
+}
+
+TEST(HTTPResponse, IsSuccessfulFrom200To299AndElseSaysWhy) {
+    for (const int status : {200, 204, 299})
+        EXPECT_TRUE(HTTPResponse(status, "").isSuccessful()) << status;
+    for (const int status : {0, 199, 300, 401, 403, 500})
+        EXPECT_FALSE(HTTPResponse(status, "").isSuccessful()) << status;
+    const HTTPResponse slow = HTTPResponse::transportFailure(HTTPResponse::FailureKind::TIMEOUT, "too slow");
+    EXPECT_EQ(slow.getReason(), "too slow");
+    EXPECT_EQ(slow.getFailureKind(), HTTPResponse::FailureKind::TIMEOUT);
+    EXPECT_EQ(HTTPResponse(500, "").getFailureKind(), HTTPResponse::FailureKind::NONE) << "a refusal is an answer";
+    EXPECT_NE(HTTPResponse().getFailureKind(), HTTPResponse::FailureKind::NONE);
+}
+
+TEST(HTTPResponse, HoldsItsBodyOnce) {
+    std::string body(1000, 'x');
+    body.reserve(body.size() + HTTPResponse::spareBytes);
+    const char* bytes = body.data();
+    const HTTPResponse response(200, std::move(body));
+    const HTTPResponse copy = response;
+    EXPECT_EQ(response.getBody().data(), bytes);
+    EXPECT_EQ(copy.getBody().data(), bytes);
+    EXPECT_EQ(copy.getBody(), std::string(1000, 'x'));
+    EXPECT_TRUE(HTTPResponse().getBody().empty());
+}
+
+TEST(HTTPUtils, ParsesTheBodyOrSaysWhyNot) {
+    Qx::JSONNode node(R"({"before":1})");
+    for (const HTTPResponse& response : {HTTPResponse(), HTTPResponse(200, ""), HTTPResponse(200, "<html>")}) {
+        Qx::Status status;
+        EXPECT_FALSE(Qx::HTTPUtils::extractJSON(status, response, node));
+        EXPECT_FALSE(status.reason().empty());
+        EXPECT_TRUE(node.exists("before"));
+    }
+    Qx::Status status;
+    EXPECT_TRUE(Qx::HTTPUtils::extractJSON(status, HTTPResponse(200, R"({ "results": "yes" })"), node));
+    EXPECT_TRUE(status.isOk());
+    EXPECT_EQ(node.toText(), R"({"results":"yes"})") << "the body is gone, the node is not";
+}
+
+} // namespace

@@ -1,0 +1,99 @@
+#include "Tests/Support/Allocations.h"
+
+#include <array>
+#include <atomic>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <pthread.h>
+
+namespace {
+
+constexpr std::int64_t never = -1;
+
+// While nobody counts, an allocation costs one look at this more than without it.
+std::atomic<bool> isCounting = false;
+std::atomic<std::int64_t> madeCount = 0;
+std::atomic<std::int64_t> releasedCount = 0;
+// How many allocations there are before the one that fails, of which thread.
+std::atomic<std::int64_t> left = never;
+std::atomic<const char*> failingName = nullptr;
+std::atomic<pthread_t> failingThread;
+
+bool isFailingThread() {
+    const char* wanted = failingName;
+    if (!wanted)
+        return pthread_equal(pthread_self(), failingThread) != 0;
+    std::array<char, 16> name{};
+    pthread_getname_np(pthread_self(), name.data(), name.size());
+    return std::strcmp(name.data(), wanted) == 0;
+}
+
+// Below 0 it counts no further, so that no more than one fails.
+bool isToFail() {
+    return left >= 0 && isFailingThread() && left.fetch_sub(1) == 0;
+}
+
+void* allocate(std::size_t size) noexcept {
+    if (isCounting.load(std::memory_order_relaxed)) {
+        if (isToFail())
+            return nullptr;
+        ++madeCount;
+    }
+    return std::malloc(size == 0 ? 1 : size);
+}
+
+void release(void* memory) noexcept {
+    if (isCounting.load(std::memory_order_relaxed) && memory)
+        ++releasedCount;
+    std::free(memory);
+}
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    if (void* memory = allocate(size))
+        return memory;
+    throw std::bad_alloc();
+}
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return allocate(size);
+}
+
+void operator delete(void* memory) noexcept {
+    release(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept {
+    release(memory);
+}
+
+Allocations::Allocations() {
+    madeCount = 0;
+    releasedCount = 0;
+    isCounting = true;
+}
+
+Allocations::~Allocations() {
+    stopFailing();
+    isCounting = false;
+}
+
+void Allocations::fail(std::size_t number, const char* threadName) {
+    failingName = threadName;
+    failingThread = pthread_self();
+    left = static_cast<std::int64_t>(number);
+}
+
+bool Allocations::stopFailing() {
+    return left.exchange(never) < 0;
+}
+
+std::int64_t Allocations::made() const {
+    return madeCount;
+}
+
+std::int64_t Allocations::alive() const {
+    return madeCount - releasedCount;
+}

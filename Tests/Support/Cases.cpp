@@ -1,0 +1,15 @@
+#include "Tests/Support/Cases.h"
+
+#include <fstream>
+#include <stdexcept>
+
+nlohmann::json casesOf(const std::string& file) {
+    std::ifstream stream(std::string(TEST_SOURCES "/Cases/") + file);
+    if (!stream)
+        throw std::runtime_error("there is no file " + file + " in Tests/Cases");
+    return nlohmann::json::parse(stream);
+}
+
+std::string wholeAssembly() {
+    return casesOf("assembly.json").at(0).at("json").dump();
+}

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "Host/HTTPClient/CurlHTTPClient.h"
+
+#include <chrono>
+#include <filesystem>
+#include <future>
+#include <gtest/gtest.h>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+// What the tests of the client send, and how they wait for it.
+inline const std::string token = "secret-token";
+
+inline OrvaneHost::CurlHTTPClientSettings settings() {
+    OrvaneHost::CurlHTTPClientSettings made;
+    made.token = token;
+    return made;
+}
+
+/// Those of one who waits no longer than a test should.
+inline OrvaneHost::CurlHTTPClientSettings impatient() {
+    OrvaneHost::CurlHTTPClientSettings made = settings();
+    made.connectTimeout = std::chrono::milliseconds(500);
+    made.requestTimeout = std::chrono::milliseconds(1500);
+    made.stallTimeout = std::chrono::seconds(1);
+    return made;
+}
+
+inline Qx::HTTPRequest makeRequest(const std::string& url, Qx::HTTPRequest::ExecutionType type,
+                                   const Qx::HTTPRequest::Callback& callback = nullptr) {
+    Qx::HTTPRequest request(BOOST_CURRENT_LOCATION);
+    request.setURL(url);
+    request.setAuthType(Qx::HTTPRequest::AuthType::BEARER);
+    request.setCallback(callback);
+    request.setThreadName("a-thread-name-longer-than-15");
+    request.executionType = type;
+    return request;
+}
+
+/// Sends the request, with a callback of its own, and gives its response.
+inline Qx::HTTPResponse send(Qx::IHTTPClient& client, Qx::HTTPRequest request) {
+    std::promise<Qx::HTTPResponse> answered;
+    request.setCallback([&](const Qx::HTTPResponse& response) { answered.set_value(response); });
+    client.queueRequest(request);
+    return answered.get_future().get();
+}
+
+inline Qx::HTTPResponse send(Qx::IHTTPClient& client, const std::string& url) {
+    return send(client, makeRequest(url, Qx::HTTPRequest::ExecutionType::CALLING_THREAD));
+}
+
+inline Qx::HTTPResponse send(const OrvaneHost::CurlHTTPClientSettings& withSettings, const std::string& url) {
+    OrvaneHost::CurlHTTPClient client(withSettings);
+    return send(client, url);
+}
+
+inline std::vector<Qx::HTTPResponse> sendAll(Qx::IHTTPClient& client, std::vector<Qx::HTTPRequest> requests,
+                                             Qx::HTTPRequest::ExecutionType type) {
+    std::promise<std::vector<Qx::HTTPResponse>> answered;
+    client.whenAllRequests(
+        requests, [&](std::vector<Qx::HTTPResponse> responses) { answered.set_value(std::move(responses)); }, type);
+    return answered.get_future().get();
+}
+
+inline std::ptrdiff_t countEntries(const char* folder) {
+    return std::distance(std::filesystem::directory_iterator(folder), {});
+}
+
+/// Waits for what may end a moment after it was told to.
+inline void expectEntries(const char* folder, std::ptrdiff_t expected) {
+    for (int i = 0; i < 2000 && countEntries(folder) != expected; ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    EXPECT_EQ(countEntries(folder), expected) << folder;
+}

@@ -1,0 +1,33 @@
+include(GenerateExportHeader)
+
+# qx_add_shared_library(NAME FOLDER folder SOURCES ... HEADERS ... PUBLIC libraries... PRIVATE libraries...)
+#
+# A shared library of which only what Exports.map names leaves it. Headers are written and included from the root
+# of the repository, and installed in the same tree; FOLDER says where the export header stands in it.
+function(qx_add_shared_library name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "FOLDER" "SOURCES;HEADERS;PUBLIC;PRIVATE")
+  string(TOLOWER "${name}" lowerName)
+  set(exportHeader "${PROJECT_BINARY_DIR}/include/${arg_FOLDER}/${lowerName}_export.h")
+  set(exportMap "${PROJECT_SOURCE_DIR}/cmake/Exports.map")
+
+  add_library(${name} SHARED ${arg_SOURCES})
+  add_library(QxOrvaneDM10::${name} ALIAS ${name})
+  generate_export_header(${name} EXPORT_FILE_NAME "${exportHeader}")
+  target_sources(${name} PUBLIC
+    FILE_SET HEADERS BASE_DIRS "${PROJECT_SOURCE_DIR}" FILES ${arg_HEADERS}
+    FILE_SET generatedHeaders TYPE HEADERS BASE_DIRS "${PROJECT_BINARY_DIR}/include" FILES "${exportHeader}")
+  target_compile_features(${name} PUBLIC cxx_std_20)
+  target_link_libraries(${name} PUBLIC ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
+  # Hidden visibility alone would still let templates of the standard library out.
+  target_link_options(${name} PRIVATE "LINKER:--version-script=${exportMap}")
+  set_target_properties(${name} PROPERTIES
+    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} LINK_DEPENDS "${exportMap}"
+    INSTALL_RPATH "$ORIGIN")
+  if(NOT QXORVANEDM_INSTALL)
+    return()
+  endif()
+  install(TARGETS ${name} EXPORT QxOrvaneDM10Targets
+    LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+    FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/QxOrvaneDM10"
+    FILE_SET generatedHeaders DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/QxOrvaneDM10")
+endfunction()
