@@ -26,7 +26,7 @@ public:
 
     /// The id of what holds the file; empty by default. Where the parent is a project it is "project.id",
     /// else "parent.id"; for a configuration design that says which project it was configured for, it is
-    /// "attributes.configuredDesignProjectId.value", or empty if that is null.
+    /// "attributes.configuredDesignProjectId.value", or empty if that is null, an object or an array.
     std::string getParentId() const;
 
     /// The key "parent.type"; `OTHER` by default. A configuration design keeps the type of its "parent", also
@@ -35,7 +35,8 @@ public:
     /// Leaves the parent id as it is.
     void setParentType(ContainerType parentType);
 
-    /// The key "attributes.subTypes.value"; no value if the file does not carry it, the empty text if it is null.
+    /// The key "attributes.subTypes.value"; no value if the file does not carry it, the empty text if it is
+    /// null, an object or an array.
     std::optional<std::string> getSubTypes() const;
 
     /// True if the sub type is exactly "Configuration".

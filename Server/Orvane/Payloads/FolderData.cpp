@@ -30,7 +30,7 @@ void FolderData::readStanding(const Qx::JSONNode& me) {
             allowedActions_.insert(action.asHString(""));
 }
 
-// Partial on purpose: the link and the membership belong to the target's own standing.
+// Partial on purpose: the link and the caller's membership of the target stay.
 FolderData& FolderData::operator=(const FolderData& other) {
     Data::operator=(other);
     name_ = other.name_;

@@ -29,8 +29,8 @@ public:
 
     FolderData(const FolderData& other) = default;
 
-    /// Assigns all but the link and the membership, which belong to the target's own standing. If it throws,
-    /// the target holds part of the source.
+    /// Copies what identifies and describes the folder and what may be done with it, but neither its link nor the
+    /// caller's membership: those of the target stay. If it throws, the target holds part of the source.
     FolderData& operator=(const FolderData& other);
 
     /// "folders".

@@ -37,7 +37,8 @@ public:
     bool Visible() const;
     void Visible(bool visible);
 
-    /// The key "status"; `ACTIVE` by default, also for a project whose JSON has none; `OTHER` if it is null.
+    /// The key "status"; `ACTIVE` by default, also for a project whose JSON has none; `OTHER` if it is null,
+    /// an object or an array.
     ContainerStatus getStatus() const;
     void setStatus(ContainerStatus status);
     /// The service's text; one that is not known gives `OTHER`.

@@ -17,8 +17,9 @@ public:
     using RelationType = Qx::CloudBrowser::Relationship::RelationType;
 
     /// Reads one element of "data.relationships". A node whose "type" is not "relationships" gives its "id",
-    /// "type" and "self" alone; a key that is missing, null or of the wrong kind leaves its field as it is by
-    /// default. The link is "self" of the node itself.
+    /// "type" and "self" alone; a key that is missing leaves its field as it is by default. Where a text is expected a
+    /// number or boolean is taken as one; an object, an array or null leaves the field too. The link is "self" of the
+    /// node itself.
     explicit RelationshipData(const Qx::JSONNode& node);
 
     /// "relationships".
