@@ -28,7 +28,8 @@ class JSONNode;
 ///
 /// A callback runs once for each response, in the thread in which the `IHTTPClient` delivers it, even if this
 /// client is gone by then. `success` false carries no reason: the service refused, there was no answer, or
-/// its body, an empty one included, was not JSON, or too little memory was left to parse it. A callback must not be empty; what it throws passes to the `IHTTPClient`.
+/// its body, an empty one included, was not JSON, or too little memory was left to parse it. A callback must not be
+/// empty; what it throws passes to the `IHTTPClient`.
 ///
 /// The client has no thread, lock, time-out, retry or cancellation of its own. Its operations may be called
 /// from several threads at once, but for `setAsync` and assignment, which need the object for themselves.

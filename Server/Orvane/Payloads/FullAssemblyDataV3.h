@@ -29,8 +29,8 @@ public:
     /// Reads the root of a response body: what `FullAssemblyData` reads, then "included.versions",
     /// "data.relationships" and "included.folders". Nothing is required. Folders whose "type" is not "folders"
     /// are skipped, while versions and relationships are kept whatever their "type"; of two versions or two
-    /// folders with one id the last stays. Linear in the size of the JSON, but for the ordered maps; no object or array of
-    /// it is copied, and `root` is not kept.
+    /// folders with one id the last stays. Linear in the size of the JSON, but for the ordered maps; no object or array
+    /// of it is copied, and `root` is not kept.
     explicit FullAssemblyDataV3(const Qx::JSONNode& root);
 
     FullAssemblyDataV3(const FullAssemblyDataV3& other);
