@@ -4,6 +4,7 @@
 #include "Tests/Support/Cases.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cctype>
 #include <chrono>
 #include <cstdlib>
@@ -117,17 +118,19 @@ RawServer Circumstance::serve() const {
             : nullptr;
     if (!value("accepts", true))
         return RawServer(nullptr);
-    const auto serveOne = [*this](Connection& connection) {
+    const auto requests = std::make_shared<std::atomic<std::size_t>>(0);
+    const auto serveOne = [*this, requests](Connection& connection) {
         if (row_.contains("raw") || !connection.readRequest().empty())
-            respond(connection);
+            respond(connection, (*requests)++);
     };
     return RawServer(serveOne, context);
 }
 
-void Circumstance::respond(Connection& connection) const {
+void Circumstance::respond(Connection& connection, std::size_t request) const {
     const std::chrono::milliseconds pause(value("pauseMs", 0));
-    const std::string bytes =
-        bytesOf(value<std::string>("sends", "")) + std::string(value("fillMiB", std::size_t{0}) * mebibyte, 'x');
+    const json sends = value("sends", json(""));
+    const std::string bytes = bytesOf(sends.is_array() ? sends.at(std::min(request, sends.size() - 1)) : sends) +
+                              std::string(value("fillMiB", std::size_t{0}) * mebibyte, 'x');
     do {
         if (row_.contains("always"))
             std::this_thread::sleep_for(pause);
@@ -146,6 +149,8 @@ void Circumstance::respond(Connection& connection) const {
 }
 
 void Circumstance::change(Qx::HTTPRequest& request, OrvaneHost::CurlHTTPClientSettings& settings) const {
+    if (row_.value("method", "GET") == "POST")
+        request.setMethod(Qx::HTTPRequest::Method::POST);
     request.setURL(bytesOf(value("url", request.getURL() + value<std::string>("path", ""))));
     if (row_.contains("secure"))
         request.setURL("https" + request.getURL().substr(4));
@@ -175,6 +180,31 @@ void Circumstance::expect(const Qx::HTTPResponse& response) const {
     EXPECT_EQ(response.getBody().size(), value("bodyBytes", value<std::string>("body", "").size()));
 }
 
+void Circumstance::expectReceived(const std::string& requests) const {
+    std::size_t at = 0;
+    for (const std::string part : value("receives", json::array())) {
+        at = requests.find(part, at);
+        EXPECT_NE(at, std::string::npos) << part << " in " << requests;
+    }
+    for (const std::string part : value("lacks", json::array()))
+        EXPECT_EQ(requests.find(part), std::string::npos) << requests;
+    if (isRefused()) {
+        EXPECT_EQ(requests, "");
+    }
+}
+
+std::optional<ScopedState> Circumstance::useProxy(const RawServer& server) const {
+    if (!row_.contains("proxy"))
+        return std::nullopt;
+    const std::string proxy = row_["proxy"] == "{server}" ? server.url("") : row_["proxy"].get<std::string>();
+    for (const char* variable : {"http_proxy", "https_proxy"})
+        setenv(variable, proxy.c_str(), 1);
+    return std::optional<ScopedState>(std::in_place, [] {
+        unsetenv("http_proxy");
+        unsetenv("https_proxy");
+    });
+}
+
 bool Circumstance::isRefused() const {
     return row_.at("shows").get<std::string>().starts_with("refused");
 }
@@ -193,7 +223,7 @@ void serveByPath(Connection& connection) {
     for (std::string request = connection.readRequest(); !request.empty(); request = connection.readRequest()) {
         const std::size_t index = std::strtoul(request.c_str() + request.find('/') + 1, nullptr, 10);
         if (index < circumstances().size()) {
-            circumstances()[index].respond(connection);
+            circumstances()[index].respond(connection, 0);
             return;
         }
         connection.send(Serving::ok("{}"));

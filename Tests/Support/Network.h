@@ -4,8 +4,10 @@
 #include "Base/QxBase10/HTTPResponse.h"
 #include "Host/HTTPClient/CurlHTTPClientSettings.h"
 #include "Tests/Support/RawServer.h"
+#include "Tests/Support/ScopedState.h"
 
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,11 +27,17 @@ public:
 
     void change(Qx::HTTPRequest& request, OrvaneHost::CurlHTTPClientSettings& settings) const;
 
-    /// What the server does once it has read the request.
-    void respond(RawServer::Connection& connection) const;
+    /// What the server does once it has read the request of that number.
+    void respond(RawServer::Connection& connection, std::size_t request) const;
 
     /// Fails the test if the response is another than the one that the row says.
     void expect(const Qx::HTTPResponse& response) const;
+
+    /// Fails the test if the server has received anything but what the row says.
+    void expectReceived(const std::string& requests) const;
+
+    /// Lets the process use the row's proxy, if it names one; "{server}" is the server itself.
+    std::optional<ScopedState> useProxy(const RawServer& server) const;
 
     /// Whether the request is to reach no server at all.
     bool isRefused() const;

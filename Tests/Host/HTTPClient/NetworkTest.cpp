@@ -58,13 +58,14 @@ void meet(const Circumstance& circumstance, Type type, std::atomic<int>& complet
     });
     OrvaneHost::CurlHTTPClientSettings changed = impatient();
     circumstance.change(request, changed);
+    const auto proxy = circumstance.useProxy(server);
     const PeakMemory memory;
     CurlHTTPClient client(changed);
     client.queueRequest(request);
     const HTTPResponse response = answered.get_future().get();
     circumstance.expect(response);
     EXPECT_EQ(response.getReason().starts_with("refused:"), circumstance.isRefused());
-    EXPECT_TRUE(!circumstance.isRefused() || server.received().empty()) << server.received();
+    circumstance.expectReceived(server.received());
     EXPECT_LT(memory.growth(), changed.maxBodyBytes + (std::size_t{64} << 20));
     HTTPRequest next = makeRequest(good.url("/"), Type::CALLING_THREAD);
     next.setAuthType(HTTPRequest::AuthType::NONE);

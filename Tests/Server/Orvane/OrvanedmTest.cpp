@@ -1,7 +1,6 @@
 #include "Server/Orvane/Orvanedm.h"
 
 #include "Base/QxBaseCore10/JSONNode.h"
-#include "Base/QxBaseCore10/Uri.h"
 #include "Server/Orvane/FolderContentLink.h"
 #include "Server/Orvane/Payloads/FullAssemblyDataV3.h"
 #include "Tests/Support/Cases.h"
@@ -19,6 +18,7 @@ namespace {
 using Orvane::FolderContentLink;
 using Orvane::Payloads::FullAssemblyData;
 using Orvane::Payloads::FullAssemblyDataV3;
+using Json = nlohmann::json;
 using ExecutionType = Qx::HTTPRequest::ExecutionType;
 
 static_assert(!std::is_default_constructible_v<Qx::Orvanedm>);
@@ -35,36 +35,73 @@ std::string describe(const Qx::HTTPRequest& request) {
     return text + request.getThreadName();
 }
 
-const std::string common = " | Content-Type: application/json | Accept: application/json | bearer | ";
-
 class OrvanedmTest : public testing::Test {
 protected:
-    const Qx::HTTPRequest& lastRequest() const { return http->queued.back(); }
+    // Sends the request of a case.
+    void send(Qx::Orvanedm& client, const Json& tested) {
+        const std::string operation = tested.value("operation", "status");
+        const std::string urn = tested.value("urn", "v");
+        const std::string algorithm = tested.value("algorithm", "ACTUAL");
+        if (operation == "folder")
+            client.getFolderContents(FolderContentLink::fromUrn(urn, "set"),
+                                     tested.value("query", Qx::Orvanedm::QueryVariables()), keepContents);
+        else if (operation == "access")
+            client.requestFullAssemblyAccess(urn, keepAccess, algorithm);
+        else if (operation == "status")
+            client.getFullAssemblyStatus_V3(urn, keepDocument, algorithm, L"my \u6B6F flow");
+        else
+            client.getFullAssemblyStatus(urn, keepDocument, algorithm, L"");
+    }
 
     const ScopedState service = scopedOption("set", L"orvaneServiceUrl", L"https://first/orvanedm");
     const ScopedState v3Service = scopedOption("set", L"orvaneV3ServiceUrl", L"https://third");
     const std::shared_ptr<FakeHTTPClient> http = std::make_shared<FakeHTTPClient>();
     Qx::Orvanedm orvanedm{http, "set"};
     const FolderContentLink link = FolderContentLink::fromUrn("an.urn", "set");
-    std::optional<bool> success;
-    std::string contents;
-    std::shared_ptr<FullAssemblyData> document;
     ScopedEvents events;
+    std::optional<bool> success;
+    std::string given; // What the callback got: the contents, or the document's generation and id.
     Qx::Orvanedm::FolderContentsCallback keepContents = [this](bool succeeded, const Qx::JSONNode& node) {
         success = succeeded;
-        contents = node.toText();
+        given = node.toText();
     };
     Qx::Orvanedm::FullAssemblyStatusCallback keepDocument = [this](bool succeeded, const auto& data) {
         success = succeeded;
-        document = data;
+        given =
+            data ? (std::dynamic_pointer_cast<FullAssemblyDataV3>(data) ? "V3 " : "V2 ") + data->getId() : "nothing";
         EXPECT_TRUE(events.tracked.empty()) << "the caller has the document first";
     };
     Qx::Orvanedm::FullAssemblyAccessCallback keepAccess = [this](bool succeeded, const FullAssemblyData& data) {
         success = succeeded;
-        contents = data.getId();
-        EXPECT_EQ(dynamic_cast<const FullAssemblyDataV3*>(&data), nullptr);
+        given = (dynamic_cast<const FullAssemblyDataV3*>(&data) ? "V3 " : "V2 ") + data.getId();
     };
 };
+
+TEST_F(OrvanedmTest, SendsAndAnswersAsTheCasesSay) {
+    const std::string common = " | Content-Type: application/json | Accept: application/json | bearer | ";
+    for (const Json& tested : casesOf("requests.json")) {
+        const ScopedState indirect = tested.contains("indirect") ? scopedIndirectXRefs() : ScopedState([] {});
+        Qx::Orvanedm client(http, tested.value("options", "set"));
+        client.setAsync(tested.contains("async"));
+        success.reset();
+        events.tracked.clear();
+        send(client, tested);
+        EXPECT_FALSE(success.has_value()) << "nothing is told before the answer";
+        if (tested.contains("request")) {
+            EXPECT_EQ(describe(http->queued.back()),
+                      tested["request"].get<std::string>() + common + tested["thread"].get<std::string>())
+                << tested["shows"];
+        }
+        if (tested.contains("responds")) {
+            http->answer(tested["responds"][0], tested["responds"][1]);
+            EXPECT_EQ(success, tested["success"].get<bool>()) << tested["shows"];
+            EXPECT_EQ(given, tested["gives"]) << tested["shows"];
+            EXPECT_EQ(events.tracked.size(), tested.value("events", 0U)) << tested["shows"];
+        }
+        for (const Qx::Analytics::Report& event : events.tracked)
+            EXPECT_EQ(event.properties.at(L"Workflow"), L"my \u6B6F flow");
+    }
+}
 
 TEST_F(OrvanedmTest, BaseUrisAreReadAnewAndEmptyWhereUnset) {
     EXPECT_EQ(Qx::Orvanedm::baseOrvanedmUri() + Qx::Orvanedm::baseOrvanedmUri_V3(), "");
@@ -74,37 +111,9 @@ TEST_F(OrvanedmTest, BaseUrisAreReadAnewAndEmptyWhereUnset) {
     EXPECT_EQ(Qx::Orvanedm::baseOrvanedmUri("none") + Qx::Orvanedm::baseOrvanedmUri_V3("none"), "");
 }
 
-TEST_F(OrvanedmTest, RequestsHaveTheirForms) {
-    const std::string urn = "abc?version=2";
-    const std::string version = "/versions/" + Qx::Uri::UriEncode(urn) + "/fullassembly";
-    const std::string statusEnd = common + "calling thread | Orvanedm::getFullAssemblyStatus_V3";
-
-    orvanedm.getFolderContents(link, {{"include", "stuff"}, {"something", "else"}}, keepContents);
-    EXPECT_EQ(describe(lastRequest()),
-              "GET https://first/orvanedm/folders/an.urn/content?include=stuff&something=else" + common +
-                  "calling thread | Orvanedm::getFolderContents");
-    orvanedm.getFullAssemblyStatus_V3(urn, keepDocument, "ACTUAL", L"");
-    EXPECT_EQ(describe(lastRequest()),
-              "GET https://third" + version + "?algorithm=ACTUAL&include=folders,allowed-actions" + statusEnd);
-    const ScopedState indirect = scopedIndirectXRefs();
-    orvanedm.getFullAssemblyStatus(urn, keepDocument, "A&B=C", L"");
-    EXPECT_EQ(describe(lastRequest()), "GET https://third" + version +
-                                           "?algorithm=A&B=C&include=folders,allowed-actions,indirectXRefs" +
-                                           statusEnd);
-    Qx::Orvanedm(http, "none").getFullAssemblyStatus("", keepDocument, "", L"");
-    EXPECT_EQ(lastRequest().getURL(),
-              "/versions//fullassembly?algorithm=&include=folders,allowed-actions,indirectXRefs");
-    orvanedm.setAsync(true);
-    orvanedm.requestFullAssemblyAccess(urn, keepAccess, "LATEST");
-    EXPECT_EQ(describe(lastRequest()), "POST https://first/orvanedm" + version + "/access?algorithm=LATEST" + common +
-                                           "client thread | Orvanedm::requestFullAssemblyAccess");
-    EXPECT_FALSE(success.has_value()) << "nothing is told before the answer";
-}
-
 TEST_F(OrvanedmTest, RequestsSayWhereTheyWereFormed) {
-    orvanedm.getFolderContents(link, {}, keepContents);
-    orvanedm.getFullAssemblyStatus("v", keepDocument, "ACTUAL", L"");
-    orvanedm.requestFullAssemblyAccess("v", keepAccess, "LATEST");
+    for (const char* operation : {"folder", "status", "access"})
+        send(orvanedm, {{"operation", operation}});
     std::set<std::uint_least32_t> lines;
     for (const Qx::HTTPRequest& request : http->queued) {
         const boost::source_location& location = request.getLocation();
@@ -114,24 +123,6 @@ TEST_F(OrvanedmTest, RequestsSayWhereTheyWereFormed) {
         lines.insert(location.line());
     }
     EXPECT_EQ(lines.size(), 3U);
-}
-
-TEST_F(OrvanedmTest, FolderAnswersReachTheCallback) {
-    const std::tuple<int, const char*, bool, const char*> cases[] = {
-        {200, R"({ "results": "yes" })", true, R"({"results":"yes"})"},
-        {201, "{}", true, "{}"},
-        {299, "[]", true, "[]"},
-        {304, "[]", false, "{}"},
-        {200, "no JSON", false, "{}"},
-        {200, "", false, "{}"},
-        {403, R"({"error":1})", false, "{}"},
-        {0, "", false, "{}"}};
-    for (const auto& [status, body, expected, text] : cases) {
-        orvanedm.getFolderContents(link, {}, keepContents);
-        http->answer(status, body);
-        EXPECT_EQ(success, expected) << body;
-        EXPECT_EQ(contents, text) << body;
-    }
 }
 
 TEST_F(OrvanedmTest, AsyncCountsWhenARequestIsFormedAndIsEachCopysOwn) {
@@ -147,14 +138,14 @@ TEST_F(OrvanedmTest, AsyncCountsWhenARequestIsFormedAndIsEachCopysOwn) {
     EXPECT_EQ(form(copy).executionType, ExecutionType::CLIENT_THREAD);
     EXPECT_EQ(form(orvanedm).executionType, ExecutionType::CALLING_THREAD);
     copy.getFolderContents(early);
-    EXPECT_EQ(lastRequest().executionType, ExecutionType::CALLING_THREAD);
+    EXPECT_EQ(http->queued.back().executionType, ExecutionType::CALLING_THREAD);
     Qx::Orvanedm assigned(nullptr, "other");
     assigned = copy;
     copy.setAsync(false);
     EXPECT_EQ(form(copy).executionType, ExecutionType::CALLING_THREAD);
     EXPECT_EQ(form(assigned).executionType, ExecutionType::CLIENT_THREAD);
     assigned.requestFullAssemblyAccess("v", keepAccess, "LATEST");
-    EXPECT_EQ(lastRequest().getURL(), "https://first/orvanedm/versions/v/fullassembly/access?algorithm=LATEST");
+    EXPECT_EQ(http->queued.back().getURL(), "https://first/orvanedm/versions/v/fullassembly/access?algorithm=LATEST");
 
     std::size_t answered = 0;
     orvanedm.getFolderContents({early, early}, [&](std::vector<Qx::HTTPResponse> r) { answered = r.size(); });
@@ -170,28 +161,6 @@ TEST_F(OrvanedmTest, CallbacksOutliveTheClient) {
     EXPECT_EQ(success, true);
 }
 
-TEST_F(OrvanedmTest, StatusAnswerGivesTheDocumentThenTracksTheEvent) {
-    orvanedm.getFullAssemblyStatus("v", keepDocument, "ACTUAL", std::wstring(L"my \u6B6F flow"));
-    http->answer(200, R"({"data":{"id":"v"}})");
-    EXPECT_EQ(success, true);
-    ASSERT_TRUE(std::dynamic_pointer_cast<FullAssemblyDataV3>(document));
-    EXPECT_EQ(document->getId(), "v");
-    ASSERT_EQ(events.tracked.size(), 1U);
-    EXPECT_EQ(events.tracked.front().properties.at(L"Workflow"), L"my \u6B6F flow");
-    EXPECT_EQ(events.tracked.front().properties.at(L"Version"), L"V3");
-}
-
-TEST_F(OrvanedmTest, FailedStatusGivesNoDocumentAndNoEvent) {
-    for (const auto& [status, body] : {std::pair(500, "{}"), std::pair(200, "{")}) {
-        document = std::make_shared<FullAssemblyData>();
-        orvanedm.getFullAssemblyStatus("v", keepDocument, "ACTUAL", L"");
-        http->answer(status, body);
-        EXPECT_EQ(success, false);
-        EXPECT_EQ(document, nullptr);
-    }
-    EXPECT_TRUE(events.tracked.empty());
-}
-
 TEST_F(OrvanedmTest, ACallbackThatThrowsKeepsTheEventFromGoingOutAndLeavesTheClientUsable) {
     const auto refuse = [](bool, const auto&) { throw std::runtime_error("no"); };
     orvanedm.getFullAssemblyStatus("v", refuse, "ACTUAL", L"");
@@ -201,16 +170,6 @@ TEST_F(OrvanedmTest, ACallbackThatThrowsKeepsTheEventFromGoingOutAndLeavesTheCli
     http->answer(200, "{}");
     EXPECT_EQ(success, true);
     EXPECT_EQ(events.tracked.size(), 1U);
-}
-
-TEST_F(OrvanedmTest, AccessAnswerGivesAFirstGenerationDocumentAndNoEvent) {
-    for (const int status : {200, 403}) {
-        orvanedm.requestFullAssemblyAccess("v", keepAccess, "LATEST");
-        http->answer(status, R"({"data":{"id":"v"}})");
-        EXPECT_EQ(success, status == 200);
-        EXPECT_EQ(contents, status == 200 ? "v" : "");
-    }
-    EXPECT_TRUE(events.tracked.empty());
 }
 
 TEST_F(OrvanedmTest, EveryProperPrefixOfABodyFails) {
