@@ -41,10 +41,13 @@ void mutateParts(Json& whole, std::mt19937& random) {
 
 } // namespace
 
-std::string mutateValues(const std::string& body, std::mt19937& random) {
+std::string mutateValues(std::string body, std::mt19937& random) {
     Json root = Json::parse(body, nullptr, false);
-    if (root.is_discarded())
+    if (root.is_discarded() || body.size() < 2) {
+        if (!body.empty())
+            body[random() % body.size()] = static_cast<char>(random());
         return body;
+    }
     for (unsigned change = 0; change <= random() % 4; ++change) {
         Json& parts = pick(root, random, [](const Json& value) { return value.is_structured() && !value.empty(); });
         if (random() % 2 == 0 && parts.is_structured() && !parts.empty()) {

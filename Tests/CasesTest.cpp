@@ -7,7 +7,9 @@
 #include "Base/QxBaseCore10/Status.h"
 #include "Base/QxBaseCore10/Strings.h"
 #include "Base/QxBaseCore10/Uri.h"
+#include "Server/Orvane/FolderContentLink.h"
 #include "Tests/Support/Answers.h"
+#include "Tests/Support/ScopedState.h"
 
 #include <gtest/gtest.h>
 #include <set>
@@ -15,6 +17,10 @@
 namespace {
 
 using namespace Orvane::Payloads;
+using Orvane::FolderContentLink;
+
+static_assert(!std::is_default_constructible_v<FolderContentLink>);
+static_assert(!std::is_constructible_v<FolderContentLink, std::string>);
 
 const std::set<std::string> queriesById{"getProjectName", "projectMembership", "getFileById", "getFolder",
                                         "getProject"};
@@ -91,6 +97,26 @@ Json askUri(const Json& tested, const Json&) {
     return {{"text", uri.ToString(false)}, {"rendered", uri.ToString(true)}, {"encoded", Qx::Uri::UriEncode(url)}};
 }
 
+Json askLink(const Json& tested, const Json&) {
+    const ScopedState service = scopedOption("cases", L"orvaneServiceUrl", Qx::ToIString(tested.value("service", "")));
+    const ScopedState v3Service = scopedOption("cases", L"orvaneV3ServiceUrl", L"https://v3");
+    const ScopedState current = scopedCurrentOptions(tested.contains("current") ? "cases" : "none");
+    const auto form = [&] {
+        if (tested.contains("link"))
+            return FolderContentLink::fromContentLink(tested["link"]);
+        return tested.contains("current") ? FolderContentLink::fromUrn(tested["urn"])
+                                          : FolderContentLink::fromUrn(tested["urn"], "cases");
+    };
+    const FolderContentLink before = form();
+    const ScopedState flag = scopedFlag("data-show-non-cad-components");
+    const std::string href = before.href().ToString(false);
+    before.href().SetQueryVariable("a", "b");
+    EXPECT_EQ(before.href().ToString(false), href) << "a change to the URL is not one to the link";
+    return {{"href", href},
+            {"withOtherComponents", form().href().ToString(false)},
+            {"isRecognised", FolderContentLink::isOrvaneFolderContentLink(href)}};
+}
+
 using Ask = Json (*)(const Json& tested, const Json& expected);
 const std::map<std::string, Ask> classes{{"FilesData", askRecord<FilesData>},
                                          {"FolderData", askRecord<FolderData>},
@@ -99,6 +125,7 @@ const std::map<std::string, Ask> classes{{"FilesData", askRecord<FilesData>},
                                          {"VersionData", askRecord<VersionData>},
                                          {"FullAssemblyData", askDocument<FullAssemblyData>},
                                          {"FullAssemblyDataV3", askDocument<FullAssemblyDataV3>},
+                                         {"FolderContentLink", askLink},
                                          {"JSONNode", askNode},
                                          {"JSONRef", askValue},
                                          {"Uri", askUri}};
@@ -116,8 +143,8 @@ void expectSame(const Json& expected, const Json& found, const std::string& answ
 
 class Cases : public testing::TestWithParam<const char*> {};
 INSTANTIATE_TEST_SUITE_P(Of, Cases,
-                         testing::Values("assembly", "parents", "events", "files", "folders", "projects", "values",
-                                         "versions"),
+                         testing::Values("assembly", "parents", "events", "files", "folders", "links", "projects",
+                                         "values", "versions"),
                          [](const auto& tested) { return std::string(tested.param); });
 
 TEST_P(Cases, AnswerAsTheySay) {

@@ -23,8 +23,8 @@ PROGRAMS = {
     "Tests/LibraryTest": ["--gtest_fail_fast"],
     "Fuzz/AssemblyFuzzer": ["Fuzz/Seeds/AssemblyFuzzer", "Tests/Cases", "--mutations", "2000"],
     "Fuzz/FolderContentsFuzzer": ["Fuzz/Seeds/FolderContentsFuzzer", "Tests/Cases"],
-    "Fuzz/StringsFuzzer": ["Fuzz/Seeds/StringsFuzzer"],
-    "Fuzz/UriFuzzer": ["Fuzz/Seeds/UriFuzzer"],
+    "Fuzz/StringsFuzzer": ["Fuzz/Seeds/StringsFuzzer", "--mutations", "5000"],
+    "Fuzz/UriFuzzer": ["Fuzz/Seeds/UriFuzzer", "--mutations", "5000"],
     "Tests/AllocationTest": ["--gtest_fail_fast"],
     "Tests/HostTest": ["--gtest_fail_fast", "--gtest_filter=-*NetworkTest*:Soak*"],
 }
