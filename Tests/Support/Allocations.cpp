@@ -69,6 +69,23 @@ void operator delete(void* memory, std::size_t) noexcept {
     release(memory);
 }
 
+// These too: the address sanitizer has its own, which call nothing of the above.
+void* operator new[](std::size_t size) {
+    return operator new(size);
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return allocate(size);
+}
+
+void operator delete[](void* memory) noexcept {
+    release(memory);
+}
+
+void operator delete[](void* memory, std::size_t) noexcept {
+    release(memory);
+}
+
 Allocations::Allocations() {
     madeCount = 0;
     releasedCount = 0;
