@@ -98,14 +98,10 @@ const int permissive = setenv("OPENSSL_CONF", TEST_SOURCES "/Support/permissive-
 } // namespace
 
 std::string Circumstance::name() const {
-    std::string name;
-    bool startsWord = true;
-    for (const char letter : row_.at("shows").get<std::string>()) {
-        const bool isLetter = std::isalnum(static_cast<unsigned char>(letter)) != 0;
-        if (isLetter)
-            name += startsWord ? static_cast<char>(std::toupper(letter)) : letter;
-        startsWord = !isLetter;
-    }
+    std::string name = row_.at("shows");
+    std::replace_if(
+        name.begin(), name.end(), [](char letter) { return std::isalnum(static_cast<unsigned char>(letter)) == 0; },
+        '_');
     return name;
 }
 

@@ -39,7 +39,7 @@ class NetworkTest : public testing::TestWithParam<Parameters> {};
 std::string nameOf(const testing::TestParamInfo<Parameters>& tested) {
     const auto& [index, type] = tested.param;
     return Network::circumstances()[index].name() +
-           (type == Type::CALLING_THREAD ? "InCallingThread" : "InClientThread");
+           (type == Type::CALLING_THREAD ? "_in_calling_thread" : "_in_client_thread");
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, NetworkTest,
