@@ -78,12 +78,11 @@ RawServer::RawServer(Serve serve, std::shared_ptr<Context> context)
         waiting_.connect(acceptor_.local_endpoint());
         return;
     }
-    accept();
-    acceptorThread_ = std::thread([this] { io_.run(); });
+    acceptorThread_ = std::thread([this] { acceptAll(); });
 }
 
 RawServer::~RawServer() {
-    io_.stop();
+    shutdown(acceptor_.native_handle(), SHUT_RDWR);
     if (acceptorThread_.joinable())
         acceptorThread_.join();
     std::unique_lock lock(mutex_);
@@ -106,17 +105,15 @@ std::size_t RawServer::mostConnections() const {
     return mostConnections_;
 }
 
-void RawServer::accept() {
-    acceptor_.async_accept([this](const error_code& error, tcp::socket socket) {
-        if (error)
-            return;
+void RawServer::acceptAll() {
+    error_code error;
+    for (tcp::socket socket = acceptor_.accept(error); !error; socket = acceptor_.accept(error)) {
         auto connection = std::make_unique<Connection>(std::move(socket), *this);
         const std::lock_guard lock(mutex_);
         connections_.insert(connection.get());
         mostConnections_ = std::max(mostConnections_, connections_.size());
         std::thread([this, connection = std::move(connection)]() mutable { run(std::move(connection)); }).detach();
-        accept();
-    });
+    }
 }
 
 void RawServer::run(std::unique_ptr<Connection> connection) {

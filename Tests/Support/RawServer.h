@@ -71,7 +71,7 @@ public:
     std::size_t mostConnections() const;
 
 private:
-    void accept();
+    void acceptAll();
     void run(std::unique_ptr<Connection> connection);
 
     const Serve serve_;

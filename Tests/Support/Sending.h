@@ -69,6 +69,11 @@ inline std::ptrdiff_t countEntries(const char* folder) {
     return std::distance(std::filesystem::directory_iterator(folder), {});
 }
 
+inline std::ptrdiff_t countThreads() {
+    std::thread([] {}).join(); // A sanitizer starts one of its own with the first.
+    return countEntries("/proc/self/task");
+}
+
 /// Waits for what may end a moment after it was told to.
 inline void expectEntries(const char* folder, std::ptrdiff_t expected) {
     for (int i = 0; i < 2000 && countEntries(folder) != expected; ++i)

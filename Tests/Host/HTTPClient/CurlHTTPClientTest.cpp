@@ -86,7 +86,7 @@ TEST_P(CurlHTTPClientInBothTypes, AnswersInTheThreadThatIsAskedFor) {
 
 TEST_P(CurlHTTPClientInBothTypes, BatchIsAnsweredOnceAfterItsRequestsAndLeavesNothing) {
     const auto descriptors = countEntries("/proc/self/fd");
-    const auto threads = countEntries("/proc/self/task");
+    const auto threads = countThreads();
     std::atomic<int> completions = 0;
     {
         const RawServer server(Serving::with(echoPath));
@@ -178,7 +178,7 @@ TEST_P(CurlHTTPClientInBothTypes, CompletionsMayQueueAChainAndABatchAndDropTheCl
 // A callback may own the last reference to the client, which then ends where the callback is destroyed.
 TEST(CurlHTTPClient, MayBeOwnedByItsCallbacks) {
     const RawServer server(Serving::well);
-    const auto threads = countEntries("/proc/self/task");
+    const auto threads = countThreads();
     for (int i = 0; i < 50; ++i) {
         const auto client = std::make_shared<CurlHTTPClient>(settings());
         HTTPRequest request = makeRequest(server.url("/"), Type::CLIENT_THREAD, [client](const HTTPResponse&) {});

@@ -77,7 +77,7 @@ TEST_P(NetworkTest, EndsOnceAsItMustAndLeavesNothing) {
     const auto& [index, type] = GetParam();
     const ScopedTurkishLetters letters;
     const auto descriptors = countEntries("/proc/self/fd");
-    const auto threads = countEntries("/proc/self/task");
+    const auto threads = countThreads();
     std::atomic<int> completions = 0;
     meet(Network::circumstances()[index], type, completions);
     EXPECT_EQ(completions, 1);
