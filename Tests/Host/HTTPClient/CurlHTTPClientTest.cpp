@@ -105,8 +105,8 @@ TEST_P(CurlHTTPClientInBothTypes, BatchIsAnsweredOnceAfterItsRequestsAndLeavesNo
         EXPECT_TRUE(sendAll(client, {}, GetParam()).empty()) << "an empty batch is answered too";
     }
     EXPECT_EQ(completions, 1000);
-    expectEntries("/proc/self/fd", descriptors);
-    expectEntries("/proc/self/task", threads);
+    expectNoMoreEntries("/proc/self/fd", descriptors);
+    expectNoMoreEntries("/proc/self/task", threads);
 }
 
 TEST_P(CurlHTTPClientInBothTypes, BatchThatThrowsStillRunsAllItsCompletions) {
@@ -184,7 +184,7 @@ TEST(CurlHTTPClient, MayBeOwnedByItsCallbacks) {
         HTTPRequest request = makeRequest(server.url("/"), Type::CLIENT_THREAD, [client](const HTTPResponse&) {});
         client->queueRequest(request);
     }
-    expectEntries("/proc/self/task", threads);
+    expectNoMoreEntries("/proc/self/task", threads);
 }
 
 // The thread that runs the first completion has to run those that wait for it too.

@@ -81,8 +81,8 @@ TEST_P(NetworkTest, EndsOnceAsItMustAndLeavesNothing) {
     std::atomic<int> completions = 0;
     meet(Network::circumstances()[index], type, completions);
     EXPECT_EQ(completions, 1);
-    expectEntries("/proc/self/fd", descriptors);
-    expectEntries("/proc/self/task", threads);
+    expectNoMoreEntries("/proc/self/fd", descriptors);
+    expectNoMoreEntries("/proc/self/task", threads);
 }
 
 } // namespace
