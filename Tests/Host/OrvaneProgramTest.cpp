@@ -12,6 +12,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <nlohmann/json.hpp>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>

@@ -1,6 +1,7 @@
 #include "Tests/Support/Cases.h"
 
 #include <fstream>
+#include <nlohmann/json.hpp>
 #include <stdexcept>
 
 nlohmann::json casesOf(const std::string& file) {

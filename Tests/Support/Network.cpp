@@ -10,6 +10,8 @@
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+#include <openssl/ssl.h>
 #include <thread>
 #include <unistd.h>
 #include <zlib.h>
@@ -97,8 +99,15 @@ const int permissive = setenv("OPENSSL_CONF", TEST_SOURCES "/Support/permissive-
 
 } // namespace
 
+Circumstance::Circumstance(const json& row) : row_(std::make_shared<json>(row)) {}
+
+template <class Value>
+Value Circumstance::value(const char* key, const Value& otherwise) const {
+    return row_->value(key, otherwise);
+}
+
 std::string Circumstance::name() const {
-    std::string name = row_.at("shows");
+    std::string name = row_->at("shows");
     std::replace_if(
         name.begin(), name.end(), [](char letter) { return std::isalnum(static_cast<unsigned char>(letter)) == 0; },
         '_');
@@ -106,20 +115,18 @@ std::string Circumstance::name() const {
 }
 
 RawServer Circumstance::serve() const {
-    const std::map<std::string, int> versions{
-        {"1.1", TLS1_1_VERSION}, {"1.2", TLS1_2_VERSION}, {"1.3", TLS1_3_VERSION}};
-    const auto context =
-        row_.contains("certificate")
-            ? Network::contextOf(row_["certificate"], versions.at(value<std::string>("version", "1.3")))
-            : nullptr;
+    const std::map<std::string, int> versions{{"", 0}, {"1.1", TLS1_1_VERSION}, {"1.2", TLS1_2_VERSION}};
     if (!value("accepts", true))
         return RawServer(nullptr);
     const auto requests = std::make_shared<std::atomic<std::size_t>>(0);
     const auto serveOne = [*this, requests](Connection& connection) {
-        if (row_.contains("raw") || !connection.readRequest().empty())
+        if (row_->contains("raw") || !connection.readRequest().empty())
             respond(connection, (*requests)++);
     };
-    return RawServer(serveOne, context);
+    if (!row_->contains("certificate"))
+        return RawServer(serveOne);
+    return RawServer(serveOne,
+                     Network::identityOf((*row_)["certificate"], versions.at(value<std::string>("version", ""))));
 }
 
 void Circumstance::respond(Connection& connection, std::size_t request) const {
@@ -128,30 +135,30 @@ void Circumstance::respond(Connection& connection, std::size_t request) const {
     const std::string bytes = bytesOf(sends.is_array() ? sends.at(std::min(request, sends.size() - 1)) : sends) +
                               std::string(value("fillMiB", std::size_t{0}) * mebibyte, 'x');
     do {
-        if (row_.contains("always"))
+        if (row_->contains("always"))
             std::this_thread::sleep_for(pause);
         connection.send(bytes);
-    } while (row_.contains("always") && !connection.readRequest().empty());
-    if (row_.contains("again"))
-        sendAgain(connection, row_, pause);
-    if (row_.contains("bombMiB"))
-        sendBomb(connection, row_["bombMiB"].get<std::size_t>() * mebibyte);
-    if (row_.contains("silent"))
+    } while (row_->contains("always") && !connection.readRequest().empty());
+    if (row_->contains("again"))
+        sendAgain(connection, *row_, pause);
+    if (row_->contains("bombMiB"))
+        sendBomb(connection, (*row_)["bombMiB"].get<std::size_t>() * mebibyte);
+    if (row_->contains("silent"))
         connection.waitUntilClosed();
-    if (row_.contains("resets"))
+    if (row_->contains("resets"))
         connection.reset();
-    if (row_.contains("cuts"))
+    if (row_->contains("cuts"))
         connection.cut();
 }
 
 void Circumstance::change(Qx::HTTPRequest& request, OrvaneHost::CurlHTTPClientSettings& settings) const {
-    if (row_.value("method", "GET") == "POST")
+    if (row_->value("method", "GET") == "POST")
         request.setMethod(Qx::HTTPRequest::Method::POST);
     request.setURL(bytesOf(value("url", request.getURL() + value<std::string>("path", ""))));
-    if (row_.contains("secure"))
+    if (row_->contains("secure"))
         request.setURL("https" + request.getURL().substr(4));
-    if (row_.contains("header"))
-        request.setHeader(row_["header"][0], row_["header"][1]);
+    if (row_->contains("header"))
+        request.setHeader((*row_)["header"][0], (*row_)["header"][1]);
     if (!value("bearer", true))
         request.setAuthType(Qx::HTTPRequest::AuthType::NONE);
     settings.token = value("token", settings.token);
@@ -160,18 +167,18 @@ void Circumstance::change(Qx::HTTPRequest& request, OrvaneHost::CurlHTTPClientSe
     settings.requestTimeout = std::chrono::milliseconds(value("requestTimeoutMs", settings.requestTimeout.count()));
     settings.maxBodyBytes = value("maxBodyMiB", settings.maxBodyBytes / mebibyte) * mebibyte;
     settings.maxRedirects = value("maxRedirects", settings.maxRedirects);
-    if (row_.contains("trusts"))
-        settings.certificateFile = Network::trustedBy(row_["trusts"]);
+    if (row_->contains("trusts"))
+        settings.certificateFile = Network::trustedBy((*row_)["trusts"]);
 }
 
 void Circumstance::expect(const Qx::HTTPResponse& response) const {
     EXPECT_EQ(response.getFailureKind(), kindOf(value<std::string>("fails", ""))) << response.getReason();
-    EXPECT_EQ(response.getStatus(), row_.contains("fails") ? 0 : 200);
+    EXPECT_EQ(response.getStatus(), row_->contains("fails") ? 0 : 200);
     EXPECT_NE(response.getReason().find(value<std::string>("reason", "")), std::string::npos) << response.getReason();
     EXPECT_EQ(response.getReason().find_first_of("\r\n"), std::string::npos);
     EXPECT_EQ(response.getReason().find("secret-token"), std::string::npos);
-    if (row_.contains("body")) {
-        EXPECT_EQ(response.getBody(), row_["body"].get<std::string>());
+    if (row_->contains("body")) {
+        EXPECT_EQ(response.getBody(), (*row_)["body"].get<std::string>());
     }
     EXPECT_EQ(response.getBody().size(), value("bodyBytes", value<std::string>("body", "").size()));
 }
@@ -190,9 +197,9 @@ void Circumstance::expectReceived(const std::string& requests) const {
 }
 
 std::optional<ScopedState> Circumstance::useProxy(const RawServer& server) const {
-    if (!row_.contains("proxy"))
+    if (!row_->contains("proxy"))
         return std::nullopt;
-    const std::string proxy = row_["proxy"] == "{server}" ? server.url("") : row_["proxy"].get<std::string>();
+    const std::string proxy = (*row_)["proxy"] == "{server}" ? server.url("") : (*row_)["proxy"].get<std::string>();
     for (const char* variable : {"http_proxy", "https_proxy"})
         setenv(variable, proxy.c_str(), 1);
     return std::optional<ScopedState>(std::in_place, [] {
@@ -202,7 +209,7 @@ std::optional<ScopedState> Circumstance::useProxy(const RawServer& server) const
 }
 
 bool Circumstance::isRefused() const {
-    return row_.at("shows").get<std::string>().starts_with("refused");
+    return row_->at("shows").get<std::string>().starts_with("refused");
 }
 
 namespace Network {
@@ -226,12 +233,8 @@ void serveByPath(Connection& connection) {
     }
 }
 
-std::shared_ptr<RawServer::Context> contextOf(const std::string& certificate, int maxVersion) {
-    auto context = std::make_shared<RawServer::Context>(RawServer::Context::tls_server);
-    SSL_CTX_set_max_proto_version(context->native_handle(), maxVersion);
-    context->use_certificate_chain_file(certificates().path(certificate + ".pem"));
-    context->use_private_key_file(certificates().path(certificate + ".key"), RawServer::Context::pem);
-    return context;
+RawServer::Identity identityOf(const std::string& name, int maxVersion) {
+    return {certificates().path(name + ".pem"), certificates().path(name + ".key"), maxVersion};
 }
 
 std::string trustedBy(const std::string& authority) {

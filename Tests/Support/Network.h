@@ -6,7 +6,8 @@
 #include "Tests/Support/RawServer.h"
 #include "Tests/Support/ScopedState.h"
 
-#include <nlohmann/json.hpp>
+#include <memory>
+#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 #include <vector>
@@ -17,7 +18,7 @@
 /// and of the client's settings, and with what it "fails" and for what "reason", or with what "body" it does not.
 class Circumstance {
 public:
-    explicit Circumstance(nlohmann::json row) : row_(std::move(row)) {}
+    explicit Circumstance(const nlohmann::json& row);
 
     /// What it shows, as a name.
     std::string name() const;
@@ -44,11 +45,9 @@ public:
 
 private:
     template <class Value>
-    Value value(const char* key, const Value& otherwise) const {
-        return row_.value(key, otherwise);
-    }
+    Value value(const char* key, const Value& otherwise) const;
 
-    nlohmann::json row_;
+    std::shared_ptr<const nlohmann::json> row_;
 };
 
 namespace Network {
@@ -58,8 +57,8 @@ const std::vector<Circumstance>& circumstances();
 /// Meets a request for "/N" with the circumstance of that number, and others with a good response.
 void serveByPath(RawServer::Connection& connection);
 
-/// The context of a server with that certificate, and no later version of TLS.
-std::shared_ptr<RawServer::Context> contextOf(const std::string& certificate, int maxVersion = TLS1_3_VERSION);
+/// The identity of that name: "good" and others, as make-certificates.sh makes them.
+RawServer::Identity identityOf(const std::string& name, int maxVersion = 0);
 
 /// The path of an authority's certificate.
 std::string trustedBy(const std::string& authority);

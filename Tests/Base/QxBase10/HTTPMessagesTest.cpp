@@ -47,15 +47,14 @@ TEST(HTTPResponse, HoldsItsBodyOnce) {
 
 TEST(HTTPUtils, ParsesTheBodyOrSaysWhyNot) {
     Qx::JSONNode node(R"({"before":1})");
+    Qx::Status status;
     for (const HTTPResponse& response : {HTTPResponse(), HTTPResponse(200, ""), HTTPResponse(200, "<html>")}) {
-        Qx::Status status;
         EXPECT_FALSE(Qx::HTTPUtils::extractJSON(status, response, node));
         EXPECT_FALSE(status.reason().empty());
         EXPECT_TRUE(node.exists("before"));
     }
-    Qx::Status status;
     EXPECT_TRUE(Qx::HTTPUtils::extractJSON(status, HTTPResponse(200, R"({ "results": "yes" })"), node));
-    EXPECT_TRUE(status.isOk());
+    EXPECT_TRUE(status.isOk()) << "a reason from before is gone";
     EXPECT_EQ(node.toText(), R"({"results":"yes"})") << "the body is gone, the node is not";
 }
 

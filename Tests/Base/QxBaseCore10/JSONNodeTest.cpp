@@ -33,15 +33,6 @@ TEST(JSONNode, TakesTextOfManyMegabytesAndLevelsButNoMoreThan1024) {
     EXPECT_FALSE(parses("\"a\xFF\""));
 }
 
-TEST(JSONNode, KeepsItsValueWhenParsingFails) {
-    JSONNode node(R"({"a":1})");
-    Qx::Status status;
-    EXPECT_FALSE(JSONNode::parse("{", 0, node, status));
-    EXPECT_TRUE(node.exists("a"));
-    EXPECT_TRUE(JSONNode::parse("{}", 0, node, status));
-    EXPECT_TRUE(status.isOk()) << "a reason from before is gone";
-}
-
 TEST(JSONNode, FindsEachKeyWhateverItFoundBefore) {
     JSONNode node(R"({"a":"b","b":"1","b":"2","c":"3"})");
     EXPECT_TRUE(node.exists("b"));

@@ -1,23 +1,22 @@
 // What the client does for its caller; what networks do to it is in NetworkTest.cpp.
 
 #include "Base/QxBaseCore10/JSONNode.h"
-#include "Base/QxBaseCore10/Strings.h"
 #include "Server/Orvane/FolderContentLink.h"
 #include "Server/Orvane/Orvanedm.h"
 #include "Tests/Support/FailingCalls.h"
 #include "Tests/Support/Network.h"
-#include "Tests/Support/ScopedState.h"
 #include "Tests/Support/Sending.h"
 
+#include <arpa/inet.h>
 #include <array>
 #include <atomic>
 #include <csignal>
-#include <cstdlib>
 #include <ctime>
 #include <fcntl.h>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <stdexcept>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
@@ -50,8 +49,8 @@ std::string echoCredentials(const std::string& request) {
     return Serving::ok(seen);
 }
 
-std::string redirectTo(const std::string& url, const std::string& status = "302 Found") {
-    return "HTTP/1.1 " + status + "\r\nLocation: " + url + "\r\nContent-Length: 5\r\n\r\nfirst";
+std::string redirectTo(const std::string& url) {
+    return "HTTP/1.1 302 Found\r\nLocation: " + url + "\r\nContent-Length: 5\r\n\r\nfirst";
 }
 
 HTTPRequest makePost(const std::string& url, Type type) {
@@ -327,13 +326,13 @@ TEST(CurlHTTPClient, KeepsWhatIsForOneServerFromOtherHostsAndPorts) {
 }
 
 TEST(CurlHTTPClient, KeepsTheTokenFromAnotherPortOverTLSToo) {
-    const auto context = Network::contextOf("good");
-    const RawServer other(Serving::with(echoCredentials), context);
+    const auto identity = Network::identityOf("good");
+    const RawServer other(Serving::with(echoCredentials), identity);
     const RawServer server(Serving::with([&](const std::string& request) {
                                return request.starts_with("GET /other") ? redirectTo(other.url("/"))
                                                                         : echoCredentials(request);
                            }),
-                           context);
+                           identity);
     CurlHTTPClientSettings trusting = settings();
     trusting.certificateFile = Network::trustedBy("authority");
     CurlHTTPClient client(trusting);
@@ -350,7 +349,7 @@ TEST(CurlHTTPClient, AsksForACertificateOnceInAConnectionAndItsSession) {
                 return;
         }
     };
-    const RawServer server(tell, Network::contextOf("good"));
+    const RawServer server(tell, Network::identityOf("good"));
     CurlHTTPClientSettings trusting = settings();
     trusting.certificateFile = Network::trustedBy("authority");
     CurlHTTPClient client(trusting);

@@ -8,6 +8,7 @@
 #include "Tests/Support/ScopedState.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <pthread.h>
 #include <set>
