@@ -3,6 +3,7 @@
 
 #include "Fuzz/Mutation.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -14,6 +15,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
 
 namespace {
 
+// The document that holds a record, or else the value itself.
+nlohmann::json bodyOf(const nlohmann::json& value) {
+    const nlohmann::json type = value.is_object() ? value.value("type", nlohmann::json()) : nlohmann::json();
+    if (type == "relationships")
+        return {{"data", {{"relationships", {value}}}}};
+    for (const char* kind : {"files", "folders", "projects", "versions"})
+        if (type == kind)
+            return {{"included", {{kind, {value}}}}};
+    return value;
+}
+
 void addInputs(const std::filesystem::path& file, std::vector<std::string>& inputs) {
     std::ifstream stream(file);
     std::string text{std::istreambuf_iterator<char>(stream), {}};
@@ -23,7 +35,7 @@ void addInputs(const std::filesystem::path& file, std::vector<std::string>& inpu
     }
     for (const nlohmann::json& tested : nlohmann::json::parse(text)) {
         if (tested.contains("json"))
-            inputs.push_back(tested["json"].dump());
+            inputs.push_back(bodyOf(tested["json"]).dump());
         else if (tested.contains("text"))
             inputs.push_back(tested["text"]);
     }
@@ -46,6 +58,7 @@ int main(int argc, char** argv) {
         for (const auto& entry : std::filesystem::directory_iterator(argv[i]))
             addInputs(entry.path(), inputs);
     }
+    std::sort(inputs.begin(), inputs.end()); // The file system has no order.
     for (const std::string& input : inputs)
         run(input);
     std::mt19937 random(1);

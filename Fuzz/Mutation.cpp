@@ -43,7 +43,7 @@ void mutateParts(Json& whole, std::mt19937& random) {
 
 std::string mutateValues(std::string body, std::mt19937& random) {
     Json root = Json::parse(body, nullptr, false);
-    if (root.is_discarded() || body.size() < 2) {
+    if (root.is_discarded() || body.size() < 2 || random() % 8 == 0) {
         if (!body.empty())
             body[random() % body.size()] = static_cast<char>(random());
         return body;

@@ -51,6 +51,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     } else {
         require(wide.find(replacement) != std::wstring::npos, "invalid text gets the replacement character");
     }
+    require(Qx::ToIString("a\xFF" + back) == L"a\uFFFD" + wide, "what stands beside an invalid byte stays");
 
     std::wstring numbers(size / sizeof(wchar_t), L'\0');
     std::memcpy(numbers.data(), bytes, numbers.size() * sizeof(wchar_t));

@@ -9,14 +9,15 @@
 
 namespace {
 
-constexpr std::int64_t never = -1;
+constexpr std::int64_t nothingFails = -2;
+constexpr std::int64_t hasFailed = -1;
 
 // While nobody counts, an allocation costs one look at this more than without it.
 std::atomic<bool> isCounting = false;
 std::atomic<std::int64_t> madeCount = 0;
 std::atomic<std::int64_t> releasedCount = 0;
 // How many allocations there are before the one that fails, of which thread.
-std::atomic<std::int64_t> left = never;
+std::atomic<std::int64_t> left = nothingFails;
 std::atomic<const char*> failingName = nullptr;
 std::atomic<pthread_t> failingThread;
 
@@ -35,12 +36,13 @@ bool isToFail() {
 }
 
 void* allocate(std::size_t size) noexcept {
-    if (isCounting.load(std::memory_order_relaxed)) {
-        if (isToFail())
-            return nullptr;
+    const bool counts = isCounting.load(std::memory_order_relaxed);
+    if (counts && isToFail())
+        return nullptr;
+    void* memory = std::malloc(size == 0 ? 1 : size);
+    if (counts && memory)
         ++madeCount;
-    }
-    return std::malloc(size == 0 ? 1 : size);
+    return memory;
 }
 
 void release(void* memory) noexcept {
@@ -104,7 +106,7 @@ void Allocations::fail(std::size_t number, const char* threadName) {
 }
 
 bool Allocations::stopFailing() {
-    return left.exchange(never) < 0;
+    return left.exchange(nothingFails) == hasFailed;
 }
 
 std::int64_t Allocations::made() const {

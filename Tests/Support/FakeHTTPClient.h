@@ -30,7 +30,8 @@ public:
 
     /// Answers the last request that was queued.
     void answer(int status, std::string body) const {
-        queued.back().getCallback()(Qx::HTTPResponse(status, std::move(body)));
+        const Qx::HTTPRequest request = queued.back(); // The callback may queue another.
+        request.getCallback()(Qx::HTTPResponse(status, std::move(body)));
     }
 
     std::vector<Qx::HTTPRequest> queued;

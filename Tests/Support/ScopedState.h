@@ -50,9 +50,6 @@ inline ScopedState scopedEventSink(Qx::Analytics::EventSink sink) {
 /// Keeps the usage events that are tracked meanwhile.
 struct ScopedEvents {
     std::vector<Qx::Analytics::Report> tracked;
-    bool allNow = true;
-    const ScopedState sink = scopedEventSink([this](const Qx::Analytics::Report& event, bool now) {
-        tracked.push_back(event);
-        allNow = allNow && now;
-    });
+    const ScopedState sink =
+        scopedEventSink([this](const Qx::Analytics::Report& event, bool) { tracked.push_back(event); });
 };

@@ -119,7 +119,8 @@ TEST_F(OrvanedmTest, RequestsSayWhereTheyWereFormed) {
     for (const Qx::HTTPRequest& request : http->queued) {
         const boost::source_location& location = request.getLocation();
         EXPECT_TRUE(std::string(location.file_name()).ends_with("Orvanedm.cpp")) << location.file_name();
-        EXPECT_NE(std::string(location.function_name()).find("Qx::Orvanedm::"), std::string::npos) << location;
+        EXPECT_NE(std::string(location.function_name()).find("Qx::" + request.getThreadName()), std::string::npos)
+            << location;
         EXPECT_GT(location.column(), 0U);
         lines.insert(location.line());
     }
@@ -176,9 +177,11 @@ TEST_F(OrvanedmTest, ACallbackThatThrowsKeepsTheEventFromGoingOutAndLeavesTheCli
 TEST_F(OrvanedmTest, EveryProperPrefixOfABodyFails) {
     const std::string body = wholeAssembly();
     for (std::size_t size = 0; size <= body.size(); ++size) {
+        success.reset();
         orvanedm.getFullAssemblyStatus("v", keepDocument, "ACTUAL", L"");
         http->answer(200, body.substr(0, size));
         ASSERT_EQ(success, size == body.size()) << size;
+        ASSERT_EQ(given == "nothing", size != body.size()) << size;
     }
 }
 

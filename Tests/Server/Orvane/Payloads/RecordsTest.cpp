@@ -17,6 +17,7 @@ static_assert(!std::is_default_constructible_v<RelationshipData>);
 static_assert(!std::is_default_constructible_v<VersionData>);
 static_assert(!std::is_convertible_v<JSONNode, FilesData>);
 static_assert(!std::is_polymorphic_v<FilesData> && !std::is_polymorphic_v<FolderData>);
+static_assert(!std::is_polymorphic_v<ProjectData>);
 static_assert(std::is_nothrow_move_constructible_v<FilesData> && std::is_nothrow_move_constructible_v<ProjectData>);
 static_assert(!std::is_nothrow_move_constructible_v<FolderData>, "moving a folder copies it");
 
