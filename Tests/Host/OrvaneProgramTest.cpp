@@ -117,9 +117,9 @@ TEST(OrvaneProgram, AssemblyTellsAllThatTheDocumentAnswers) {
 TEST(OrvaneProgram, ServesUntilInterruptedAndLeavesNoCore) {
     const std::string base = testing::TempDir() + "orvane-serve-" + std::to_string(getpid());
     const Outcome result =
-        run("$ORVANE serve >" + base + " & until grep -q Interrupt " + base +
-                "; do sleep 0.05; done; grep 'core file' /proc/$!/limits; kill $!; wait $!; status=$?; cat " + base +
-                "; rm " + base + "; exit $status",
+        run("$ORVANE serve >" + base + " & for i in $(seq 200); do grep -q Interrupt " + base +
+                " && break; sleep 0.05; done; grep 'core file' /proc/$!/limits; kill $!; wait $!; status=$?; cat " +
+                base + "; rm " + base + "; exit $status",
             "s3cret");
     EXPECT_EQ(result.exitStatus, 0) << result.error;
     EXPECT_NE(result.output.find("Serving at http://127.0.0.1:"), std::string::npos);

@@ -180,6 +180,9 @@ void Circumstance::expect(const Qx::HTTPResponse& response) const {
     if (row_->contains("body")) {
         EXPECT_EQ(response.getBody(), (*row_)["body"].get<std::string>());
     }
+    if (row_->contains("bombMiB")) {
+        EXPECT_EQ(response.getBody().find_first_not_of('\0'), std::string::npos);
+    }
     EXPECT_EQ(response.getBody().size(), value("bodyBytes", value<std::string>("body", "").size()));
 }
 
@@ -187,7 +190,8 @@ void Circumstance::expectReceived(const std::string& requests) const {
     std::size_t at = 0;
     for (const std::string part : value("receives", json::array())) {
         at = requests.find(part, at);
-        EXPECT_NE(at, std::string::npos) << part << " in " << requests;
+        ASSERT_NE(at, std::string::npos) << part << " in " << requests;
+        ++at;
     }
     for (const std::string part : value("lacks", json::array()))
         EXPECT_EQ(requests.find(part), std::string::npos) << requests;
@@ -206,6 +210,10 @@ std::optional<ScopedState> Circumstance::useProxy(const RawServer& server) const
         unsetenv("http_proxy");
         unsetenv("https_proxy");
     });
+}
+
+std::chrono::milliseconds Circumstance::limit() const {
+    return std::chrono::milliseconds(value("withinMs", 60'000));
 }
 
 bool Circumstance::isRefused() const {

@@ -6,6 +6,7 @@
 #include "Tests/Support/RawServer.h"
 #include "Tests/Support/ScopedState.h"
 
+#include <chrono>
 #include <memory>
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
@@ -39,6 +40,9 @@ public:
 
     /// Lets the process use the row's proxy, if it names one; "{server}" is the server itself.
     std::optional<ScopedState> useProxy(const RawServer& server) const;
+
+    /// How long the request may take.
+    std::chrono::milliseconds limit() const;
 
     /// Whether the request is to reach no server at all.
     bool isRefused() const;

@@ -36,6 +36,7 @@ struct RawServer::Connection::Stream {
     const bool isSecure;
     RawServer::Listener& listener;
     bool isCut = false;
+    bool isReset = false;
     std::string received;
 };
 
@@ -114,6 +115,9 @@ private:
         // Under the lock to the end: without connections the server may be gone.
         const std::lock_guard lock(mutex_);
         streams_.erase(stream.get());
+        // Its destructor would not let it linger, and so not reset it.
+        if (stream->isReset)
+            stream->tls.next_layer().close(error);
         stream.reset();
         ended_.notify_all();
     }
@@ -158,6 +162,7 @@ void RawServer::Connection::waitUntilClosed() {
 
 void RawServer::Connection::reset() {
     stream_.tls.next_layer().set_option(asio::socket_base::linger(true, 0));
+    stream_.isReset = true;
 }
 
 void RawServer::Connection::cut() {

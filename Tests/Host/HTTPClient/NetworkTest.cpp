@@ -51,8 +51,10 @@ void meet(const Circumstance& circumstance, Type type, std::atomic<int>& complet
     const auto proxy = circumstance.useProxy(server);
     const PeakMemory memory;
     CurlHTTPClient client(changed);
+    const auto start = std::chrono::steady_clock::now();
     client.queueRequest(request);
     const HTTPResponse response = answered.get_future().get();
+    EXPECT_LT(std::chrono::steady_clock::now() - start, circumstance.limit());
     circumstance.expect(response);
     EXPECT_EQ(response.getReason().starts_with("refused:"), circumstance.isRefused());
     circumstance.expectReceived(server.received());
