@@ -237,7 +237,8 @@ void Transfer::checkReceived() {
     const double limit = 1.125 * static_cast<double>(settings.maxBodyBytes) +
                          static_cast<double>(settings.maxHeaderBytes) + forHandshakes;
     const std::uint64_t received = countReceived(socket_);
-    if (!receivedBefore_)
+    // A connection that has ended meanwhile counts nothing any more.
+    if (!receivedBefore_ || received < *receivedBefore_)
         receivedBefore_ = received;
     if (static_cast<double>(received - *receivedBefore_) > limit)
         body_.failTooLarge();
