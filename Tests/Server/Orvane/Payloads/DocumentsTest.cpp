@@ -36,7 +36,7 @@ TEST(FullAssemblyData, MovingCopiesAndSlicingTakesTheBase) {
     target = FullAssemblyData();
     EXPECT_EQ(allAnswers(target), allAnswers(FullAssemblyData(Qx::JSONNode("{}"))));
     const FullAssemblyDataV3 v3(root);
-    target = v3;
+    target = static_cast<const FullAssemblyData&>(v3);
     EXPECT_EQ(allAnswers(target), all) << "all files count as referenced";
 }
 
