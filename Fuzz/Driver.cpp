@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <exception>
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
@@ -47,7 +48,7 @@ void run(const std::string& input) {
 
 } // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
     std::vector<std::string> inputs;
     unsigned long mutations = 0;
     for (int i = 1; i < argc; ++i) {
@@ -67,4 +68,7 @@ int main(int argc, char** argv) {
         run(OrvaneFuzz::mutateValues(inputs[random() % given], random));
     std::printf("%zu inputs, %lu made of them: no finding\n", given, mutations);
     return given > 0 ? 0 : 1;
+} catch (const std::exception& error) {
+    std::fprintf(stderr, "%s\n", error.what());
+    return 1;
 }
