@@ -80,7 +80,7 @@ void expectOutcome(const Outcome& outcome, const nlohmann::json& tested) {
 TEST(OrvaneProgram, DoesWhatTheCasesSay) {
     const OrvaneHost::LocalService service(OrvaneHost::ServiceData::sample(), "right", 0);
     for (const nlohmann::json& tested : casesOf("program.json")) {
-        const RawServer server = Circumstance(tested).serve();
+        const RawServer server = Network::serve(tested);
         std::string command = replaced(tested.at("run"), "{version}", version);
         command = replaced(command, "{service}", service.baseUri());
         command = replaced(command, "{secure server}", "https" + server.url("").substr(4));

@@ -19,121 +19,39 @@ using asio::ip::tcp;
 using boost::system::error_code;
 using Context = asio::ssl::context;
 
+struct RawServer::State {
+    State(Serve each, bool secure) : serve(std::move(each)), isSecure(secure) {}
+
+    const Serve serve;
+    const bool isSecure;
+    Context context{Context::tls_server};
+    asio::io_context io;
+    tcp::acceptor acceptor{io};
+    tcp::socket waiting{io};
+    mutable std::mutex mutex;
+    std::condition_variable ended;
+    std::set<Connection::Stream*> streams;
+    std::size_t mostConnections = 0;
+    std::string received;
+};
+
 // What is kept of a connection. It has a context also where there is no TLS, so that there is something to make it of.
 struct RawServer::Connection::Stream {
-    Stream(tcp::socket socket, Context& context, bool secure, RawServer::Listener& owner)
-        : tls(std::move(socket), context), isSecure(secure), listener(owner) {
+    Stream(tcp::socket socket, State& owner) : tls(std::move(socket), owner.context), server(owner) {
         tls.next_layer().set_option(tcp::no_delay(true));
     }
 
     // Calls `operation` with the stream to read from and write to.
     template <class Operation>
     auto with(Operation operation) {
-        return isSecure ? operation(tls) : operation(tls.next_layer());
+        return server.isSecure ? operation(tls) : operation(tls.next_layer());
     }
 
     asio::ssl::stream<tcp::socket> tls;
-    const bool isSecure;
-    RawServer::Listener& listener;
+    State& server;
     bool isCut = false;
     bool isReset = false;
     std::string received;
-};
-
-class RawServer::Listener {
-public:
-    using Stream = Connection::Stream;
-
-    Listener(Serve serve, const Identity* identity) : serve_(std::move(serve)), isSecure_(identity != nullptr) {
-        if (identity) {
-            SSL_CTX_set_max_proto_version(context_.native_handle(), identity->maxVersion);
-            context_.use_certificate_chain_file(identity->certificate);
-            context_.use_private_key_file(identity->key, Context::pem);
-        }
-        acceptor_.open(tcp::v4());
-        acceptor_.bind({asio::ip::address_v4::loopback(), 0});
-        acceptor_.listen(serve_ ? asio::socket_base::max_listen_connections : 0);
-        if (serve_)
-            thread_ = std::thread([this] { acceptAll(); });
-        else
-            waiting_.connect(acceptor_.local_endpoint());
-    }
-    Listener(const Listener&) = delete;
-    Listener& operator=(const Listener&) = delete;
-    ~Listener() {
-        shutdown(acceptor_.native_handle(), SHUT_RDWR);
-        if (thread_.joinable())
-            thread_.join();
-        std::unique_lock lock(mutex_);
-        for (Stream* stream : streams_)
-            shutdown(stream->tls.next_layer().native_handle(), SHUT_RDWR);
-        ended_.wait(lock, [this] { return streams_.empty(); });
-    }
-
-    std::string address() const { return isSecure_ ? "https://localhost:" : "http://127.0.0.1:"; }
-    unsigned port() const { return acceptor_.local_endpoint().port(); }
-
-    void keep(const std::string& request) {
-        constexpr std::size_t enough = 100'000;
-        const std::lock_guard lock(mutex_);
-        if (received_.size() < enough)
-            received_ += request;
-    }
-
-    std::string received() const {
-        const std::lock_guard lock(mutex_);
-        return received_;
-    }
-
-    std::size_t mostConnections() const {
-        const std::lock_guard lock(mutex_);
-        return mostConnections_;
-    }
-
-private:
-    void acceptAll() {
-        error_code error;
-        for (tcp::socket socket = acceptor_.accept(error); !error; socket = acceptor_.accept(error)) {
-            auto stream = std::make_unique<Stream>(std::move(socket), context_, isSecure_, *this);
-            const std::lock_guard lock(mutex_);
-            streams_.insert(stream.get());
-            mostConnections_ = std::max(mostConnections_, streams_.size());
-            std::thread([this, stream = std::move(stream)]() mutable { run(std::move(stream)); }).detach();
-        }
-    }
-
-    void run(std::unique_ptr<Stream> stream) {
-        error_code error;
-        if (isSecure_)
-            stream->tls.handshake(asio::ssl::stream_base::server, error);
-        if (!error) {
-            Connection connection(*stream);
-            serve_(connection);
-        }
-        if (isSecure_ && !error && !stream->isCut)
-            stream->tls.shutdown(error);
-        // Under the lock to the end: without connections the server may be gone.
-        const std::lock_guard lock(mutex_);
-        streams_.erase(stream.get());
-        // Its destructor would not let it linger, and so not reset it.
-        if (stream->isReset)
-            stream->tls.next_layer().close(error);
-        stream.reset();
-        ended_.notify_all();
-    }
-
-    const Serve serve_;
-    const bool isSecure_;
-    Context context_{Context::tls_server};
-    asio::io_context io_;
-    tcp::acceptor acceptor_{io_};
-    tcp::socket waiting_{io_};
-    mutable std::mutex mutex_;
-    std::condition_variable ended_;
-    std::set<Stream*> streams_;
-    std::size_t mostConnections_ = 0;
-    std::string received_;
-    std::thread thread_;
 };
 
 std::string RawServer::Connection::readRequest() {
@@ -145,7 +63,10 @@ std::string RawServer::Connection::readRequest() {
         return {};
     std::string request = stream_.received.substr(0, size);
     stream_.received.erase(0, size);
-    stream_.listener.keep(request);
+    constexpr std::size_t enough = 100'000;
+    const std::lock_guard lock(stream_.server.mutex);
+    if (stream_.server.received.size() < enough)
+        stream_.server.received += request;
     return request;
 }
 
@@ -173,31 +94,84 @@ bool RawServer::Connection::isResumed() {
     return SSL_session_reused(stream_.tls.native_handle()) == 1;
 }
 
-unsigned RawServer::Connection::clientPort() const {
-    return stream_.tls.next_layer().remote_endpoint().port();
+unsigned RawServer::Connection::port() const {
+    return stream_.tls.next_layer().local_endpoint().port();
 }
 
-RawServer::RawServer(Serve serve) : listener_(std::make_unique<Listener>(std::move(serve), nullptr)) {}
+RawServer::RawServer(Serve serve, const Identity* identity)
+    : state_(std::make_unique<State>(std::move(serve), identity != nullptr)) {
+    if (identity) {
+        SSL_CTX_set_max_proto_version(state_->context.native_handle(), identity->maxVersion);
+        state_->context.use_certificate_chain_file(identity->certificate);
+        state_->context.use_private_key_file(identity->key, Context::pem);
+    }
+    tcp::acceptor& acceptor = state_->acceptor;
+    acceptor.open(tcp::v4());
+    acceptor.bind({asio::ip::address_v4::loopback(), 0});
+    acceptor.listen(state_->serve ? asio::socket_base::max_listen_connections : 0);
+    if (state_->serve)
+        thread_ = std::thread([this] { acceptAll(); });
+    else
+        state_->waiting.connect(acceptor.local_endpoint());
+}
 
-RawServer::RawServer(Serve serve, const Identity& identity)
-    : listener_(std::make_unique<Listener>(std::move(serve), &identity)) {}
+RawServer::~RawServer() {
+    shutdown(state_->acceptor.native_handle(), SHUT_RDWR);
+    if (thread_.joinable())
+        thread_.join();
+    std::unique_lock lock(state_->mutex);
+    for (Connection::Stream* stream : state_->streams)
+        shutdown(stream->tls.next_layer().native_handle(), SHUT_RDWR);
+    state_->ended.wait(lock, [this] { return state_->streams.empty(); });
+}
 
-RawServer::~RawServer() = default;
+void RawServer::acceptAll() {
+    error_code error;
+    for (tcp::socket socket = state_->acceptor.accept(error); !error; socket = state_->acceptor.accept(error)) {
+        auto stream = std::make_unique<Connection::Stream>(std::move(socket), *state_);
+        const std::lock_guard lock(state_->mutex);
+        state_->streams.insert(stream.get());
+        state_->mostConnections = std::max(state_->mostConnections, state_->streams.size());
+        std::thread([this, stream = std::move(stream)]() mutable { run(std::move(stream)); }).detach();
+    }
+}
+
+void RawServer::run(std::unique_ptr<Connection::Stream> stream) {
+    error_code error;
+    if (state_->isSecure)
+        stream->tls.handshake(asio::ssl::stream_base::server, error);
+    if (!error) {
+        Connection connection(*stream);
+        state_->serve(connection);
+    }
+    if (state_->isSecure && !error && !stream->isCut)
+        stream->tls.shutdown(error);
+    // Under the lock to the end: without connections the server may be gone.
+    const std::lock_guard lock(state_->mutex);
+    state_->streams.erase(stream.get());
+    // Its destructor would not let it linger, and so not reset it.
+    if (stream->isReset)
+        stream->tls.next_layer().close(error);
+    stream.reset();
+    state_->ended.notify_all();
+}
 
 std::string RawServer::url(const std::string& path) const {
-    return listener_->address() + std::to_string(port()) + path;
+    return (state_->isSecure ? "https://localhost:" : "http://127.0.0.1:") + std::to_string(port()) + path;
 }
 
 unsigned RawServer::port() const {
-    return listener_->port();
+    return state_->acceptor.local_endpoint().port();
 }
 
 std::string RawServer::received() const {
-    return listener_->received();
+    const std::lock_guard lock(state_->mutex);
+    return state_->received;
 }
 
 std::size_t RawServer::mostConnections() const {
-    return listener_->mostConnections();
+    const std::lock_guard lock(state_->mutex);
+    return state_->mostConnections;
 }
 
 namespace Serving {

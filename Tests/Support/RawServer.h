@@ -4,6 +4,8 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <thread>
+#include <utility>
 
 /// A loopback port whose connections get raw bytes, or nothing: also what a well-behaved server can't do. `serve` runs
 /// with each connection on a thread of its own, and the connection is closed after it. Without `serve` nobody accepts,
@@ -29,7 +31,8 @@ public:
         /// Whether TLS has gone on with the session of an earlier connection.
         bool isResumed();
 
-        unsigned clientPort() const;
+        /// That of the server.
+        unsigned port() const;
 
     private:
         friend class RawServer;
@@ -47,10 +50,10 @@ public:
 
     using Serve = std::function<void(Connection&)>;
 
-    explicit RawServer(Serve serve);
+    explicit RawServer(Serve serve) : RawServer(std::move(serve), nullptr) {}
 
     /// One that speaks TLS.
-    RawServer(Serve serve, const Identity& identity);
+    RawServer(Serve serve, const Identity& identity) : RawServer(std::move(serve), &identity) {}
     RawServer(const RawServer&) = delete;
     RawServer& operator=(const RawServer&) = delete;
     ~RawServer();
@@ -67,8 +70,13 @@ public:
     std::size_t mostConnections() const;
 
 private:
-    class Listener;
-    const std::unique_ptr<Listener> listener_;
+    struct State;
+    RawServer(Serve serve, const Identity* identity);
+    void acceptAll();
+    void run(std::unique_ptr<Connection::Stream> stream);
+
+    const std::unique_ptr<State> state_;
+    std::thread thread_;
 };
 
 namespace Serving {

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # make-certificates.sh FOLDER: two authorities, and server certificates that the first has signed, each as NAME.pem with
-# NAME.key: good (for localhost), expired, other-host; and one that nobody else has signed, self-signed.
+# NAME.key: good (for localhost and 127.0.0.1), expired, other-host; and one that nobody else has signed, self-signed.
 set -euo pipefail
 mkdir -p "$1"
 cd "$1"
@@ -13,12 +13,12 @@ for name in authority other-authority self-signed; do
     -keyout "$name.key" -out "$name.pem"
 done
 
-# sign NAME HOST DAYS: less than no days is a certificate that has expired.
+# sign NAME HOST DAYS [ADDRESS]: less than no days is a certificate that has expired.
 sign() {
   openssl req -new "${new_key[@]}" -subj "/CN=$2" -keyout "$1.key" -out "$1.csr"
   openssl x509 -req -in "$1.csr" -CA authority.pem -CAkey authority.key -CAcreateserial -days "$3" \
-    -extfile <(echo "subjectAltName=DNS:$2") -out "$1.pem"
+    -extfile <(echo "subjectAltName=DNS:$2${4:+,IP:$4}") -out "$1.pem"
 }
-sign good localhost 2
+sign good localhost 2 127.0.0.1
 sign expired localhost -1
 sign other-host other.example 2

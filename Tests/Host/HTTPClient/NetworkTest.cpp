@@ -1,20 +1,145 @@
-// What servers and networks do to a client, in both ways to ask it.
+// What servers and networks do to a client, in both ways to ask it: the rows of Tests/Cases/network.json. Beside what
+// the server does, a row says what is changed of the request and of the client's settings, what the server "receives"
+// and "lacks", and with what the request "fails" and for what "reason", or with what "body" it does not.
 
 #include "Tests/Support/Network.h"
+#include "Tests/Support/Cases.h"
 #include "Tests/Support/FailingCalls.h"
 #include "Tests/Support/ProcessMemory.h"
+#include "Tests/Support/ScopedState.h"
 #include "Tests/Support/Sending.h"
 
+#include <algorithm>
 #include <atomic>
+#include <cctype>
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <locale>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <random>
+#include <semaphore>
 
 namespace {
 
+using nlohmann::json;
 using OrvaneHost::CurlHTTPClient;
+using OrvaneHost::CurlHTTPClientSettings;
 using Qx::HTTPRequest;
 using Qx::HTTPResponse;
+using Kind = HTTPResponse::FailureKind;
 using Type = HTTPRequest::ExecutionType;
+using namespace std::chrono_literals;
+
+constexpr std::size_t mebibyte = std::size_t{1} << 20;
+
+const json& rows() {
+    static const json all = casesOf("network.json");
+    return all;
+}
+
+std::string nameOf(const json& row) {
+    std::string name = row.at("shows");
+    const auto isOdd = [](unsigned char letter) { return std::isalnum(letter) == 0; };
+    std::replace_if(name.begin(), name.end(), isOdd, '_');
+    return name;
+}
+
+bool isRefused(const json& row) {
+    return row.at("shows").get<std::string>().starts_with("refused");
+}
+
+HTTPRequest requestOf(const json& row, const std::string& url, Type type, const HTTPRequest::Callback& callback) {
+    HTTPRequest request = makeRequest(url, type, callback);
+    if (row.value("method", "GET") == "POST")
+        request.setMethod(HTTPRequest::Method::POST);
+    request.setURL(Network::bytesOf(row.value("url", url + row.value("path", ""))));
+    if (row.contains("secure"))
+        request.setURL("https" + request.getURL().substr(4));
+    if (row.contains("header"))
+        request.setHeader(row["header"][0], row["header"][1]);
+    if (!row.value("bearer", true))
+        request.setAuthType(HTTPRequest::AuthType::NONE);
+    return request;
+}
+
+CurlHTTPClientSettings settingsOf(const json& row, const RawServer& server) {
+    CurlHTTPClientSettings made = impatient();
+    made.token = row.value("token", made.token);
+    made.tokenOrigins = row.value("tokenOrigins", made.tokenOrigins);
+    if (row.contains("bindsToken"))
+        made.tokenOrigins = {server.url("/orvanedm")};
+    made.connectTimeout = std::chrono::milliseconds(row.value("connectTimeoutMs", made.connectTimeout.count()));
+    made.requestTimeout = std::chrono::milliseconds(row.value("requestTimeoutMs", made.requestTimeout.count()));
+    made.maxBodyBytes = row.value("maxBodyMiB", made.maxBodyBytes / mebibyte) * mebibyte;
+    made.maxRedirects = row.value("maxRedirects", made.maxRedirects);
+    if (row.contains("trusts"))
+        made.certificateFile = Network::trustedBy(row["trusts"]);
+    return made;
+}
+
+// "{server}" is the server itself.
+std::optional<ScopedState> useProxy(const json& row, const RawServer& server) {
+    if (!row.contains("proxy"))
+        return std::nullopt;
+    const std::string proxy = row["proxy"] == "{server}" ? server.url("") : row["proxy"].get<std::string>();
+    for (const char* variable : {"http_proxy", "https_proxy"})
+        setenv(variable, proxy.c_str(), 1);
+    return std::optional<ScopedState>(std::in_place, [] {
+        unsetenv("http_proxy");
+        unsetenv("https_proxy");
+    });
+}
+
+Kind kindOf(const std::string& name) {
+    static const std::map<std::string, Kind> kinds{{"", Kind::NONE},
+                                                   {"NOT_ALLOWED", Kind::NOT_ALLOWED},
+                                                   {"NETWORK", Kind::NETWORK},
+                                                   {"TLS", Kind::TLS},
+                                                   {"TIMEOUT", Kind::TIMEOUT},
+                                                   {"TOO_LARGE", Kind::TOO_LARGE},
+                                                   {"MALFORMED", Kind::MALFORMED},
+                                                   {"OUT_OF_MEMORY", Kind::OUT_OF_MEMORY}};
+    return kinds.at(name);
+}
+
+void expectResponse(const json& row, const HTTPResponse& response) {
+    const json fails = row.value("fails", json(""));
+    const json kinds = fails.is_array() ? fails : json::array({fails}); // Which of them it is depends on the time.
+    const std::string& reason = response.getReason();
+    EXPECT_TRUE(std::any_of(kinds.begin(), kinds.end(), [&](const json& kind) {
+        return kindOf(kind) == response.getFailureKind();
+    })) << reason;
+    EXPECT_EQ(response.getStatus(), row.contains("fails") ? 0 : 200);
+    EXPECT_NE(reason.find(row.value("reason", "")), std::string::npos) << reason;
+    EXPECT_EQ(reason.find_first_of("\r\n"), std::string::npos);
+    EXPECT_EQ(reason.find("secret-token"), std::string::npos);
+    EXPECT_EQ(reason.starts_with("refused:"), isRefused(row));
+    if (row.contains("bombMiB")) {
+        EXPECT_EQ(response.getBody().find_first_not_of('\0'), std::string::npos);
+        EXPECT_EQ(response.getBody().size(), row.value("bodyBytes", 0U));
+    } else {
+        EXPECT_EQ(response.getBody(), row.value("body", ""));
+    }
+}
+
+// Parts "received" come in that order; "lacks" is in no request, "lacksAtLast" not in the last.
+void expectReceived(const json& row, const std::string& requests) {
+    std::size_t at = 0;
+    for (const std::string part : row.value("receives", json::array())) {
+        at = requests.find(part, at);
+        ASSERT_NE(at, std::string::npos) << part << " in " << requests;
+        ++at;
+    }
+    for (const std::string part : row.value("lacks", json::array()))
+        EXPECT_EQ(requests.find(part), std::string::npos) << requests;
+    const std::size_t last = requests.rfind(" HTTP/1.1\r\n");
+    for (const std::string part : row.value("lacksAtLast", json::array()))
+        EXPECT_EQ(requests.find(part, last), std::string::npos) << requests;
+    if (isRefused(row)) {
+        EXPECT_EQ(requests, "");
+    }
+}
 
 // A host's locale in which "i" and "I" are not the same letter, as in Turkish.
 class ScopedTurkishLetters {
@@ -34,48 +159,128 @@ private:
 };
 
 class NetworkTest : public testing::TestWithParam<std::size_t> {};
-INSTANTIATE_TEST_SUITE_P(Of, NetworkTest, testing::Range<std::size_t>(0, Network::circumstances().size()),
-                         [](const auto& tested) { return Network::circumstances()[tested.param].name(); });
+INSTANTIATE_TEST_SUITE_P(Of, NetworkTest, testing::Range<std::size_t>(0, rows().size()),
+                         [](const auto& tested) { return nameOf(rows()[tested.param]); });
 
-// Sends the request that meets the circumstance, and another; the completions are counted for as long as there are any.
-void meet(const Circumstance& circumstance, Type type, std::atomic<int>& completions) {
+// Sends as many requests as the row says, and another; the completions are counted for as long as there are any.
+void meet(const json& row, Type type, std::atomic<int>& completions) {
     const RawServer good(Serving::well);
-    const RawServer server = circumstance.serve();
-    std::promise<HTTPResponse> answered;
-    HTTPRequest request = makeRequest(server.url("/"), type, [&](const HTTPResponse& response) {
-        if (++completions == 1)
-            answered.set_value(response);
-    });
-    OrvaneHost::CurlHTTPClientSettings changed = impatient();
-    circumstance.change(request, changed);
-    const auto proxy = circumstance.useProxy(server);
+    const RawServer server = Network::serve(row, good.port());
+    const auto proxy = useProxy(row, server);
+    const CurlHTTPClientSettings changed = settingsOf(row, server);
     const PeakMemory memory;
     CurlHTTPClient client(changed);
-    const auto start = std::chrono::steady_clock::now();
-    client.queueRequest(request);
-    const HTTPResponse response = answered.get_future().get();
-    EXPECT_LT(std::chrono::steady_clock::now() - start, circumstance.limit());
-    circumstance.expect(response);
-    EXPECT_EQ(response.getReason().starts_with("refused:"), circumstance.isRefused());
-    circumstance.expectReceived(server.received());
-    EXPECT_LT(memory.growth(), changed.maxBodyBytes + (std::size_t{64} << 20));
+    const int requests = row.value("requests", 1);
+    for (int number = 1; number <= requests; ++number) {
+        std::promise<HTTPResponse> answered;
+        HTTPRequest request = requestOf(row, server.url("/"), type, [&, number](const HTTPResponse& response) {
+            if (++completions == number)
+                answered.set_value(response);
+        });
+        const auto start = std::chrono::steady_clock::now();
+        client.queueRequest(request);
+        const HTTPResponse response = answered.get_future().get();
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(row.value("withinMs", 60'000)));
+        if (number == requests || !row.contains("fails"))
+            expectResponse(row, response);
+        if (number < requests)
+            std::this_thread::sleep_for(100ms);
+    }
+    expectReceived(row, server.received());
+    EXPECT_LT(memory.growth(), changed.maxBodyBytes + 64 * mebibyte);
     HTTPRequest next = makeRequest(good.url("/"), Type::CALLING_THREAD);
     next.setAuthType(HTTPRequest::AuthType::NONE);
     EXPECT_EQ(send(client, next).getBody(), "{}") << "the client is as good as before";
     EXPECT_EQ(good.received().find("uthorization"), std::string::npos) << "that of the request before";
+    EXPECT_EQ(good.received().find("secret"), std::string::npos) << "what is for the first server goes to no other";
 }
 
 TEST_P(NetworkTest, EndsOnceAsItMustAndLeavesNothing) {
     const ScopedTurkishLetters letters;
+    const json& row = rows()[GetParam()];
     const auto descriptors = countEntries("/proc/self/fd");
     const auto threads = countThreads();
     for (const Type type : {Type::CALLING_THREAD, Type::CLIENT_THREAD}) {
         std::atomic<int> completions = 0;
-        meet(Network::circumstances()[GetParam()], type, completions);
-        EXPECT_EQ(completions, 1) << static_cast<int>(type);
+        meet(row, type, completions);
+        EXPECT_EQ(completions, row.value("requests", 1)) << static_cast<int>(type);
     }
     expectNoMoreEntries("/proc/self/fd", descriptors);
     expectNoMoreEntries("/proc/self/task", threads);
+}
+
+// Meets a request for "/N" with the row of that number, and others with a good response.
+void serveByPath(RawServer::Connection& connection) {
+    for (std::string request = connection.readRequest(); !request.empty(); request = connection.readRequest()) {
+        const std::size_t index = std::strtoul(request.c_str() + request.find('/') + 1, nullptr, 10);
+        if (index < rows().size()) {
+            std::atomic<std::size_t> requests = 0;
+            Network::respond(rows()[index], connection, requests);
+            return;
+        }
+        connection.send(Serving::ok("{}"));
+    }
+}
+
+// One client meets all rows again and again, and good answers between them, for as long as SOAK_SECONDS says.
+TEST(Soak, CompletesEveryRequestAndGrowsInNothing) {
+    constexpr std::ptrdiff_t mostAtOnce = 64;
+    const char* wanted = std::getenv("SOAK_SECONDS");
+    const std::chrono::seconds time(wanted ? std::atoi(wanted) : 2);
+    std::atomic<std::uint64_t> requests = 0;
+    std::atomic<std::uint64_t> completions = 0;
+    std::atomic<std::uint64_t> successes = 0;
+    std::counting_semaphore<mostAtOnce> free{mostAtOnce};
+    const RawServer server(serveByPath);
+    CurlHTTPClientSettings hurried = impatient();
+    hurried.requestTimeout = 300ms;
+    hurried.maxBodyBytes = mebibyte;
+    CurlHTTPClient client(hurried);
+
+    const auto sendUntil = [&](unsigned seed, std::chrono::steady_clock::time_point end) {
+        std::mt19937 random(seed);
+        while (std::chrono::steady_clock::now() < end) {
+            free.acquire();
+            ++requests;
+            const std::size_t index = random() % (4 * rows().size());
+            const Type type = random() % 2 == 0 ? Type::CALLING_THREAD : Type::CLIENT_THREAD;
+            const json row = index < rows().size() ? rows()[index] : json::object();
+            HTTPRequest request =
+                requestOf(row, server.url('/' + std::to_string(index)), type, [&](const HTTPResponse& response) {
+                    successes += response.isSuccessful() ? 1 : 0;
+                    ++completions;
+                    free.release();
+                });
+            client.queueRequest(request);
+        }
+    };
+    const auto sendFor = [&](std::chrono::milliseconds duration) {
+        std::vector<std::future<void>> threads;
+        for (unsigned seed = 0; seed < 4; ++seed)
+            threads.push_back(
+                std::async(std::launch::async, sendUntil, seed, std::chrono::steady_clock::now() + duration));
+        for (const std::future<void>& thread : threads)
+            thread.wait();
+        for (int i = 0; i < 20'000 && completions != requests; ++i)
+            std::this_thread::sleep_for(1ms);
+    };
+
+    // Connections, threads and heap grow to what the traffic needs before anything is compared.
+    sendFor(time / 2);
+    const auto descriptors = countEntries("/proc/self/fd");
+    const std::size_t residentFirst = memoryInUse("VmRSS:");
+    sendFor(time);
+    const std::size_t residentLast = memoryInUse("VmRSS:");
+    std::printf("%ju requests, %ju of them successes; resident memory %zu KiB at first, %zu KiB at the end\n",
+                std::uintmax_t{requests}, std::uintmax_t{successes}, residentFirst / 1024, residentLast / 1024);
+    EXPECT_EQ(completions, requests);
+    EXPECT_TRUE(successes > 0 && successes < requests);
+    // Some connections are kept, and have two ends here.
+    expectNoMoreEntries("/proc/self/fd", descriptors + mostAtOnce);
+    // Without being asked for it runs too short for memory to settle.
+    if (wanted) {
+        EXPECT_LT(static_cast<double>(residentLast), 1.05 * static_cast<double>(residentFirst));
+    }
 }
 
 } // namespace
