@@ -5,6 +5,7 @@
 #include <future>
 #include <gtest/gtest.h>
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
@@ -13,7 +14,7 @@ using Qx::HTTPRequest;
 using Qx::HTTPResponse;
 using namespace std::chrono_literals;
 
-// Keeps what it is given, but throws without an address, and answers what is left when it ends.
+// Throws without a URL, and answers what is left when it ends.
 class FussyClient : public FakeHTTPClient {
 public:
     ~FussyClient() override {
@@ -24,10 +25,7 @@ public:
     void queueRequest(HTTPRequest& request) override {
         if (request.getURL().empty())
             throw std::runtime_error("no");
-        if (request.getURL() == "at once")
-            request.getCallback()(HTTPResponse(404, ""));
-        else
-            FakeHTTPClient::queueRequest(request);
+        FakeHTTPClient::queueRequest(request);
     }
 };
 
@@ -39,20 +37,9 @@ protected:
         std::make_unique<ObservedHTTPClient>(std::unique_ptr<Qx::IHTTPClient>(inner));
 };
 
-TEST_F(ObservedHTTPClientTest, WaitsForNothingThatWasNotSent) {
+TEST_F(ObservedHTTPClientTest, WaitsForAnEmptyBatchButForNothingThatWasNotSent) {
     EXPECT_THROW(observed->queueRequest(request), std::runtime_error);
     EXPECT_TRUE(observed->waitForResponses().empty());
-}
-
-TEST_F(ObservedHTTPClientTest, HandsOverWhatCompletionsThrewAtOnceAndNoMore) {
-    request.setURL("at once");
-    request.setCallback([](const HTTPResponse&) { throw std::runtime_error("no"); });
-    EXPECT_THROW(observed->queueRequest(request), std::runtime_error);
-    EXPECT_EQ(observed->waitForResponses().at(0).getStatus(), 404);
-    EXPECT_TRUE(observed->waitForResponses().empty()) << "it keeps none for good";
-}
-
-TEST_F(ObservedHTTPClientTest, WaitsForAnEmptyBatchToo) {
     std::vector<HTTPRequest> none;
     observed->whenAllRequests(none, nullptr, HTTPRequest::ExecutionType::CLIENT_THREAD);
     auto waiting = std::async(std::launch::async, [&] { return observed->waitForResponses(); });
@@ -61,7 +48,16 @@ TEST_F(ObservedHTTPClientTest, WaitsForAnEmptyBatchToo) {
     EXPECT_TRUE(waiting.get().empty());
 }
 
-TEST_F(ObservedHTTPClientTest, TakesWhatIsQueuedWhileItEnds) {
+TEST(ObservedHTTPClient, HandsOverWhatCompletionsThrewAtOnceAndNoMore) {
+    ObservedHTTPClient client(std::make_unique<FakeHTTPClient>(HTTPResponse(404, "")));
+    HTTPRequest request(BOOST_CURRENT_LOCATION);
+    request.setCallback([](const HTTPResponse&) { throw std::runtime_error("no"); });
+    EXPECT_THROW(client.queueRequest(request), std::runtime_error);
+    EXPECT_EQ(client.waitForResponses().at(0).getStatus(), 404);
+    EXPECT_TRUE(client.waitForResponses().empty()) << "it keeps none for good";
+}
+
+TEST_F(ObservedHTTPClientTest, TakesWhatIsQueuedWhileItEndsAndEndsInACompletion) {
     int completions = 0;
     request.setURL("u");
     request.setCallback([&, &client = *observed](const HTTPResponse&) {
@@ -71,14 +67,11 @@ TEST_F(ObservedHTTPClientTest, TakesWhatIsQueuedWhileItEnds) {
     observed->queueRequest(request);
     observed.reset();
     EXPECT_EQ(completions, 100);
-}
-
-TEST_F(ObservedHTTPClientTest, MayEndInACompletion) {
-    request.setURL("u");
+    inner = new FussyClient;
+    observed = std::make_unique<ObservedHTTPClient>(std::unique_ptr<Qx::IHTTPClient>(inner));
     request.setCallback([this](const HTTPResponse&) { observed.reset(); });
     observed->queueRequest(request);
-    const HTTPRequest::Callback completion = inner->queued.front().getCallback();
-    inner->queued.clear();
+    const HTTPRequest::Callback completion = std::exchange(inner->queued, {}).front().getCallback();
     completion(HTTPResponse(200, "{}"));
     EXPECT_FALSE(observed);
 }

@@ -53,11 +53,6 @@ inline Qx::HTTPResponse send(Qx::IHTTPClient& client, const std::string& url) {
     return send(client, makeRequest(url, Qx::HTTPRequest::ExecutionType::CALLING_THREAD));
 }
 
-inline Qx::HTTPResponse send(const OrvaneHost::CurlHTTPClientSettings& withSettings, const std::string& url) {
-    OrvaneHost::CurlHTTPClient client(withSettings);
-    return send(client, url);
-}
-
 inline std::vector<Qx::HTTPResponse> sendAll(Qx::IHTTPClient& client, std::vector<Qx::HTTPRequest> requests,
                                              Qx::HTTPRequest::ExecutionType type) {
     std::promise<std::vector<Qx::HTTPResponse>> answered;

@@ -1,3 +1,5 @@
+// What requests and responses do beyond what Tests/Cases/requests.json shows.
+
 #include "Base/QxBase10/HTTPRequest.h"
 #include "Base/QxBase10/HTTPResponse.h"
 #include "Base/QxBase10/HTTPUtils.h"
@@ -21,19 +23,7 @@ TEST(HTTPRequest, StartsEmptyInTheCallingThreadWithoutAuthentication) {
     EXPECT_EQ(request.executionType, HTTPRequest::ExecutionType::CALLING_THREAD);
 }
 
-TEST(HTTPResponse, IsSuccessfulFrom200To299AndElseSaysWhy) {
-    for (const int status : {200, 204, 299})
-        EXPECT_TRUE(HTTPResponse(status, "").isSuccessful()) << status;
-    for (const int status : {0, 199, 300, 401, 403, 500})
-        EXPECT_FALSE(HTTPResponse(status, "").isSuccessful()) << status;
-    const HTTPResponse slow = HTTPResponse::transportFailure(HTTPResponse::FailureKind::TIMEOUT, "too slow");
-    EXPECT_EQ(slow.getReason(), "too slow");
-    EXPECT_EQ(slow.getFailureKind(), HTTPResponse::FailureKind::TIMEOUT);
-    EXPECT_EQ(HTTPResponse(500, "").getFailureKind(), HTTPResponse::FailureKind::NONE) << "a refusal is an answer";
-    EXPECT_NE(HTTPResponse().getFailureKind(), HTTPResponse::FailureKind::NONE);
-}
-
-TEST(HTTPResponse, HoldsItsBodyOnce) {
+TEST(HTTPResponse, HoldsItsBodyOnceAndNoneWhereItSaysWhy) {
     std::string body(1000, 'x');
     body.reserve(body.size() + HTTPResponse::spareBytes);
     const char* bytes = body.data();
@@ -42,10 +32,12 @@ TEST(HTTPResponse, HoldsItsBodyOnce) {
     EXPECT_EQ(response.getBody().data(), bytes);
     EXPECT_EQ(copy.getBody().data(), bytes);
     EXPECT_EQ(copy.getBody(), std::string(1000, 'x'));
+    EXPECT_EQ(HTTPResponse(500, "").getFailureKind(), HTTPResponse::FailureKind::NONE) << "a refusal is an answer";
+    EXPECT_NE(HTTPResponse().getFailureKind(), HTTPResponse::FailureKind::NONE);
     EXPECT_TRUE(HTTPResponse().getBody().empty());
 }
 
-TEST(HTTPUtils, ParsesTheBodyOrSaysWhyNot) {
+TEST(HTTPUtils, LeavesTheNodeWithoutABodyAndForgetsEarlierReasons) {
     Qx::JSONNode node(R"({"before":1})");
     Qx::Status status;
     for (const HTTPResponse& response : {HTTPResponse(), HTTPResponse(200, ""), HTTPResponse(200, "<html>")}) {
@@ -54,7 +46,7 @@ TEST(HTTPUtils, ParsesTheBodyOrSaysWhyNot) {
         EXPECT_TRUE(node.exists("before"));
     }
     EXPECT_TRUE(Qx::HTTPUtils::extractJSON(status, HTTPResponse(200, R"({ "results": "yes" })"), node));
-    EXPECT_TRUE(status.isOk()) << "a reason from before is gone";
+    EXPECT_TRUE(status.isOk());
     EXPECT_EQ(node.toText(), R"({"results":"yes"})") << "the body is gone, the node is not";
 }
 

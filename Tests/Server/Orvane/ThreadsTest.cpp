@@ -40,24 +40,6 @@ TEST(Threads, MayReadOneNode) {
     EXPECT_EQ(wrong, 0);
 }
 
-TEST(Threads, MayReadOptionsWhileTheyChange) {
-    const auto options = Qx::ApplicationOptions::get("threads");
-    runOnEight([&] {
-        std::wstring read;
-        for (int i = 0; i < rounds; ++i) {
-            options->set(L"key", std::to_wstring(i));
-            options->tryGet(L"key", read);
-        }
-    });
-    std::wstring value;
-    EXPECT_TRUE(Qx::ApplicationOptions::get("threads")->tryGet(L"key", value));
-    EXPECT_EQ(value, std::to_wstring(rounds - 1));
-    EXPECT_FALSE(Qx::ApplicationOptions::get("")->tryGet(L"key", value)) << "sets are kept apart";
-    options->unset(L"key");
-    EXPECT_FALSE(options->tryGet(L"key", value));
-    EXPECT_EQ(value, std::to_wstring(rounds - 1)) << "a key that is not set leaves the text alone";
-}
-
 TEST(Threads, MayAskOneDocumentEverything) {
     const FullAssemblyDataV3 document{Qx::JSONNode(wholeAssembly())};
     const std::vector<std::string> ids{"urn:vrnk.dorlqa:dm.lineage:A", "urn:vrnk.dorlqa:fs.folder:folderA",
