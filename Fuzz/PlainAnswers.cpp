@@ -1,6 +1,5 @@
 #include "Fuzz/PlainAnswers.h"
 
-#include "Base/QxBaseCore10/Strings.h"
 #include "Benchmarks/Readers.h"
 
 #include <algorithm>
@@ -10,12 +9,11 @@ namespace OrvaneFuzz {
 namespace {
 
 using namespace OrvaneBenchmarks;
-using Qx::ToHString;
 
 Json describe(const PlainFile& file) {
     return {{"id", file.id},
             {"type", file.type},
-            {"name", ToHString(file.name)},
+            {"name", file.name},
             {"parentId", file.parentId},
             {"parentType", nameOf(file.parentType)},
             {"subTypes", file.subTypes ? Json(*file.subTypes) : Json()},
@@ -26,7 +24,7 @@ Json describe(const PlainProject& project) {
     return {{"id", project.id},
             {"type", project.type},
             {"href", project.href},
-            {"name", ToHString(project.name)},
+            {"name", project.name},
             {"parent", project.parent},
             {"visible", project.visible},
             {"status", nameOf(project.status)},
@@ -78,9 +76,9 @@ Json parentsOf(const PlainAssembly& assembly, bool withFolders) {
     for (const char* list : {"ARCHIVED", "DELETED", "INACTIVE", "denied"})
         names[list] = Json::array();
     for (const PlainProject& project : assembly.projects) {
-        names[nameOf(project.status)].push_back(ToHString(project.name));
+        names[nameOf(project.status)].push_back(project.name);
         if (project.status == ContainerStatus::ACTIVE && (project.isMember != "true" || project.role == "VIEWER"))
-            names["denied"].push_back(ToHString(project.name));
+            names["denied"].push_back(project.name);
     }
     if (!withFolders)
         return names;
@@ -171,7 +169,7 @@ Json firstAnswers(const PlainAssembly& assembly, const std::vector<std::string>&
         answers[table] = Json::object();
     addParents(assembly, "V2", parentsOf(assembly, false), answers);
     for (const auto& [id, file] : assembly.files) {
-        answers["getDirectReferencedFiles"][id] = ToHString(file.name);
+        answers["getDirectReferencedFiles"][id] = file.name;
         if (const PlainProject* project = findProject(assembly, file.parentId))
             answers["getProjectDetailsForFiles"][id] = describe(*project);
     }
@@ -182,7 +180,7 @@ Json firstAnswers(const PlainAssembly& assembly, const std::vector<std::string>&
     }
     for (const std::string& id : ids) {
         const PlainProject* project = findProject(assembly, id);
-        answers["getProjectName"][id] = project ? ToHString(project->name) : "";
+        answers["getProjectName"][id] = project ? Json(project->name) : Json("");
         answers["projectMembership"][id] = answers["getProjectMemberships"].value(id, "");
     }
     return answers;
@@ -194,7 +192,7 @@ Json answersV3(const PlainAssembly& assembly, const std::vector<std::string>& id
     answers["event"]["assemblyProjectType"] = projectTypeOf(assembly);
     answers["getAllReferencedFiles"] = std::exchange(answers["getDirectReferencedFiles"], Json::object());
     for (const auto& [id, title] : assembly.directReferencedFiles)
-        answers["getDirectReferencedFiles"][id] = ToHString(title);
+        answers["getDirectReferencedFiles"][id] = title;
     answers["getAllRelationships"] = Json::array();
     for (const auto& relationship : assembly.relationships)
         answers["getAllRelationships"].push_back(describe(*relationship));

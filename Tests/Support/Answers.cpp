@@ -1,6 +1,5 @@
 #include "Tests/Support/Answers.h"
 
-#include "Base/QxBaseCore10/Strings.h"
 #include "Tests/Support/ScopedState.h"
 
 #include <array>
@@ -8,22 +7,6 @@
 using namespace Orvane::Payloads;
 
 namespace {
-
-using Qx::ToHString;
-
-Json narrow(const std::vector<std::wstring>& texts) {
-    Json list = Json::array();
-    for (const std::wstring& text : texts)
-        list.push_back(ToHString(text));
-    return list;
-}
-
-Json narrow(const std::unordered_map<std::string, std::wstring>& texts) {
-    Json table = Json::object();
-    for (const auto& [key, text] : texts)
-        table[key] = ToHString(text);
-    return table;
-}
 
 Json describe(const std::unordered_map<std::string, ProjectData>& projects) {
     Json table = Json::object();
@@ -57,7 +40,7 @@ std::string nameOf(Qx::CloudBrowser::Relationship::RelationType type) {
 Json describe(const FilesData& file) {
     return {{"id", file.getId()},
             {"type", file.getType()},
-            {"name", ToHString(file.getName())},
+            {"name", file.getName()},
             {"parentId", file.getParentId()},
             {"parentType", nameOf(file.getParentType())},
             {"subTypes", file.getSubTypes() ? Json(*file.getSubTypes()) : Json()},
@@ -84,7 +67,7 @@ Json describe(const ProjectData& project) {
     return {{"id", project.getId()},
             {"type", project.getType()},
             {"href", project.getHref()},
-            {"name", ToHString(project.getName())},
+            {"name", project.getName()},
             {"parent", project.getParent()},
             {"visible", project.Visible()},
             {"status", nameOf(project.getStatus())},
@@ -121,18 +104,18 @@ Json answersOf(const FullAssemblyData& document, const std::vector<std::string>&
                  {"getInaccessibleParents", document.getInaccessibleParents()},
                  {"getRestrictedParents", document.getRestrictedParents()},
                  {"getDeletedParentsCount", document.getDeletedParentsCount()},
-                 {"getArchivedParents", narrow(document.getArchivedParents())},
-                 {"getDeletedParents", narrow(document.getDeletedParents())},
-                 {"getInactiveParents", narrow(document.getInactiveParents())},
-                 {"getAccessDeniedParents", narrow(document.getAccessDeniedParents())},
-                 {"getDirectReferencedFiles", narrow(document.getDirectReferencedFiles())},
+                 {"getArchivedParents", document.getArchivedParents()},
+                 {"getDeletedParents", document.getDeletedParents()},
+                 {"getInactiveParents", document.getInactiveParents()},
+                 {"getAccessDeniedParents", document.getAccessDeniedParents()},
+                 {"getDirectReferencedFiles", document.getDirectReferencedFiles()},
                  {"getProjectDetails", describe(document.getProjectDetails())},
                  {"getProjectDetailsForFiles", describe(document.getProjectDetailsForFiles())},
                  {"getProjectMemberships", Json::object()}};
     for (const auto& [id, membership] : document.getProjectMemberships())
-        answers["getProjectMemberships"][ToHString(id)] = membership;
+        answers["getProjectMemberships"][Qx::ToHString(id)] = membership;
     for (const std::string& id : ids) {
-        answers["getProjectName"][id] = ToHString(document.getProjectName(id));
+        answers["getProjectName"][id] = document.getProjectName(id);
         answers["projectMembership"][id] = document.projectMembership(id);
     }
     return answers;
@@ -140,7 +123,7 @@ Json answersOf(const FullAssemblyData& document, const std::vector<std::string>&
 
 Json answersOf(const FullAssemblyDataV3& document, const std::vector<std::string>& ids) {
     Json answers = answersOf(static_cast<const FullAssemblyData&>(document), ids);
-    answers["getAllReferencedFiles"] = narrow(document.getAllReferencedFiles());
+    answers["getAllReferencedFiles"] = document.getAllReferencedFiles();
     answers["getAllRelationships"] = Json::array();
     for (const auto& relationship : document.getAllRelationships())
         answers["getAllRelationships"].push_back(describe(*relationship));
@@ -155,9 +138,9 @@ Json answersOf(const FullAssemblyDataV3& document, const std::vector<std::string
 Json eventOf(const FullAssemblyData& document, const std::wstring& workflow) {
     Json events = Json::array();
     const ScopedState listening = scopedEventSink([&](const Qx::Analytics::Report& event, bool now) {
-        Json& tracked = events.emplace_back(Json{{"event", ToHString(event.eventName)}, {"now", now}});
+        Json& tracked = events.emplace_back(Json{{"event", event.eventName}, {"now", now}});
         for (const auto& [key, value] : event.properties)
-            tracked[ToHString(key)] = ToHString(value);
+            tracked[Qx::ToHString(key)] = value;
     });
     document.sendFullAssemblyAnalytics(workflow);
     return events.size() == 1 ? events.front() : events;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/QxBaseCore10/Strings.h"
 #include "Server/Orvane/Payloads/FullAssemblyDataV3.h"
 
 #include <nlohmann/json.hpp>
@@ -7,6 +8,12 @@
 #include <vector>
 
 using Json = nlohmann::json;
+
+/// Wide text is text in UTF-8.
+template <>
+struct nlohmann::adl_serializer<std::wstring> {
+    static void to_json(Json& json, const std::wstring& text) { json = Qx::ToHString(text); }
+};
 
 /// A record as JSON: each of its answers under the name of the field. Enumerators are their names.
 Json describe(const Orvane::Payloads::FilesData& file);

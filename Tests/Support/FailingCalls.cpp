@@ -2,7 +2,9 @@
 
 #include <cerrno>
 #include <ctime>
+#include <dlfcn.h>
 #include <poll.h>
+#include <pthread.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -22,4 +24,10 @@ extern "C" [[gnu::visibility("default")]] int socketpair(int family, int type, i
         return -1;
     }
     return static_cast<int>(syscall(SYS_socketpair, family, type, protocol, ends));
+}
+
+extern "C" [[gnu::visibility("default")]] int pthread_create(pthread_t* thread, const pthread_attr_t* attributes,
+                                                             void* (*run)(void*), void* argument) noexcept {
+    static const auto start = reinterpret_cast<decltype(&pthread_create)>(dlsym(RTLD_NEXT, "pthread_create"));
+    return FailingCalls::threadsLeft-- > 0 ? start(thread, attributes, run, argument) : EAGAIN;
 }

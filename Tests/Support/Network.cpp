@@ -5,38 +5,15 @@
 #include <boost/algorithm/string/replace.hpp>
 #include <chrono>
 #include <cstdlib>
-#include <filesystem>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <openssl/ssl.h>
 #include <thread>
-#include <unistd.h>
-#include <zlib.h>
 
 namespace {
 
 using nlohmann::json;
 using Connection = RawServer::Connection;
-
-constexpr std::size_t mebibyte = std::size_t{1} << 20;
-
-// A gzip stream of that many zeros, in pieces, so that nobody has to hold even what is compressed.
-void sendBomb(Connection& connection, std::size_t zeros) {
-    std::string piece(mebibyte, '\0');
-    std::string compressed(mebibyte, '\0');
-    z_stream stream{};
-    deflateInit2(&stream, Z_BEST_SPEED, Z_DEFLATED, MAX_WBITS + 16, MAX_MEM_LEVEL, Z_DEFAULT_STRATEGY);
-    bool isThere = connection.send("HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\nConnection: close\r\n\r\n");
-    for (std::size_t left = zeros; isThere && left > 0; left -= piece.size()) {
-        stream.next_in = reinterpret_cast<Bytef*>(piece.data());
-        stream.avail_in = static_cast<uInt>(piece.size());
-        stream.next_out = reinterpret_cast<Bytef*>(compressed.data());
-        stream.avail_out = static_cast<uInt>(compressed.size());
-        deflate(&stream, left == piece.size() ? Z_FINISH : Z_NO_FLUSH);
-        isThere = connection.send(std::string_view(compressed).substr(0, compressed.size() - stream.avail_out));
-    }
-    deflateEnd(&stream);
-}
 
 void sendAgain(Connection& connection, const json& row, std::chrono::milliseconds pause) {
     std::string again;
@@ -52,31 +29,7 @@ std::string bytesFor(const json& row, std::size_t request, unsigned port, unsign
     std::string bytes = Network::bytesOf(sends.is_array() ? sends.at(request % sends.size()) : sends);
     boost::replace_all(bytes, "{port}", std::to_string(port));
     boost::replace_all(bytes, "{other}", std::to_string(otherPort));
-    return bytes + std::string(row.value("fillMiB", std::size_t{0}) * mebibyte, 'x');
-}
-
-// Made when they are first needed, and removed at the end of the process.
-class CertificateFolder {
-public:
-    CertificateFolder() {
-        const std::string command = TEST_SOURCES "/Support/make-certificates.sh " + path_.string();
-        if (std::system(command.c_str()) != 0)
-            throw std::runtime_error("the certificates could not be made");
-    }
-    CertificateFolder(const CertificateFolder&) = delete;
-    CertificateFolder& operator=(const CertificateFolder&) = delete;
-    ~CertificateFolder() { std::filesystem::remove_all(path_); }
-
-    std::string path(const std::string& file) const { return path_ / file; }
-
-private:
-    const std::filesystem::path path_ =
-        std::filesystem::temp_directory_path() / ("orvane-certificates-" + std::to_string(getpid()));
-};
-
-const CertificateFolder& certificates() {
-    static const CertificateFolder folder;
-    return folder;
+    return bytes + std::string(row.value("fillMiB", std::size_t{0}) << 20, 'x');
 }
 
 // Before OpenSSL reads them: a system's settings that permit all.
@@ -122,10 +75,8 @@ void respond(const json& row, Connection& connection, std::atomic<std::size_t>& 
     } while (row.contains("always") && !bytes.empty() && !connection.readRequest().empty());
     if (row.contains("again"))
         sendAgain(connection, row, pause);
-    if (row.contains("bombMiB"))
-        sendBomb(connection, row["bombMiB"].get<std::size_t>() * mebibyte);
     if (row.contains("silent"))
-        connection.waitUntilClosed();
+        Serving::silently(connection);
     if (row.contains("resets"))
         connection.reset();
     if (row.contains("cuts"))
@@ -133,11 +84,11 @@ void respond(const json& row, Connection& connection, std::atomic<std::size_t>& 
 }
 
 RawServer::Identity identityOf(const std::string& name, int maxVersion) {
-    return {certificates().path(name + ".pem"), certificates().path(name + ".key"), maxVersion};
+    return {TEST_CERTIFICATES "/" + name + ".pem", TEST_CERTIFICATES "/" + name + ".key", maxVersion};
 }
 
 std::string trustedBy(const std::string& authority) {
-    return certificates().path(authority + ".pem");
+    return TEST_CERTIFICATES "/" + authority + ".pem";
 }
 
 } // namespace Network

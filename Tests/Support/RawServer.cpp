@@ -76,11 +76,6 @@ bool RawServer::Connection::send(std::string_view bytes) {
     return !error;
 }
 
-void RawServer::Connection::waitUntilClosed() {
-    while (!readRequest().empty()) {
-    }
-}
-
 void RawServer::Connection::reset() {
     stream_.tls.next_layer().set_option(asio::socket_base::linger(true, 0));
     stream_.isReset = true;
@@ -192,7 +187,8 @@ void well(RawServer::Connection& connection) {
 }
 
 void silently(RawServer::Connection& connection) {
-    connection.waitUntilClosed();
+    while (!connection.readRequest().empty()) {
+    }
 }
 
 } // namespace Serving

@@ -20,8 +20,6 @@ public:
         /// False once the client has gone.
         bool send(std::string_view bytes);
 
-        void waitUntilClosed();
-
         /// Lets the connection end with a reset instead of an orderly close.
         void reset();
 

@@ -4,12 +4,13 @@
 set -euo pipefail
 mkdir -p "$1"
 cd "$1"
-exec 2>/dev/null
+exec 2>errors.txt
+trap 'cat errors.txt' ERR
 unset OPENSSL_CONF
 
 new_key=(-newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes)
 for name in authority other-authority self-signed; do
-  openssl req -x509 "${new_key[@]}" -days 2 -subj /CN=localhost -addext subjectAltName=DNS:localhost \
+  openssl req -x509 "${new_key[@]}" -days 3650 -subj /CN=localhost -addext subjectAltName=DNS:localhost \
     -keyout "$name.key" -out "$name.pem"
 done
 
@@ -19,6 +20,6 @@ sign() {
   openssl x509 -req -in "$1.csr" -CA authority.pem -CAkey authority.key -CAcreateserial -days "$3" \
     -extfile <(echo "subjectAltName=DNS:$2${4:+,IP:$4}") -out "$1.pem"
 }
-sign good localhost 2 127.0.0.1
+sign good localhost 3650 127.0.0.1
 sign expired localhost -1
-sign other-host other.example 2
+sign other-host other.example 3650

@@ -10,6 +10,7 @@
 #include "Tests/Support/Sending.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cctype>
 #include <cstdlib>
@@ -27,7 +28,6 @@ using OrvaneHost::CurlHTTPClient;
 using OrvaneHost::CurlHTTPClientSettings;
 using Qx::HTTPRequest;
 using Qx::HTTPResponse;
-using Kind = HTTPResponse::FailureKind;
 using Type = HTTPRequest::ExecutionType;
 using namespace std::chrono_literals;
 
@@ -72,6 +72,7 @@ CurlHTTPClientSettings settingsOf(const json& row, const RawServer& server) {
     made.connectTimeout = std::chrono::milliseconds(row.value("connectTimeoutMs", made.connectTimeout.count()));
     made.requestTimeout = std::chrono::milliseconds(row.value("requestTimeoutMs", made.requestTimeout.count()));
     made.maxBodyBytes = row.value("maxBodyMiB", made.maxBodyBytes / mebibyte) * mebibyte;
+    made.maxBodyBytes = row.value("maxBodyBytes", made.maxBodyBytes);
     made.maxRedirects = row.value("maxRedirects", made.maxRedirects);
     if (row.contains("trusts"))
         made.certificateFile = Network::trustedBy(row["trusts"]);
@@ -91,36 +92,22 @@ std::optional<ScopedState> useProxy(const json& row, const RawServer& server) {
     });
 }
 
-Kind kindOf(const std::string& name) {
-    static const std::map<std::string, Kind> kinds{{"", Kind::NONE},
-                                                   {"NOT_ALLOWED", Kind::NOT_ALLOWED},
-                                                   {"NETWORK", Kind::NETWORK},
-                                                   {"TLS", Kind::TLS},
-                                                   {"TIMEOUT", Kind::TIMEOUT},
-                                                   {"TOO_LARGE", Kind::TOO_LARGE},
-                                                   {"MALFORMED", Kind::MALFORMED},
-                                                   {"OUT_OF_MEMORY", Kind::OUT_OF_MEMORY}};
-    return kinds.at(name);
-}
+// In the order of the kinds.
+constexpr std::array kinds{"",          "NOT_ALLOWED", "NETWORK", "TLS",          "TIMEOUT",
+                           "TOO_LARGE", "MALFORMED",   "CLOSED",  "OUT_OF_MEMORY"};
 
 void expectResponse(const json& row, const HTTPResponse& response) {
-    const json fails = row.value("fails", json(""));
-    const json kinds = fails.is_array() ? fails : json::array({fails}); // Which of them it is depends on the time.
     const std::string& reason = response.getReason();
-    EXPECT_TRUE(std::any_of(kinds.begin(), kinds.end(), [&](const json& kind) {
-        return kindOf(kind) == response.getFailureKind();
-    })) << reason;
+    const json fails = row.value("fails", json(""));
+    const json possible = fails.is_array() ? fails : json::array({fails}); // Which of them it is depends on the time.
+    const std::string kind = kinds.at(static_cast<std::size_t>(response.getFailureKind()));
+    EXPECT_NE(std::find(possible.begin(), possible.end(), kind), possible.end()) << kind << reason;
     EXPECT_EQ(response.getStatus(), row.contains("fails") ? 0 : 200);
+    EXPECT_EQ(response.getBody(), row.value("body", ""));
     EXPECT_NE(reason.find(row.value("reason", "")), std::string::npos) << reason;
     EXPECT_EQ(reason.find_first_of("\r\n"), std::string::npos);
     EXPECT_EQ(reason.find("secret-token"), std::string::npos);
     EXPECT_EQ(reason.starts_with("refused:"), isRefused(row));
-    if (row.contains("bombMiB")) {
-        EXPECT_EQ(response.getBody().find_first_not_of('\0'), std::string::npos);
-        EXPECT_EQ(response.getBody().size(), row.value("bodyBytes", 0U));
-    } else {
-        EXPECT_EQ(response.getBody(), row.value("body", ""));
-    }
 }
 
 // Parts "received" come in that order; "lacks" is in no request, "lacksAtLast" not in the last.
@@ -142,20 +129,9 @@ void expectReceived(const json& row, const std::string& requests) {
 }
 
 // A host's locale in which "i" and "I" are not the same letter, as in Turkish.
-class ScopedTurkishLetters {
-public:
-    ScopedTurkishLetters(const ScopedTurkishLetters&) = delete;
-    ScopedTurkishLetters& operator=(const ScopedTurkishLetters&) = delete;
-    ScopedTurkishLetters() : before_(std::locale::global(std::locale(std::locale(), new Letters))) {}
-    ~ScopedTurkishLetters() { std::locale::global(before_); }
-
-private:
-    struct Letters : std::ctype<char> {
-        char do_toupper(char letter) const override { return letter == 'i' ? letter : ctype::do_toupper(letter); }
-        char do_tolower(char letter) const override { return letter == 'I' ? letter : ctype::do_tolower(letter); }
-    };
-
-    const std::locale before_;
+struct TurkishLetters : std::ctype<char> {
+    char do_toupper(char letter) const override { return letter == 'i' ? letter : ctype::do_toupper(letter); }
+    char do_tolower(char letter) const override { return letter == 'I' ? letter : ctype::do_tolower(letter); }
 };
 
 class NetworkTest : public testing::TestWithParam<std::size_t> {};
@@ -196,7 +172,7 @@ void meet(const json& row, Type type, std::atomic<int>& completions) {
 }
 
 TEST_P(NetworkTest, EndsOnceAsItMustAndLeavesNothing) {
-    const ScopedTurkishLetters letters;
+    std::locale::global(std::locale(std::locale(), new TurkishLetters));
     const json& row = rows()[GetParam()];
     const auto descriptors = countEntries("/proc/self/fd");
     const auto threads = countThreads();
@@ -227,7 +203,7 @@ TEST(Soak, CompletesEveryRequestAndGrowsInNothing) {
     constexpr std::ptrdiff_t mostAtOnce = 64;
     const char* wanted = std::getenv("SOAK_SECONDS");
     const std::chrono::seconds time(wanted ? std::atoi(wanted) : 2);
-    std::atomic<std::uint64_t> requests = 0;
+    std::uint64_t requests = 0;
     std::atomic<std::uint64_t> completions = 0;
     std::atomic<std::uint64_t> successes = 0;
     std::counting_semaphore<mostAtOnce> free{mostAtOnce};
@@ -237,30 +213,23 @@ TEST(Soak, CompletesEveryRequestAndGrowsInNothing) {
     hurried.maxBodyBytes = mebibyte;
     CurlHTTPClient client(hurried);
 
-    const auto sendUntil = [&](unsigned seed, std::chrono::steady_clock::time_point end) {
-        std::mt19937 random(seed);
+    std::mt19937 random;
+    const auto sendFor = [&](std::chrono::milliseconds duration) {
+        const auto end = std::chrono::steady_clock::now() + duration;
         while (std::chrono::steady_clock::now() < end) {
             free.acquire();
             ++requests;
             const std::size_t index = random() % (4 * rows().size());
-            const Type type = random() % 2 == 0 ? Type::CALLING_THREAD : Type::CLIENT_THREAD;
+            const Type type = random() % 8 == 0 ? Type::CALLING_THREAD : Type::CLIENT_THREAD;
             const json row = index < rows().size() ? rows()[index] : json::object();
-            HTTPRequest request =
-                requestOf(row, server.url('/' + std::to_string(index)), type, [&](const HTTPResponse& response) {
-                    successes += response.isSuccessful() ? 1 : 0;
-                    ++completions;
-                    free.release();
-                });
+            const std::string url = server.url('/' + std::to_string(index));
+            HTTPRequest request = requestOf(row, url, type, [&](const HTTPResponse& response) {
+                successes += response.isSuccessful() ? 1 : 0;
+                ++completions;
+                free.release();
+            });
             client.queueRequest(request);
         }
-    };
-    const auto sendFor = [&](std::chrono::milliseconds duration) {
-        std::vector<std::future<void>> threads;
-        for (unsigned seed = 0; seed < 4; ++seed)
-            threads.push_back(
-                std::async(std::launch::async, sendUntil, seed, std::chrono::steady_clock::now() + duration));
-        for (const std::future<void>& thread : threads)
-            thread.wait();
         for (int i = 0; i < 20'000 && completions != requests; ++i)
             std::this_thread::sleep_for(1ms);
     };
@@ -271,8 +240,8 @@ TEST(Soak, CompletesEveryRequestAndGrowsInNothing) {
     const std::size_t residentFirst = memoryInUse("VmRSS:");
     sendFor(time);
     const std::size_t residentLast = memoryInUse("VmRSS:");
-    std::printf("%ju requests, %ju of them successes; resident memory %zu KiB at first, %zu KiB at the end\n",
-                std::uintmax_t{requests}, std::uintmax_t{successes}, residentFirst / 1024, residentLast / 1024);
+    std::printf("%ju requests, %ju of them successes; resident memory %zu KiB at first, %zu KiB at the end\n", requests,
+                std::uintmax_t{successes}, residentFirst / 1024, residentLast / 1024);
     EXPECT_EQ(completions, requests);
     EXPECT_TRUE(successes > 0 && successes < requests);
     // Some connections are kept, and have two ends here.

@@ -1,6 +1,6 @@
 #include "Host/LocalService/LocalService.h"
 
-#include "Tests/Support/ScopedScarcity.h"
+#include "Tests/Support/FailingCalls.h"
 
 #include <chrono>
 #include <gtest/gtest.h>
@@ -19,9 +19,10 @@ TEST(LocalService, TakesOnlyAFreePort) {
 }
 
 TEST(LocalService, IsNotMadeWithoutItsThreads) {
-    for (const unsigned threads : {0U, 5U, 32U}) {
-        const ScopedThreadScarcity scarcity(threads);
+    for (const int threads : {0, 5, 32}) {
+        const int before = FailingCalls::threadsLeft.exchange(threads);
         EXPECT_THROW(LocalService(ServiceData::sample(), "t", 0), std::runtime_error) << threads;
+        FailingCalls::threadsLeft = before;
     }
     EXPECT_GT(LocalService(ServiceData::sample(), "t", 0).port(), 0);
 }

@@ -3,8 +3,8 @@
 #include "Base/QxBaseCore10/JSONNode.h"
 #include "Tests/Support/Answers.h"
 
-#include <functional>
 #include <gtest/gtest.h>
+#include <initializer_list>
 #include <type_traits>
 
 namespace {
@@ -51,27 +51,40 @@ TEST(Records, MovingLeavesTheSourcesTextsEmptyAndItsOtherFields) {
     EXPECT_EQ(describe(project), all);
 }
 
+// What a change makes of a record: one field has another value, which counts for equality or does not.
+template <class Record>
+struct Change {
+    const char* field;
+    Json value;
+    void (*make)(Record& record);
+    bool isEqual = false;
+};
+
+template <class Record>
+Record changed(const Record& record, const Change<Record>& change) {
+    Record made(record);
+    change.make(made);
+    Json expected = describe(record);
+    expected[change.field] = change.value;
+    EXPECT_EQ(describe(made), expected) << change.field;
+    return made;
+}
+
 TEST(ProjectData, SettersReplaceOneFieldEach) {
-    ProjectData project;
-    Json expected = describe(ProjectData(JSONNode(R"({"status":"Active"})")));
-    const std::tuple<const char*, Json, std::function<void()>> changes[] = {
-        {"id", "i", [&] { project.setId("i"); }},
-        {"type", "t", [&] { project.setType("t"); }},
-        {"href", "/p", [&] { project.setHref("/p"); }},
-        {"name", "n", [&] { project.setName(L"n"); }},
-        {"parent", "urn:f", [&] { project.setParent("urn:f"); }},
-        {"visible", true, [&] { project.Visible(true); }},
-        {"membership", "M", [&] { project.setMembership("M"); }},
-        {"role", "EDITOR", [&] { project.setRole("EDITOR"); }},
-        {"communityType", "OPEN", [&] { project.setCommunityType("OPEN"); }},
-        {"status", "INACTIVE", [&] { project.setStatus(ContainerStatus::INACTIVE); }},
-        {"status", "DELETED", [&] { project.setStatus("Deleted"); }},
-        {"status", "OTHER", [&] { project.setStatus(""); }}};
-    for (const auto& [field, value, change] : changes) {
-        change();
-        expected[field] = value;
-        EXPECT_EQ(describe(project), expected) << field;
-    }
+    for (const Change<ProjectData>& change : std::initializer_list<Change<ProjectData>>{
+             {"id", "i", [](auto& project) { project.setId("i"); }},
+             {"type", "t", [](auto& project) { project.setType("t"); }},
+             {"href", "/p", [](auto& project) { project.setHref("/p"); }},
+             {"name", "n", [](auto& project) { project.setName(L"n"); }},
+             {"parent", "urn:f", [](auto& project) { project.setParent("urn:f"); }},
+             {"visible", true, [](auto& project) { project.Visible(true); }},
+             {"membership", "M", [](auto& project) { project.setMembership("M"); }},
+             {"role", "EDITOR", [](auto& project) { project.setRole("EDITOR"); }},
+             {"communityType", "OPEN", [](auto& project) { project.setCommunityType("OPEN"); }},
+             {"status", "INACTIVE", [](auto& project) { project.setStatus(ContainerStatus::INACTIVE); }},
+             {"status", "DELETED", [](auto& project) { project.setStatus("Deleted"); }},
+             {"status", "OTHER", [](auto& project) { project.setStatus(""); }}})
+        changed(ProjectData(), change);
 }
 
 TEST(FilesData, SettingTheParentsTypeLeavesItsId) {
@@ -83,27 +96,20 @@ TEST(FilesData, SettingTheParentsTypeLeavesItsId) {
 
 TEST(FolderData, SettersReplaceOneFieldEachAndEqualityLooksAtSeven) {
     const FolderData folder(wholeFolder);
-    const std::tuple<const char*, Json, bool, std::function<void(FolderData&)>> changes[] = {
-        {"id", "x", false, [](FolderData& f) { f.setId("x"); }},
-        {"name", "x", false, [](FolderData& f) { f.name("x"); }},
-        {"parent", "x", false, [](FolderData& f) { f.parent("x"); }},
-        {"visible", false, false, [](FolderData& f) { f.visible(false); }},
-        {"status", "ARCHIVED", false, [](FolderData& f) { f.status("Archived"); }},
-        {"status", "UNSET", false, [](FolderData& f) { f.status(ContainerStatus::UNSET); }},
-        {"isMember", false, false, [](FolderData& f) { f.setMember(false); }},
-        {"containerType", "PROJECT", false, [](FolderData& f) { f.type(ContainerType::PROJECT); }},
-        {"type", "x", true, [](FolderData& f) { f.setType("x"); }},
-        {"href", "x", true, [](FolderData& f) { f.setHref("x"); }},
-        {"membership", "x", true, [](FolderData& f) { f.membership("x"); }},
-        {"allowedActions", {"x"}, true, [](FolderData& f) { f.allowedActions({"x"}); }}};
-    for (const auto& [field, value, isEqual, change] : changes) {
-        FolderData changed(folder);
-        change(changed);
-        Json expected = describe(folder);
-        expected[field] = value;
-        EXPECT_EQ(describe(changed), expected) << field;
-        EXPECT_EQ(changed == folder, isEqual) << field;
-    }
+    for (const Change<FolderData>& change : std::initializer_list<Change<FolderData>>{
+             {"id", "x", [](auto& f) { f.setId("x"); }},
+             {"name", "x", [](auto& f) { f.name("x"); }},
+             {"parent", "x", [](auto& f) { f.parent("x"); }},
+             {"visible", false, [](auto& f) { f.visible(false); }},
+             {"status", "ARCHIVED", [](auto& f) { f.status("Archived"); }},
+             {"status", "UNSET", [](auto& f) { f.status(ContainerStatus::UNSET); }},
+             {"isMember", false, [](auto& f) { f.setMember(false); }},
+             {"containerType", "PROJECT", [](auto& f) { f.type(ContainerType::PROJECT); }},
+             {"type", "x", [](auto& f) { f.setType("x"); }, true},
+             {"href", "x", [](auto& f) { f.setHref("x"); }, true},
+             {"membership", "x", [](auto& f) { f.membership("x"); }, true},
+             {"allowedActions", {"x"}, [](auto& f) { f.allowedActions({"x"}); }, true}})
+        EXPECT_EQ(changed(folder, change) == folder, change.isEqual) << change.field;
 }
 
 TEST(FolderData, AssignmentLeavesTheTargetsLinkAndMembership) {
