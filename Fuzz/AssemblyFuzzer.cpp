@@ -48,17 +48,21 @@ Document copied(const Document& document) {
 }
 
 void checkMoves(const FullAssemblyDataV3& document, const Expected& expected) {
-    FullAssemblyDataV3 source = copied(document);
-    FullAssemblyDataV3& itself = source;
-    source = std::move(itself);
+    FullAssemblyDataV3 first = copied(document);
+    FullAssemblyDataV3 second = std::move(first);
+    FullAssemblyDataV3& itself = second;
+    second = std::move(itself);
     FullAssemblyDataV3 target;
-    target = std::move(source);
-    requireAnswers(target, expected, "a document that is copied, and moved, to itself first, answers as it did");
-    require(source.getAllRelationships().empty() && source.getDirectReferencedFiles().empty(), "a move leaves nothing");
-    require(source.getId() == document.getId() && source.getAllReferencedFiles() == document.getAllReferencedFiles(),
-            "a move leaves the base");
+    target = std::move(second);
+    requireAnswers(target, expected, "a document that is copied, and moved, to itself too, answers as it did");
+    for (const FullAssemblyDataV3* left : {&first, &second}) {
+        require(left->getAllRelationships().empty() && left->getDirectReferencedFiles().empty(),
+                "a move leaves nothing");
+        require(left->getId() == document.getId(), "a move leaves the base");
+        require(left->getAllReferencedFiles() == document.getAllReferencedFiles(), "a move leaves the base's files");
+    }
     for (const std::string& id : expected.ids) {
-        require(source.getFolder(id) == nullptr, "a move leaves no folder");
+        require(!first.getFolder(id) && !second.getFolder(id), "a move leaves no folder");
         require(target.getFolder(id) == document.getFolder(id), "copies share their folders");
     }
     const FullAssemblyData base = document;

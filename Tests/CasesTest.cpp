@@ -98,10 +98,7 @@ Json askUri(const Json& tested, const Json&) {
 }
 
 Json askLink(const Json& tested, const Json&) {
-    const ScopedState service =
-        tested.contains("service")
-            ? scopedOption("cases", L"orvaneServiceUrl", Qx::ToIString(tested["service"].get<std::string>()))
-            : ScopedState([] {});
+    const ScopedState service = scopedOption("cases", L"orvaneServiceUrl", Qx::ToIString(tested.value("service", "")));
     const ScopedState v3Service = scopedOption("cases", L"orvaneV3ServiceUrl", L"https://v3");
     const ScopedState current = scopedCurrentOptions(tested.contains("current") ? "cases" : "none");
     const auto form = [&] {

@@ -8,5 +8,6 @@ function(qx_add_test name)
   # GCC 12 takes "text" + std::string(...) for overlapping memory (its bug 105651); tests are full of it.
   target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
   target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} GTest::gtest_main)
+  target_precompile_headers(${name} PRIVATE <gtest/gtest.h> <nlohmann/json.hpp>)
   gtest_discover_tests(${name} PROPERTIES TIMEOUT 120)
 endfunction()

@@ -84,7 +84,7 @@ TEST_P(CurlHTTPClientWithoutMemoryInBothTypes, SendsABatchWholeOrNotAtAllAndAnsw
                 hasFailed = allocations.stopFailing();
                 HTTPRequest withoutToken = makeRequest(next.url("/"), Type::CALLING_THREAD);
                 withoutToken.setAuthType(HTTPRequest::AuthType::NONE);
-                send(client, withoutToken);
+                EXPECT_EQ(send(client, withoutToken).getStatus(), 200) << number;
             }
             sent += isSent ? 1 : 0;
             EXPECT_EQ(completions, isSent ? 3 : 0) << number;

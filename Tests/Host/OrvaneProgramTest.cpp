@@ -1,5 +1,6 @@
 // Runs the program as a user does: the rows of Tests/Cases/program.json. Each says what to "run", and what the program
-// then "prints" in that order, "hides", and says as an "error"; some have a server of their own, as in network.json.
+// then "prints" in that order (which may be all "isJSON"), "hides", and says as an "error"; some have a server of their
+// own, as in network.json.
 
 #include "Host/LocalService/LocalService.h"
 #include "Host/ProcessState.h"
@@ -59,6 +60,7 @@ void expectParts(const std::string& text, const json& parts) {
 void expectOutcome(const Outcome& outcome, const json& row) {
     EXPECT_EQ(outcome.exitStatus, row.at("status")) << outcome.error;
     expectParts(outcome.output, row.value("prints", json::array()));
+    EXPECT_TRUE(!row.contains("isJSON") || json::accept(outcome.output)) << outcome.output;
     for (const std::string part : row.value("hides", json::array()))
         EXPECT_EQ((outcome.output + outcome.error).find(part), std::string::npos) << part;
     if (!row.contains("error")) {

@@ -12,9 +12,10 @@ TEST(ServiceConnection, ThatIsNotMadeGetsNoEvents) {
     setenv("ORVANE_TOKEN", "t", 1);
     OrvaneHost::CommandLine commandLine;
     commandLine.service = "https://service.example";
-    const int before = FailingCalls::threadsLeft.exchange(1);
-    EXPECT_THROW(OrvaneHost::ServiceConnection connection(commandLine), std::runtime_error);
-    FailingCalls::threadsLeft = before;
+    {
+        const ScopedState scarcity = FailingCalls::scopedThreadsLeft(1);
+        EXPECT_THROW(OrvaneHost::ServiceConnection connection(commandLine), std::runtime_error);
+    }
     EXPECT_FALSE(Qx::Analytics::setEventSink({})) << "nobody is to be told";
     unsetenv("ORVANE_TOKEN");
 }

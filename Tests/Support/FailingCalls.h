@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Tests/Support/ScopedState.h"
+
 #include <atomic>
 #include <limits>
 
@@ -12,5 +14,9 @@ inline std::atomic<bool> socketpair = false;
 
 /// How many threads more can be started.
 inline std::atomic<int> threadsLeft = std::numeric_limits<int>::max();
+
+inline ScopedState scopedThreadsLeft(int count) {
+    return restoredBy([before = threadsLeft.exchange(count)] { threadsLeft = before; });
+}
 
 } // namespace FailingCalls

@@ -7,8 +7,9 @@
 #include <string>
 
 /// Servers as the rows of Tests/Cases/network.json want them. A row says what the server does once it has read a
-/// request: it "sends" bytes (of a list each request gets the next), sends others "late" or "again" until the client
-/// goes, stays "silent", "resets" the connection and so on.
+/// request: it "sends" bytes (of a list each request gets the next), sends others "late", a moment after, or "again"
+/// until the client goes, stays "silent", "resets" the connection and so on. The connection ends then, unless it is
+/// "always" kept for another request, for as long as there is something to send.
 namespace Network {
 
 /// The bytes of a text whose characters stand for one each.
@@ -17,7 +18,7 @@ std::string bytesOf(const nlohmann::json& text);
 /// A server that meets each request as the row says. In what it sends, "{port}" is its own port, "{other}" another.
 RawServer serve(const nlohmann::json& row, unsigned otherPort = 0);
 
-/// What the server does once it has read a request, and so many others before.
+/// What the server does once it has read a request; `requests` counts those before it, and it too.
 void respond(const nlohmann::json& row, RawServer::Connection& connection, std::atomic<std::size_t>& requests,
              unsigned otherPort = 0);
 

@@ -21,15 +21,6 @@ inline OrvaneHost::CurlHTTPClientSettings settings() {
     return made;
 }
 
-/// Those of one who waits no longer than a test should.
-inline OrvaneHost::CurlHTTPClientSettings impatient() {
-    OrvaneHost::CurlHTTPClientSettings made = settings();
-    made.connectTimeout = std::chrono::milliseconds(500);
-    made.requestTimeout = std::chrono::milliseconds(1500);
-    made.stallTimeout = std::chrono::seconds(1);
-    return made;
-}
-
 inline Qx::HTTPRequest makeRequest(const std::string& url, Qx::HTTPRequest::ExecutionType type,
                                    const Qx::HTTPRequest::Callback& callback = nullptr) {
     Qx::HTTPRequest request(BOOST_CURRENT_LOCATION);

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # make-certificates.sh FOLDER: two authorities, and server certificates that the first has signed, each as NAME.pem with
 # NAME.key: good (for localhost and 127.0.0.1), expired, other-host; and one that nobody else has signed, self-signed.
-set -euo pipefail
+# All but one are valid for ten years, since a build folder may be old.
+set -Eeuo pipefail
 mkdir -p "$1"
 cd "$1"
 exec 2>errors.txt

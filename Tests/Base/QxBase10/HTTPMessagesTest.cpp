@@ -23,7 +23,7 @@ TEST(HTTPRequest, StartsEmptyInTheCallingThreadWithoutAuthentication) {
     EXPECT_EQ(request.executionType, HTTPRequest::ExecutionType::CALLING_THREAD);
 }
 
-TEST(HTTPResponse, HoldsItsBodyOnceAndNoneWhereItSaysWhy) {
+TEST(HTTPResponse, HoldsItsBodyOnceAndNoneAfterAFailure) {
     std::string body(1000, 'x');
     body.reserve(body.size() + HTTPResponse::spareBytes);
     const char* bytes = body.data();
@@ -37,7 +37,7 @@ TEST(HTTPResponse, HoldsItsBodyOnceAndNoneWhereItSaysWhy) {
     EXPECT_TRUE(HTTPResponse().getBody().empty());
 }
 
-TEST(HTTPUtils, LeavesTheNodeWithoutABodyAndForgetsEarlierReasons) {
+TEST(HTTPUtils, LeavesTheNodeAloneUnlessTheBodyIsJSON) {
     Qx::JSONNode node(R"({"before":1})");
     Qx::Status status;
     for (const HTTPResponse& response : {HTTPResponse(), HTTPResponse(200, ""), HTTPResponse(200, "<html>")}) {

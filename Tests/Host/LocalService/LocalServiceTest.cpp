@@ -20,9 +20,8 @@ TEST(LocalService, TakesOnlyAFreePort) {
 
 TEST(LocalService, IsNotMadeWithoutItsThreads) {
     for (const int threads : {0, 5, 32}) {
-        const int before = FailingCalls::threadsLeft.exchange(threads);
+        const ScopedState scarcity = FailingCalls::scopedThreadsLeft(threads);
         EXPECT_THROW(LocalService(ServiceData::sample(), "t", 0), std::runtime_error) << threads;
-        FailingCalls::threadsLeft = before;
     }
     EXPECT_GT(LocalService(ServiceData::sample(), "t", 0).port(), 0);
 }

@@ -81,7 +81,7 @@ protected:
 TEST_F(OrvanedmTest, SendsAndAnswersAsTheCasesSay) {
     const std::string common = " | Content-Type: application/json | Accept: application/json | bearer | ";
     for (const Json& tested : casesOf("requests.json")) {
-        const ScopedState indirect = tested.contains("indirect") ? scopedIndirectXRefs() : ScopedState([] {});
+        const ScopedState indirect = tested.contains("indirect") ? scopedIndirectXRefs() : nullptr;
         Qx::Orvanedm client(http, tested.value("options", "set"));
         client.setAsync(tested.contains("async"));
         success.reset();
@@ -146,6 +146,8 @@ TEST_F(OrvanedmTest, AsyncCountsWhenARequestIsFormedAndIsEachCopysOwn) {
         EXPECT_EQ(request.executionType == ExecutionType::CLIENT_THREAD, &request == &requests[1]);
     assigned.getFolderContents(requests[0]);
     EXPECT_EQ(http->queued.back().executionType, ExecutionType::CALLING_THREAD);
+    assigned.requestFullAssemblyAccess("v", keepAccess, "LATEST");
+    EXPECT_TRUE(http->queued.back().getURL().starts_with("https://first/")) << "options are a copy's own too";
 
     std::size_t answered = 0;
     orvanedm.getFolderContents(requests, [&](std::vector<Qx::HTTPResponse> r) { answered = r.size(); });

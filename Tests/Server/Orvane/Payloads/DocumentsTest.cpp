@@ -1,4 +1,5 @@
-// What documents do beyond reading and answering, which Tests/Cases shows, and moving, which Fuzz/AssemblyFuzzer does.
+// What documents do beyond reading and answering, which Tests/Cases shows; V3 documents are moved in
+// Fuzz/AssemblyFuzzer.cpp.
 
 #include "Base/QxBaseCore10/JSONNode.h"
 #include "Tests/Support/Answers.h"

@@ -71,6 +71,8 @@ Record changed(const Record& record, const Change<Record>& change) {
 }
 
 TEST(ProjectData, SettersReplaceOneFieldEach) {
+    const ProjectData whole(JSONNode(R"({"id":"p","type":"projects","links":{"self":"/x"},"name":"x","parent":"x",
+        "visible":false,"status":"Active","me":{"membership":"x","role":"x"},"communityType":"x"})"));
     for (const Change<ProjectData>& change : std::initializer_list<Change<ProjectData>>{
              {"id", "i", [](auto& project) { project.setId("i"); }},
              {"type", "t", [](auto& project) { project.setType("t"); }},
@@ -84,7 +86,7 @@ TEST(ProjectData, SettersReplaceOneFieldEach) {
              {"status", "INACTIVE", [](auto& project) { project.setStatus(ContainerStatus::INACTIVE); }},
              {"status", "DELETED", [](auto& project) { project.setStatus("Deleted"); }},
              {"status", "OTHER", [](auto& project) { project.setStatus(""); }}})
-        changed(ProjectData(), change);
+        changed(whole, change);
 }
 
 TEST(FilesData, SettingTheParentsTypeLeavesItsId) {
