@@ -5,4 +5,4 @@ cd "$(dirname "${BASH_SOURCE[0]}")"
 
 ./scripts/set-up.sh
 ./scripts/build.sh release
-ctest --preset release "$@"
+ctest --preset release -j "$(nproc)" "$@"
