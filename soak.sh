@@ -4,6 +4,12 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 
+seconds=${1:-600}
+if [[ ! "$seconds" =~ ^[1-9][0-9]*$ ]]; then
+  echo "soak.sh: \"$seconds\" is no number of seconds" >&2
+  exit 2
+fi
+
 ./scripts/set-up.sh
 ./scripts/build.sh release HostTest
-SOAK_SECONDS=${1:-600} exec build/release/Tests/HostTest --gtest_filter='Soak.*' --gtest_brief=1
+SOAK_SECONDS=$seconds exec build/release/Tests/HostTest --gtest_filter='Soak.*' --gtest_brief=1

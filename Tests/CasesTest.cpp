@@ -150,15 +150,16 @@ INSTANTIATE_TEST_SUITE_P(Of, Cases,
 TEST_P(Cases, AnswerAsTheySay) {
     const Json cases = casesOf(GetParam() + std::string(".json"));
     EXPECT_FALSE(cases.empty());
-    for (const Json& tested : cases)
+    for (const Json& tested : cases) {
+        SCOPED_TRACE(tested.at("shows"));
         for (const auto& [name, expected] : tested.at("answers").items()) {
             const Json found = classes.at(name)(tested, expected);
             for (const auto& [answer, value] : expected.items()) {
                 ASSERT_TRUE(found.contains(answer)) << name << " has no answer " << answer;
-                const std::string where = tested.at("shows").get<std::string>() + ": " + name + ' ' + answer;
-                expectSame(value, found[answer], where, queriesById.contains(answer));
+                expectSame(value, found[answer], name + ' ' + answer, queriesById.contains(answer));
             }
         }
+    }
 }
 
 } // namespace

@@ -4,7 +4,7 @@ include(GoogleTest)
 function(qx_add_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
   add_executable(${name} ${arg_SOURCES})
-  target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}" "${PROJECT_BINARY_DIR}/generated")
+  target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
   # GCC 12 takes "text" + std::string(...) for overlapping memory (its bug 105651); tests are full of it.
   target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
   target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} GTest::gtest_main)

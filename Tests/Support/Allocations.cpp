@@ -71,7 +71,7 @@ void operator delete(void* memory, std::size_t) noexcept {
     release(memory);
 }
 
-// These too: the address sanitizer has its own, which call nothing of the above.
+// These too: those of the address sanitizer do not call the above.
 void* operator new[](std::size_t size) {
     return operator new(size);
 }

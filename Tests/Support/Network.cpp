@@ -2,6 +2,7 @@
 
 #include "Base/QxBaseCore10/Strings.h"
 
+#include <atomic>
 #include <boost/algorithm/string/replace.hpp>
 #include <chrono>
 #include <cstdlib>
@@ -32,7 +33,31 @@ std::string bytesFor(const json& row, std::size_t request, unsigned port, unsign
     return bytes + std::string(row.value("fillMiB", std::size_t{0}) << 20, 'x');
 }
 
-// Before OpenSSL reads them: a system's settings that permit all.
+// What the server does once it has read a request; `requests` counts those before it, and it too.
+void respond(const json& row, Connection& connection, std::atomic<std::size_t>& requests, unsigned otherPort) {
+    const std::chrono::milliseconds pause(row.value("pauseMs", 0));
+    std::string bytes;
+    do {
+        if (row.contains("always"))
+            std::this_thread::sleep_for(pause);
+        bytes = bytesFor(row, requests++, connection.port(), otherPort);
+        connection.send(bytes);
+        if (row.contains("late")) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            connection.send(Network::bytesOf(row["late"]));
+        }
+    } while (row.contains("always") && !bytes.empty() && !connection.readRequest().empty());
+    if (row.contains("again"))
+        sendAgain(connection, row, pause);
+    if (row.contains("silent"))
+        Serving::silently(connection);
+    if (row.contains("resets"))
+        connection.reset();
+    if (row.contains("cuts"))
+        connection.cut();
+}
+
+// OpenSSL reads its settings when it is first used: those of a system that permits everything.
 const int permissive = setenv("OPENSSL_CONF", TEST_SOURCES "/Support/permissive-openssl.cnf", 1);
 
 } // namespace
@@ -58,29 +83,6 @@ RawServer serve(const json& row, unsigned otherPort) {
         return RawServer(serveOne);
     const std::map<std::string, int> versions{{"", 0}, {"1.1", TLS1_1_VERSION}, {"1.2", TLS1_2_VERSION}};
     return RawServer(serveOne, identityOf(row["certificate"], versions.at(row.value("version", ""))));
-}
-
-void respond(const json& row, Connection& connection, std::atomic<std::size_t>& requests, unsigned otherPort) {
-    const std::chrono::milliseconds pause(row.value("pauseMs", 0));
-    std::string bytes;
-    do {
-        if (row.contains("always"))
-            std::this_thread::sleep_for(pause);
-        bytes = bytesFor(row, requests++, connection.port(), otherPort);
-        connection.send(bytes);
-        if (row.contains("late")) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(20));
-            connection.send(bytesOf(row["late"]));
-        }
-    } while (row.contains("always") && !bytes.empty() && !connection.readRequest().empty());
-    if (row.contains("again"))
-        sendAgain(connection, row, pause);
-    if (row.contains("silent"))
-        Serving::silently(connection);
-    if (row.contains("resets"))
-        connection.reset();
-    if (row.contains("cuts"))
-        connection.cut();
 }
 
 RawServer::Identity identityOf(const std::string& name, int maxVersion) {

@@ -2,7 +2,6 @@
 
 #include "Tests/Support/RawServer.h"
 
-#include <atomic>
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 
@@ -17,10 +16,6 @@ std::string bytesOf(const nlohmann::json& text);
 
 /// A server that meets each request as the row says. In what it sends, "{port}" is its own port, "{other}" another.
 RawServer serve(const nlohmann::json& row, unsigned otherPort = 0);
-
-/// What the server does once it has read a request; `requests` counts those before it, and it too.
-void respond(const nlohmann::json& row, RawServer::Connection& connection, std::atomic<std::size_t>& requests,
-             unsigned otherPort = 0);
 
 /// The identity of that name: "good" and others, as make-certificates.sh makes them.
 RawServer::Identity identityOf(const std::string& name, int maxVersion = 0);

@@ -5,7 +5,7 @@
 #include <fstream>
 #include <string>
 
-/// A field of this process's status that tells memory, in bytes: what is resident ("VmRSS:"), of files ("RssFile:"), or
+/// A memory field of this process's status, in bytes: what is resident ("VmRSS:"), of files ("RssFile:"), or
 /// was at the peak ("VmHWM:").
 inline std::size_t memoryInUse(const std::string& field) {
     std::ifstream status("/proc/self/status");

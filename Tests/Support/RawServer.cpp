@@ -9,7 +9,6 @@
 #include <boost/asio/write.hpp>
 #include <condition_variable>
 #include <mutex>
-#include <optional>
 #include <set>
 #include <sys/socket.h>
 #include <thread>
@@ -35,7 +34,7 @@ struct RawServer::State {
     std::string received;
 };
 
-// What is kept of a connection. It has a context also where there is no TLS, so that there is something to make it of.
+// What is kept of a connection. Without TLS only the layer below is used.
 struct RawServer::Connection::Stream {
     Stream(tcp::socket socket, State& owner) : tls(std::move(socket), owner.context), server(owner) {
         tls.next_layer().set_option(tcp::no_delay(true));

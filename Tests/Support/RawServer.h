@@ -41,7 +41,7 @@ public:
 
     /// What the server shows of itself over TLS.
     struct Identity {
-        std::string certificate; ///< Paths, as PEM.
+        std::string certificate; ///< The path of a PEM file, as is the key.
         std::string key;
         int maxVersion = 0; ///< The last version of TLS that it speaks, as OpenSSL counts them; 0 for any.
     };
