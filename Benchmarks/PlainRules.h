@@ -7,6 +7,10 @@
 // What the readers that do without the library know of the service's words, and work out from what they have read.
 namespace OrvaneBenchmarks {
 
+inline constexpr std::string_view configuration = "Configuration"; ///< A kind of file.
+inline constexpr std::string_view viewer = "VIEWER";               ///< A role.
+inline constexpr std::string_view controlled = "CONTROLLED";       ///< A type of community.
+
 ContainerType containerTypeOf(std::string_view text);
 ContainerStatus containerStatusOf(std::string_view text);
 RelationType relationTypeOf(std::string_view text);

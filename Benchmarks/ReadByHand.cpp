@@ -83,7 +83,7 @@ PlainFile readFile(const element& object) {
         object, "id", file.id, "type", file.type, "name", file.name, "project", textUnder("id", projectId), "parent",
         [&](const element& parent) { readMembers(parent, "id", parentId, "type", file.parentType); }, "attributes",
         readAttributes);
-    if (file.subTypes == "Configuration")
+    if (file.subTypes == configuration)
         file.parentId = std::move(configuredProjectId);
     else
         file.parentId = std::move(file.parentType == ContainerType::PROJECT ? projectId : parentId);

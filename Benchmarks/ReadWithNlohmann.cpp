@@ -64,7 +64,7 @@ PlainFile readFile(const Json& object) {
     if (const Json& subTypes = under(attributes, "subTypes"); subTypes.contains("value"))
         file.subTypes = textUnder(subTypes, "value");
     const Json& configuredProject = under(attributes, "configuredDesignProjectId");
-    if (file.subTypes == "Configuration" && configuredProject.contains("value"))
+    if (file.subTypes == configuration && configuredProject.contains("value"))
         file.parentId = textUnder(configuredProject, "value");
     return file;
 }

@@ -48,7 +48,7 @@ std::string mutateValues(std::string body, std::mt19937& random) {
             body[random() % body.size()] = static_cast<char>(random());
         return body;
     }
-    for (unsigned change = 0; change <= random() % 4; ++change) {
+    for (auto changes = 1 + random() % 4; changes > 0; --changes) {
         Json& parts = pick(root, random, [](const Json& value) { return value.is_structured() && !value.empty(); });
         if (random() % 2 == 0 && parts.is_structured() && !parts.empty()) {
             mutateParts(parts, random);

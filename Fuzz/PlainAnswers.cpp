@@ -1,5 +1,6 @@
 #include "Fuzz/PlainAnswers.h"
 
+#include "Benchmarks/PlainRules.h"
 #include "Benchmarks/Readers.h"
 
 #include <algorithm>
@@ -17,7 +18,7 @@ Json describe(const PlainFile& file) {
             {"parentId", file.parentId},
             {"parentType", nameOf(file.parentType)},
             {"subTypes", file.subTypes ? Json(*file.subTypes) : Json()},
-            {"isConfigurationDesign", file.subTypes == "Configuration"}};
+            {"isConfigurationDesign", file.subTypes == configuration}};
 }
 
 Json describe(const PlainProject& project) {
@@ -32,8 +33,8 @@ Json describe(const PlainProject& project) {
             {"role", project.role},
             {"communityType", project.communityType},
             {"isMember", project.isMember == "true"},
-            {"isViewerRole", project.role == "VIEWER"},
-            {"isControlledProject", project.communityType == "CONTROLLED"}};
+            {"isViewerRole", project.role == viewer},
+            {"isControlledProject", project.communityType == controlled}};
 }
 
 Json describe(const PlainFolder& folder) {
@@ -77,7 +78,7 @@ Json parentsOf(const PlainAssembly& assembly, bool withFolders) {
         names[list] = Json::array();
     for (const PlainProject& project : assembly.projects) {
         names[nameOf(project.status)].push_back(project.name);
-        if (project.status == ContainerStatus::ACTIVE && (project.isMember != "true" || project.role == "VIEWER"))
+        if (project.status == ContainerStatus::ACTIVE && (project.isMember != "true" || project.role == viewer))
             names["denied"].push_back(project.name);
     }
     if (!withFolders)
@@ -120,7 +121,7 @@ std::string projectTypeOf(const PlainAssembly& assembly) {
     if (file == assembly.files.end())
         return "UNKNOWN";
     if (assembly.folders.contains(file->second.parentId))
-        return "CONTROLLED";
+        return std::string(controlled);
     const PlainProject* project = findProject(assembly, file->second.parentId);
     return project ? project->communityType : "UNKNOWN";
 }

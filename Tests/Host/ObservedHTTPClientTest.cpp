@@ -48,9 +48,8 @@ TEST_F(ObservedHTTPClientTest, WaitsForAnEmptyBatchButForNothingThatWasNotSent) 
     EXPECT_TRUE(waiting.get().empty());
 }
 
-TEST(ObservedHTTPClient, HandsOverWhatCompletionsThrewAtOnceAndNoMore) {
+TEST_F(ObservedHTTPClientTest, HandsOverWhatCompletionsThrewAtOnceAndNoMore) {
     ObservedHTTPClient client(std::make_unique<FakeHTTPClient>(HTTPResponse(404, "")));
-    HTTPRequest request(BOOST_CURRENT_LOCATION);
     request.setCallback([](const HTTPResponse&) { throw std::runtime_error("no"); });
     EXPECT_THROW(client.queueRequest(request), std::runtime_error);
     EXPECT_EQ(client.waitForResponses().at(0).getStatus(), 404);

@@ -8,7 +8,7 @@
 
 namespace {
 
-TEST(ServiceConnection, ThatIsNotMadeGetsNoEvents) {
+TEST(ServiceConnection, GetsNoEventsIfItCannotBeMade) {
     setenv("ORVANE_TOKEN", "t", 1);
     OrvaneHost::CommandLine commandLine;
     commandLine.service = "https://service.example";

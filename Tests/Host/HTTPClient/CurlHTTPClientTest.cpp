@@ -183,7 +183,7 @@ TEST_P(CurlHTTPClientInBothTypes, MayEndInACompletionWithOthersWaitingForTheThre
     }
 }
 
-TEST(CurlHTTPClient, DestroyedWithRequestsInFlightItAnswersEachOnceAndWhatTheyQueue) {
+TEST(CurlHTTPClient, AnswersEachRequestInFlightOnceWhenItIsDestroyed) {
     const RawServer server(Serving::silently);
     std::atomic<int> failures = 0;
     const auto count = [&](const HTTPResponse& response) { failures += response.getReason().empty() ? 0 : 1; };

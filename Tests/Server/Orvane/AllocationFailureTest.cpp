@@ -28,7 +28,8 @@ const std::vector<std::string> ids{"urn:vrnk.dorlqa:dm.lineage:A", "urn:vrnk.dor
 const std::string& body() {
     static const std::string text = [] {
         Json whole = Json::parse(wholeAssembly());
-        for (const auto& [kind, status] : {std::pair("projects", "Deleted"), std::pair("folders", "Archived")})
+        for (const auto& [kind, status] :
+             {std::pair("projects", "Deleted"), std::pair("folders", "Archived"), std::pair("folders", "Inactive")})
             for (const char* each : {status, "Active"})
                 whole["included"][kind].push_back(
                     {{"id", each + std::string(" parent's id of some length")}, {"type", kind}, {"status", each}});
@@ -58,60 +59,61 @@ TEST(JSONNodeWithoutMemory, IsNotMade) {
     }
 }
 
-template <class Document>
 class DocumentWithoutMemory : public testing::Test {
 protected:
-    const Document document{root()};
+    const FullAssemblyDataV3 document{root()};
     const Json answers = answersOf(document, ids);
 };
-using Generations = testing::Types<FullAssemblyData, FullAssemblyDataV3>;
-TYPED_TEST_SUITE(DocumentWithoutMemory, Generations);
 
 // A target that is left with part of the source must still be a document.
-TYPED_TEST(DocumentWithoutMemory, MayBeAssignedAgainAndDestroyed) {
-    const TypeParam other(Qx::JSONNode(R"({"data":{"id":"some other id, longer than what fits in place"},"included":{
+TEST_F(DocumentWithoutMemory, MayBeAssignedAgainAndDestroyed) {
+    const FullAssemblyDataV3 other(
+        Qx::JSONNode(R"({"data":{"id":"some other id, longer than what fits in place"},"included":{
         "projects":[{"type":"projects"}],"files":[{"type":"files"}],"folders":[{"type":"folders"}]}})"));
-    const std::pair<const char*, void (*)(TypeParam&, TypeParam&)> ways[] = {
-        {"copied", [](TypeParam& target, TypeParam& source) { target = std::as_const(source); }},
-        {"moved", [](TypeParam& target, TypeParam& source) { target = std::move(source); }},
-        {"made by a move", [](TypeParam&, TypeParam& source) { const TypeParam made(std::move(source)); }}};
+    const std::pair<const char*, void (*)(FullAssemblyDataV3&, FullAssemblyDataV3&)> ways[] = {
+        {"copied", [](FullAssemblyDataV3& target, FullAssemblyDataV3& source) { target = std::as_const(source); }},
+        {"moved", [](FullAssemblyDataV3& target, FullAssemblyDataV3& source) { target = std::move(source); }},
+        {"made by a move",
+         [](FullAssemblyDataV3&, FullAssemblyDataV3& source) { const FullAssemblyDataV3 made(std::move(source)); }}};
     for (const auto& [name, way] : ways)
         failEachAllocation([&, name = name, way = way](auto run) {
-            TypeParam target = other;
-            TypeParam source = this->document;
+            FullAssemblyDataV3 target = other;
+            FullAssemblyDataV3 source = document;
             const WithoutMemory ended = run([&] { way(target, source); });
             EXPECT_EQ(ended.hasThrown, ended.hasFailed) << name;
             if (ended.hasFailed) {
-                EXPECT_EQ(answersOf(source, ids), this->answers) << name << ": the source keeps what it has";
+                EXPECT_EQ(answersOf(source, ids), answers) << name << ": the source keeps what it has";
             }
-            target = this->document;
-            EXPECT_EQ(answersOf(target, ids), this->answers) << name;
+            target = document;
+            EXPECT_EQ(answersOf(target, ids), answers) << name;
         });
 }
 
-TYPED_TEST(DocumentWithoutMemory, IsNotMadeNorCopiedAndLeftAloneByItsQueries) {
+TEST_F(DocumentWithoutMemory, ThrowsWhereItIsMadeCopiedOrAskedAndStaysAsItIs) {
     const ScopedEvents events;
-    const TypeParam& asked = this->document;
-    std::vector<std::function<void()>> operations{[] { TypeParam made(root()); },
-                                                  [&] { TypeParam copy(asked); },
-                                                  [&] { static_cast<void>(asked.getId()); },
-                                                  [&] { asked.getDeletedParentsCount(); },
-                                                  [&] { asked.getDeletedParents(); },
-                                                  [&] { asked.getAccessDeniedParents(); },
-                                                  [&] { asked.getDirectReferencedFiles(); },
-                                                  [&] { asked.getProjectDetails(); },
-                                                  [&] { asked.getProjectDetailsForFiles(); },
-                                                  [&] { asked.getProjectMemberships(); },
-                                                  [&] { static_cast<void>(asked.getProjectName(ids.back())); },
-                                                  [&] { asked.sendFullAssemblyAnalytics(L"a long workflow"); }};
-    if constexpr (std::is_same_v<TypeParam, FullAssemblyDataV3>) {
-        operations.push_back([&] { asked.getAllReferencedFiles(); });
-        operations.push_back([&] { asked.getArchivedParents(); });
-        operations.push_back([&] { asked.getProject("an id longer than in place"); });
-    }
+    const FullAssemblyData base(root());
+    const std::vector<std::function<void()>> operations{
+        [] { FullAssemblyDataV3 made(root()); },
+        [&] { FullAssemblyDataV3 copy(document); },
+        [&] { static_cast<void>(document.getId()); },
+        [&] { document.getDeletedParentsCount(); },
+        [&] { document.getDeletedParents(); },
+        [&] { document.getAccessDeniedParents(); },
+        [&] { document.getDirectReferencedFiles(); },
+        [&] { base.getDirectReferencedFiles(); },
+        [&] { base.getDeletedParents(); },
+        [&] { document.getProjectDetails(); },
+        [&] { document.getProjectDetailsForFiles(); },
+        [&] { document.getProjectMemberships(); },
+        [&] { static_cast<void>(document.getProjectName(ids.back())); },
+        [&] { document.getAllReferencedFiles(); },
+        [&] { document.getArchivedParents(); },
+        [&] { document.getInactiveParents(); },
+        [&] { document.getProject("an id longer than in place"); },
+        [&] { document.sendFullAssemblyAnalytics(L"a long workflow"); }};
     for (std::size_t number = 0; number < operations.size(); ++number) {
         EXPECT_GT(expectThrownEachTime(operations[number]), 0U) << "operation " << number;
-        EXPECT_EQ(answersOf(asked, ids), this->answers) << "operation " << number;
+        EXPECT_EQ(answersOf(document, ids), answers) << "operation " << number;
     }
 }
 
