@@ -62,7 +62,7 @@ std::string RawServer::Connection::readRequest() {
         return {};
     std::string request = stream_.received.substr(0, size);
     stream_.received.erase(0, size);
-    constexpr std::size_t enough = 100'000;
+    constexpr std::size_t enough = 4'000;
     const std::lock_guard lock(stream_.server.mutex);
     if (stream_.server.received.size() < enough)
         stream_.server.received += request;
@@ -96,6 +96,8 @@ RawServer::RawServer(Serve serve, const Identity* identity)
     : state_(std::make_unique<State>(std::move(serve), identity != nullptr)) {
     if (identity) {
         SSL_CTX_set_max_proto_version(state_->context.native_handle(), identity->maxVersion);
+        // Sessions go on by what the clients keep; a cache of them would grow.
+        SSL_CTX_set_session_cache_mode(state_->context.native_handle(), SSL_SESS_CACHE_OFF);
         state_->context.use_certificate_chain_file(identity->certificate);
         state_->context.use_private_key_file(identity->key, Context::pem);
     }
