@@ -2,172 +2,137 @@
 
 #include <algorithm>
 #include <boost/asio/buffer.hpp>
-#include <boost/asio/io_context.hpp>
-#include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/read_until.hpp>
-#include <boost/asio/ssl.hpp>
 #include <boost/asio/write.hpp>
-#include <condition_variable>
-#include <mutex>
-#include <set>
 #include <sys/socket.h>
-#include <thread>
+#include <utility>
 
 namespace asio = boost::asio;
 using asio::ip::tcp;
 using boost::system::error_code;
 using Context = asio::ssl::context;
 
-struct RawServer::State {
-    State(Serve each, bool secure) : serve(std::move(each)), isSecure(secure) {}
+RawServer::Connection::Connection(tcp::socket socket, RawServer& server)
+    : stream_(std::move(socket), server.context_), server_(server) {
+    stream_.next_layer().set_option(tcp::no_delay(true));
+}
 
-    const Serve serve;
-    const bool isSecure;
-    Context context{Context::tls_server};
-    asio::io_context io;
-    tcp::acceptor acceptor{io};
-    tcp::socket waiting{io};
-    mutable std::mutex mutex;
-    std::condition_variable ended;
-    std::set<Connection::Stream*> streams;
-    std::size_t mostConnections = 0;
-    std::string received;
-};
-
-// What is kept of a connection. Without TLS only the layer below is used.
-struct RawServer::Connection::Stream {
-    Stream(tcp::socket socket, State& owner) : tls(std::move(socket), owner.context), server(owner) {
-        tls.next_layer().set_option(tcp::no_delay(true));
-    }
-
-    // Calls `operation` with the stream to read from and write to.
-    template <class Operation>
-    auto with(Operation operation) {
-        return server.isSecure ? operation(tls) : operation(tls.next_layer());
-    }
-
-    asio::ssl::stream<tcp::socket> tls;
-    State& server;
-    bool isCut = false;
-    bool isReset = false;
-    std::string received;
-};
+template <class Operation>
+auto RawServer::Connection::with(Operation operation) {
+    return server_.isSecure_ ? operation(stream_) : operation(stream_.next_layer());
+}
 
 std::string RawServer::Connection::readRequest() {
     error_code error;
-    const auto buffer = asio::dynamic_buffer(stream_.received);
-    const std::size_t size =
-        stream_.with([&](auto& stream) { return asio::read_until(stream, buffer, "\r\n\r\n", error); });
+    const auto buffer = asio::dynamic_buffer(received_);
+    const std::size_t size = with([&](auto& stream) { return asio::read_until(stream, buffer, "\r\n\r\n", error); });
     if (error)
         return {};
-    std::string request = stream_.received.substr(0, size);
-    stream_.received.erase(0, size);
+    std::string request = received_.substr(0, size);
+    received_.erase(0, size);
     constexpr std::size_t enough = 4'000;
-    const std::lock_guard lock(stream_.server.mutex);
-    if (stream_.server.received.size() < enough)
-        stream_.server.received += request;
+    const std::lock_guard lock(server_.mutex_);
+    if (server_.received_.size() < enough)
+        server_.received_ += request;
     return request;
 }
 
 bool RawServer::Connection::send(std::string_view bytes) {
     error_code error;
-    stream_.with([&](auto& stream) { return asio::write(stream, asio::buffer(bytes), error); });
+    with([&](auto& stream) { return asio::write(stream, asio::buffer(bytes), error); });
     return !error;
 }
 
 void RawServer::Connection::reset() {
-    stream_.tls.next_layer().set_option(asio::socket_base::linger(true, 0));
-    stream_.isReset = true;
+    error_code gone;
+    const std::lock_guard lock(server_.mutex_);
+    stream_.next_layer().set_option(asio::socket_base::linger(true, 0), gone);
+    stream_.next_layer().close(gone);
 }
 
 void RawServer::Connection::cut() {
-    stream_.isCut = true;
+    error_code gone;
+    stream_.next_layer().shutdown(asio::socket_base::shutdown_send, gone);
 }
 
 bool RawServer::Connection::isResumed() {
-    return SSL_session_reused(stream_.tls.native_handle()) == 1;
+    return SSL_session_reused(stream_.native_handle()) == 1;
 }
 
 unsigned RawServer::Connection::port() const {
-    return stream_.tls.next_layer().local_endpoint().port();
+    return server_.port();
 }
 
-RawServer::RawServer(Serve serve, const Identity* identity)
-    : state_(std::make_unique<State>(std::move(serve), identity != nullptr)) {
+RawServer::RawServer(Serve serve, const std::optional<Identity>& identity)
+    : serve_(std::move(serve)), isSecure_(identity.has_value()) {
     if (identity) {
-        SSL_CTX_set_max_proto_version(state_->context.native_handle(), identity->maxVersion);
+        SSL_CTX_set_max_proto_version(context_.native_handle(), identity->maxVersion);
         // Sessions go on by what the clients keep; a cache of them would grow.
-        SSL_CTX_set_session_cache_mode(state_->context.native_handle(), SSL_SESS_CACHE_OFF);
-        state_->context.use_certificate_chain_file(identity->certificate);
-        state_->context.use_private_key_file(identity->key, Context::pem);
+        SSL_CTX_set_session_cache_mode(context_.native_handle(), SSL_SESS_CACHE_OFF);
+        context_.use_certificate_chain_file(identity->certificate);
+        context_.use_private_key_file(identity->key, Context::pem);
     }
-    tcp::acceptor& acceptor = state_->acceptor;
-    acceptor.open(tcp::v4());
-    acceptor.bind({asio::ip::address_v4::loopback(), 0});
-    acceptor.listen(state_->serve ? asio::socket_base::max_listen_connections : 0);
-    if (state_->serve)
+    acceptor_.open(tcp::v4());
+    acceptor_.bind({asio::ip::address_v4::loopback(), 0});
+    acceptor_.listen(serve_ ? asio::socket_base::max_listen_connections : 0);
+    if (serve_)
         thread_ = std::thread([this] { acceptAll(); });
     else
-        state_->waiting.connect(acceptor.local_endpoint());
+        waiting_.connect(acceptor_.local_endpoint());
 }
 
 RawServer::~RawServer() {
-    shutdown(state_->acceptor.native_handle(), SHUT_RDWR);
+    shutdown(acceptor_.native_handle(), SHUT_RDWR);
     if (thread_.joinable())
         thread_.join();
-    std::unique_lock lock(state_->mutex);
-    for (Connection::Stream* stream : state_->streams)
-        shutdown(stream->tls.next_layer().native_handle(), SHUT_RDWR);
-    state_->ended.wait(lock, [this] { return state_->streams.empty(); });
+    std::unique_lock lock(mutex_);
+    for (Connection* connection : connections_)
+        shutdown(connection->stream_.next_layer().native_handle(), SHUT_RDWR);
+    ended_.wait(lock, [this] { return connections_.empty(); });
 }
 
 void RawServer::acceptAll() {
     error_code error;
-    for (tcp::socket socket = state_->acceptor.accept(error); !error; socket = state_->acceptor.accept(error)) {
-        auto stream = std::make_unique<Connection::Stream>(std::move(socket), *state_);
-        const std::lock_guard lock(state_->mutex);
-        state_->streams.insert(stream.get());
-        state_->mostConnections = std::max(state_->mostConnections, state_->streams.size());
-        std::thread([this, stream = std::move(stream)]() mutable { run(std::move(stream)); }).detach();
+    for (tcp::socket socket = acceptor_.accept(error); !error; socket = acceptor_.accept(error)) {
+        std::unique_ptr<Connection> connection(new Connection(std::move(socket), *this));
+        const std::lock_guard lock(mutex_);
+        connections_.insert(connection.get());
+        mostConnections_ = std::max(mostConnections_, connections_.size());
+        std::thread([this, connection = std::move(connection)]() mutable { run(std::move(connection)); }).detach();
     }
 }
 
-void RawServer::run(std::unique_ptr<Connection::Stream> stream) {
+void RawServer::run(std::unique_ptr<Connection> connection) {
     error_code error;
-    if (state_->isSecure)
-        stream->tls.handshake(asio::ssl::stream_base::server, error);
-    if (!error) {
-        Connection connection(*stream);
-        state_->serve(connection);
-    }
-    if (state_->isSecure && !error && !stream->isCut)
-        stream->tls.shutdown(error);
+    if (isSecure_)
+        connection->stream_.handshake(asio::ssl::stream_base::server, error);
+    if (!error)
+        serve_(*connection);
+    if (isSecure_)
+        connection->stream_.shutdown(error);
     // Under the lock to the end: without connections the server may be gone.
-    const std::lock_guard lock(state_->mutex);
-    state_->streams.erase(stream.get());
-    // Its destructor would not let it linger, and so not reset it.
-    if (stream->isReset)
-        stream->tls.next_layer().close(error);
-    stream.reset();
-    state_->ended.notify_all();
+    const std::lock_guard lock(mutex_);
+    connections_.erase(connection.get());
+    connection.reset();
+    ended_.notify_all();
 }
 
 std::string RawServer::url(const std::string& path) const {
-    return (state_->isSecure ? "https://localhost:" : "http://127.0.0.1:") + std::to_string(port()) + path;
+    return (isSecure_ ? "https://localhost:" : "http://127.0.0.1:") + std::to_string(port()) + path;
 }
 
 unsigned RawServer::port() const {
-    return state_->acceptor.local_endpoint().port();
+    return acceptor_.local_endpoint().port();
 }
 
 std::string RawServer::received() const {
-    const std::lock_guard lock(state_->mutex);
-    return state_->received;
+    const std::lock_guard lock(mutex_);
+    return received_;
 }
 
 std::size_t RawServer::mostConnections() const {
-    const std::lock_guard lock(state_->mutex);
-    return state_->mostConnections;
+    const std::lock_guard lock(mutex_);
+    return mostConnections_;
 }
 
 namespace Serving {

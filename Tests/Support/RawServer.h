@@ -1,11 +1,17 @@
 #pragma once
 
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/ssl.hpp>
+#include <condition_variable>
 #include <functional>
 #include <memory>
+#include <mutex>
+#include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <thread>
-#include <utility>
 
 /// A loopback port whose connections get raw bytes, or nothing: also what a well-behaved server can't do. `serve` runs
 /// with each connection on a thread of its own, and the connection is closed after it. Without `serve` nobody accepts,
@@ -20,10 +26,10 @@ public:
         /// False once the client has gone.
         bool send(std::string_view bytes);
 
-        /// Lets the connection end with a reset instead of an orderly close.
+        /// Ends the connection with a reset instead of an orderly close.
         void reset();
 
-        /// Lets a TLS connection end without saying so.
+        /// Ends it in order, but for TLS without a word.
         void cut();
 
         /// Whether TLS has gone on with the session of an earlier connection.
@@ -34,9 +40,15 @@ public:
 
     private:
         friend class RawServer;
-        struct Stream;
-        explicit Connection(Stream& stream) : stream_(stream) {}
-        Stream& stream_;
+        Connection(boost::asio::ip::tcp::socket socket, RawServer& server);
+
+        // Calls `operation` with the stream to read from and write to.
+        template <class Operation>
+        auto with(Operation operation);
+
+        boost::asio::ssl::stream<boost::asio::ip::tcp::socket> stream_; // Without TLS only the layer below is used.
+        RawServer& server_;
+        std::string received_;
     };
 
     /// What the server shows of itself over TLS.
@@ -48,10 +60,8 @@ public:
 
     using Serve = std::function<void(Connection&)>;
 
-    explicit RawServer(Serve serve) : RawServer(std::move(serve), nullptr) {}
-
-    /// One that speaks TLS.
-    RawServer(Serve serve, const Identity& identity) : RawServer(std::move(serve), &identity) {}
+    /// It speaks TLS if it has an identity.
+    explicit RawServer(Serve serve, const std::optional<Identity>& identity = {});
     RawServer(const RawServer&) = delete;
     RawServer& operator=(const RawServer&) = delete;
     ~RawServer();
@@ -68,12 +78,20 @@ public:
     std::size_t mostConnections() const;
 
 private:
-    struct State;
-    RawServer(Serve serve, const Identity* identity);
     void acceptAll();
-    void run(std::unique_ptr<Connection::Stream> stream);
+    void run(std::unique_ptr<Connection> connection);
 
-    const std::unique_ptr<State> state_;
+    const Serve serve_;
+    const bool isSecure_;
+    boost::asio::ssl::context context_{boost::asio::ssl::context::tls_server};
+    boost::asio::io_context io_;
+    boost::asio::ip::tcp::acceptor acceptor_{io_};
+    boost::asio::ip::tcp::socket waiting_{io_};
+    mutable std::mutex mutex_;
+    std::condition_variable ended_;
+    std::set<Connection*> connections_;
+    std::size_t mostConnections_ = 0;
+    std::string received_;
     std::thread thread_;
 };
 
