@@ -2,9 +2,10 @@
 // then "prints" in that order (which may be all "isJSON"), "hides", and says as an "error"; some have a server of their
 // own, as in network.json.
 
-#include "Host/LocalService/LocalService.h"
 #include "Host/ProcessState.h"
+#include "Host/ServiceConnection.h"
 #include "Tests/Support/Cases.h"
+#include "Tests/Support/FailingCalls.h"
 #include "Tests/Support/Network.h"
 
 #include <algorithm>
@@ -47,19 +48,10 @@ Outcome run(const std::string& arguments, const std::string& token) {
     return {WEXITSTATUS(status), takeFile(base + ".out"), takeFile(base + ".err")};
 }
 
-// The parts come in that order.
-void expectParts(const std::string& text, const json& parts) {
-    std::size_t at = 0;
-    for (const std::string part : parts) {
-        at = text.find(part, at);
-        ASSERT_NE(at, std::string::npos) << part << " in " << text;
-    }
-}
-
 // A failure is one line, or as many as there are "errors", and nothing else, unless the row says what is printed.
 void expectOutcome(const Outcome& outcome, const json& row) {
     EXPECT_EQ(outcome.exitStatus, row.at("status")) << outcome.error;
-    expectParts(outcome.output, row.value("prints", json::array()));
+    EXPECT_EQ(missingPart(outcome.output, row.value("prints", std::vector<std::string>())), "") << outcome.output;
     EXPECT_TRUE(!row.contains("isJSON") || json::accept(outcome.output)) << outcome.output;
     for (const std::string part : row.value("hides", json::array()))
         EXPECT_EQ((outcome.output + outcome.error).find(part), std::string::npos) << part;
@@ -84,9 +76,21 @@ TEST(OrvaneProgram, DoesWhatTheCasesSay) {
         boost::replace_all(command, "{secure server}", "https" + server.url("").substr(4));
         boost::replace_all(command, "{server}", server.url(""));
         expectOutcome(run(command, row.value("token", "")), row);
-        expectParts(server.received(), row.value("receives", json::array()));
+        EXPECT_EQ(missingPart(server.received(), row.value("receives", std::vector<std::string>())), "");
         EXPECT_TRUE(!row.contains("receives") || row["receives"].empty() == server.received().empty());
     }
+}
+
+TEST(OrvaneProgram, GetsNoEventsWithoutAConnection) {
+    setenv("ORVANE_TOKEN", "t", 1);
+    OrvaneHost::CommandLine commandLine;
+    commandLine.service = "https://service.example";
+    {
+        const ScopedState scarcity = FailingCalls::scopedThreadsLeft(1);
+        EXPECT_THROW(OrvaneHost::ServiceConnection connection(commandLine), std::runtime_error);
+    }
+    EXPECT_FALSE(Qx::Analytics::setEventSink({})) << "nobody is to be told";
+    unsetenv("ORVANE_TOKEN");
 }
 
 TEST(OrvaneProgram, KeepsItsMemoryFromTheUsersOtherPrograms) {

@@ -11,6 +11,17 @@ nlohmann::json casesOf(const std::string& file) {
     return nlohmann::json::parse(stream);
 }
 
+std::string missingPart(const std::string& text, const std::vector<std::string>& parts) {
+    std::size_t at = 0;
+    for (const std::string& part : parts) {
+        at = text.find(part, at);
+        if (at == std::string::npos)
+            return part;
+        ++at;
+    }
+    return {};
+}
+
 std::string wholeAssembly() {
     return casesOf("assembly.json").at(0).at("json").dump();
 }

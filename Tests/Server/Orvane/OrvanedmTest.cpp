@@ -172,27 +172,27 @@ TEST_F(OrvanedmTest, ACallbackThatThrowsKeepsTheEventFromGoingOutAndLeavesTheCli
 
 TEST_F(OrvanedmTest, NestingTakesNoStack) {
     constexpr std::size_t million = 1'000'000;
+    const auto nested = [](std::size_t levels) { return std::string(levels, '[') + std::string(levels, ']'); };
+    const std::vector<std::pair<std::string, bool>> bodies{{nested(1024), true},
+                                                           {nested(million), false},
+                                                           {std::string(million, '['), false},
+                                                           {R"({"data":)" + nested(1000) + "}", true},
+                                                           {R"({"data":)" + nested(million) + "}", false}};
+    std::function<void()> askForAll = [&] {
+        for (const auto& [body, isJSON] : bodies) {
+            events.tracked.clear();
+            orvanedm.getFullAssemblyStatus("v", keepDocument, "ACTUAL", L"");
+            http->answer(200, body);
+            EXPECT_EQ(success, isJSON) << body.size();
+        }
+    };
     pthread_attr_t small;
     pthread_attr_init(&small);
     pthread_attr_setstacksize(&small, std::size_t{256} << 10);
-    const auto nested = [](std::size_t levels) { return std::string(levels, '[') + std::string(levels, ']'); };
-    for (const auto& [body, isJSON] :
-         std::initializer_list<std::pair<std::string, bool>>{{nested(1024), true},
-                                                             {nested(million), false},
-                                                             {std::string(million, '['), false},
-                                                             {R"({"data":)" + nested(1000) + "}", true},
-                                                             {R"({"data":)" + nested(million) + "}", false}}) {
-        orvanedm.getFullAssemblyStatus("v", keepDocument, "ACTUAL", L"");
-        std::function<void()> answer = [&, &text = body] { http->answer(200, text); };
-        const auto run = [](void* function) -> void* {
-            return (*static_cast<std::function<void()>*>(function))(), nullptr;
-        };
-        pthread_t thread{};
-        events.tracked.clear();
-        ASSERT_EQ(pthread_create(&thread, &small, run, &answer), 0);
-        pthread_join(thread, nullptr);
-        EXPECT_EQ(success, isJSON) << body.size();
-    }
+    const auto run = [](void* function) -> void* { return (*static_cast<decltype(&askForAll)>(function))(), nullptr; };
+    pthread_t thread{};
+    ASSERT_EQ(pthread_create(&thread, &small, run, &askForAll), 0);
+    pthread_join(thread, nullptr);
     pthread_attr_destroy(&small);
 }
 

@@ -97,11 +97,9 @@ TEST(ProjectData, SettersReplaceOneFieldEach) {
         changed(whole, change);
 }
 
-TEST(FilesData, SettingTheParentsTypeLeavesItsId) {
-    FilesData file(JSONNode(R"({"type":"files","parent":{"type":"folders","id":"p"}})"));
-    file.setParentType(ContainerType::PROJECT);
-    EXPECT_EQ(file.getParentType(), ContainerType::PROJECT);
-    EXPECT_EQ(file.getParentId(), "p");
+TEST(FilesData, SetterReplacesTheParentsType) {
+    const FilesData file(JSONNode(R"({"type":"files","parent":{"type":"folders","id":"p"}})"));
+    changed(file, {"parentType", "PROJECT", [](FilesData& made) { made.setParentType(ContainerType::PROJECT); }});
 }
 
 TEST(FolderData, SettersReplaceOneFieldEachAndEqualityLooksAtSeven) {
@@ -137,13 +135,11 @@ TEST(FolderData, AssignmentLeavesTheTargetsLinkAndMembership) {
     EXPECT_EQ(describe(target), expected);
 }
 
-const std::string folderId = "urn:vrnk.dorlqa:fs.folder:folderA";
-const std::string projectId = "1234567890123456";
 const JSONNode root(wholeAssembly());
 
 template <class Document>
 Json allAnswers(const Document& document) {
-    return answersOf(document, {folderId, projectId});
+    return answersOf(document, wholeAssemblyIds);
 }
 
 TEST(FullAssemblyData, MovingCopiesAndSlicingTakesTheBase) {
@@ -164,7 +160,7 @@ TEST(FullAssemblyDataV3, CopiesShareRelationshipsButNotProjects) {
     FullAssemblyDataV3 copy;
     copy = source;
     EXPECT_EQ(copy.getAllRelationships(), source.getAllRelationships());
-    EXPECT_NE(copy.getProject(projectId), source.getProject(projectId));
+    EXPECT_NE(copy.getProject(wholeAssemblyIds.back()), source.getProject(wholeAssemblyIds.back()));
 }
 
 // Each file's project was once searched among all: an answer of 11 MB kept the query busy for 42 seconds.
