@@ -29,7 +29,7 @@ public:
         /// Ends the connection with a reset instead of an orderly close.
         void reset();
 
-        /// Ends it in order, but for TLS without a word.
+        /// Ends it in order, but over TLS without the notification that belongs to it.
         void cut();
 
         /// Whether TLS has gone on with the session of an earlier connection.

@@ -105,6 +105,18 @@ TEST_P(CurlHTTPClientInBothTypes, BatchThatThrowsStillRunsAllItsCompletions) {
     EXPECT_EQ(completions, 3);
 }
 
+TEST_P(CurlHTTPClientInBothTypes, RefusesAtOnceWhateverElseWaits) {
+    const RawServer silent(Serving::silently);
+    CurlHTTPClientSettings one = settings();
+    one.maxConnections = 1;
+    CurlHTTPClient client(one);
+    HTTPRequest stalled = makeRequest(silent.url("/"), Type::CLIENT_THREAD);
+    client.queueRequest(stalled);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(send(client, make("ftp://127.0.0.1/")).getFailureKind(), HTTPResponse::FailureKind::NOT_ALLOWED);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 1s);
+}
+
 TEST_P(CurlHTTPClientInBothTypes, CompletionsMayQueueAChainAndABatch) {
     const RawServer server(Serving::well);
     CurlHTTPClient client(settings());

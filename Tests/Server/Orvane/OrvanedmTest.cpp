@@ -110,12 +110,14 @@ TEST_F(OrvanedmTest, BaseUrisAreReadAnewAndEmptyWhereUnset) {
     EXPECT_EQ(Qx::Orvanedm::baseOrvanedmUri(), "https://first/orvanedm");
     EXPECT_EQ(Qx::Orvanedm::baseOrvanedmUri_V3(), "https://third");
     EXPECT_EQ(Qx::Orvanedm::baseOrvanedmUri("none") + Qx::Orvanedm::baseOrvanedmUri_V3("none"), "");
-    Qx::ApplicationOptions::get("set")->set(L"orvaneServiceUrl", L"https://moved");
+    const auto options = Qx::ApplicationOptions::get("set");
+    options->set(L"orvaneServiceUrl", L"https://moved");
     EXPECT_EQ(Qx::Orvanedm::baseOrvanedmUri(), "https://moved");
-    std::wstring value = L"as it was";
-    Qx::ApplicationOptions::get("set")->unset(L"orvaneServiceUrl");
-    EXPECT_FALSE(Qx::ApplicationOptions::get("set")->tryGet(L"orvaneServiceUrl", value));
-    EXPECT_EQ(value, L"as it was");
+    std::wstring value;
+    EXPECT_TRUE(options->tryGet(L"orvaneServiceUrl", value));
+    options->unset(L"orvaneServiceUrl");
+    EXPECT_FALSE(options->tryGet(L"orvaneServiceUrl", value));
+    EXPECT_EQ(value, L"https://moved") << "what is not set leaves it alone";
 }
 
 TEST_F(OrvanedmTest, RequestsSayWhereTheyWereFormed) {
