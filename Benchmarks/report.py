@@ -4,7 +4,13 @@ import sys
 
 import results
 
-READERS = {"library": "(a) library", "parse": "(b) parse only", "hand": "(c) by hand", "nlohmann": "(d) nlohmann"}
+READERS = {
+    "library": "(a) library",
+    "parse": "(b) parse only",
+    "hand": "(c) by hand",
+    "nlohmann": "(d) nlohmann",
+    "odd": "(e) library, odd titles",
+}
 
 
 def print_rows(title, header, rows):

@@ -2,6 +2,7 @@
 // do so, and COUNT inputs made of them. The files of Tests/Cases give an input for each case.
 
 #include "Fuzz/Mutation.h"
+#include "Tests/Support/Cases.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -39,6 +40,8 @@ void addInputs(const std::filesystem::path& file, std::vector<std::string>& inpu
             inputs.push_back(bodyOf(tested["json"]).dump());
         else if (tested.contains("text"))
             inputs.push_back(tested["text"]);
+        else if (tested.contains("bytes"))
+            inputs.push_back(bytesOf(tested["bytes"]));
     }
 }
 

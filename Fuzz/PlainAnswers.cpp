@@ -4,6 +4,8 @@
 #include "Benchmarks/Readers.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <string_view>
 
 namespace OrvaneFuzz {
 
@@ -126,6 +128,49 @@ std::string projectTypeOf(const PlainAssembly& assembly) {
     return project ? project->communityType : "UNKNOWN";
 }
 
+// Whether the parser knows the number, but can't hold it as it is.
+bool isBeyondRange(const std::string& number) {
+    try {
+        const bool isInteger = number.find_first_of(".eE") == std::string::npos;
+        return Json::parse(number).is_number_float() && isInteger;
+    } catch (const Json::out_of_range&) {
+        return true;
+    } catch (const Json::parse_error&) {
+        return false;
+    }
+}
+
+unsigned long escapedUnit(std::string_view text) {
+    return text.starts_with("\\u") ? std::strtoul(std::string(text.substr(2, 4)).c_str(), nullptr, 16) : 0;
+}
+
+// The body in words that the parser takes: U+FFFD for what is no text, and strings of digits for numbers beyond range.
+std::string withoutOddValues(const std::string& body) {
+    const std::string text = Qx::ToHString(Qx::ToIString(body));
+    std::string plain;
+    bool isInString = false;
+    for (std::string_view rest = text; !rest.empty();) {
+        std::size_t taken = 1;
+        std::string piece;
+        if (isInString && rest.front() == '\\') {
+            const unsigned long unit = escapedUnit(rest);
+            const bool isHalf = unit >= 0xD800 && unit < 0xE000;
+            const bool isPair = isHalf && unit < 0xDC00 && (escapedUnit(rest.substr(6)) & ~0x3FFUL) == 0xDC00;
+            taken = isPair ? 12 : isHalf ? 6 : 2;
+            piece = isHalf && !isPair ? "\uFFFD" : "";
+        } else if (rest.front() == '"') {
+            isInString = !isInString;
+        } else if (!isInString && std::string_view("-0123456789").find(rest.front()) != std::string_view::npos) {
+            taken = std::min(rest.find_first_not_of("+-.0123456789eE"), rest.size());
+            const std::string number(rest.substr(0, taken));
+            piece = isBeyondRange(number) ? '"' + number + '"' : "";
+        }
+        plain += piece.empty() ? rest.substr(0, taken) : piece;
+        rest.remove_prefix(std::min(taken, rest.size()));
+    }
+    return plain;
+}
+
 // The parser keeps the last of a key that comes twice; the first counts.
 Json parse(const std::string& body) {
     std::map<int, std::set<std::string>> keysAtDepth;
@@ -134,7 +179,7 @@ Json parse(const std::string& body) {
             keysAtDepth[depth + 1].clear();
         return event != Json::parse_event_t::key || keysAtDepth[depth].insert(parsed.get<std::string>()).second;
     };
-    return Json::parse(body, keepFirst, false);
+    return Json::parse(withoutOddValues(body), keepFirst, false);
 }
 
 } // namespace

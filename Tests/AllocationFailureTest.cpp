@@ -40,8 +40,10 @@ const Qx::JSONNode& root() {
 
 // Room for a long text is made ahead of the parser, and may be missing too.
 TEST(JSONNodeWithoutMemory, IsNotMade) {
-    for (const std::size_t size : {std::size_t{1000}, std::size_t{5'000'000}}) {
-        const std::string text = '"' + std::string(size, 'x') + '"';
+    for (const auto& [odd, size] :
+         {std::pair("", std::size_t{1000}), std::pair("1e999,\"\\ud83d\",", std::size_t{1000}),
+          std::pair("1e999,\"\\ud83d\",", std::size_t{5'000'000})}) {
+        const std::string text = '[' + std::string(odd) + '"' + std::string(size, 'x') + "\"]";
         EXPECT_GT(expectThrownEachTime([&] { const Qx::JSONNode node(text); }), 3U);
         const auto parse = [&] {
             Qx::JSONNode node("[]");

@@ -1,6 +1,6 @@
 // Runs Tests/Cases. Each case says in a sentence what it "shows", holds what is read (a value under "json", its text
-// under "text", or a URL with what is added to it), and names the "answers" that matter to it, by the class that gives
-// them. Of a record or an event only the fields that a case names count; any other answer is compared whole.
+// under "text" or "bytes", or a URL with what is added to it), and names the "answers" that matter to it, by the class
+// that gives them. Of a record or an event only the fields that a case names count; any other answer is compared whole.
 
 #include "Tests/Support/Cases.h"
 #include "Base/QxBaseCore10/JSONNode.h"
@@ -34,8 +34,14 @@ std::vector<std::string> idsIn(const Json& expected) {
     return {ids.begin(), ids.end()};
 }
 
+std::string textOf(const Json& tested) {
+    if (tested.contains("json"))
+        return tested["json"].dump();
+    return tested.contains("bytes") ? bytesOf(tested["bytes"]) : tested.at("text").get<std::string>();
+}
+
 Qx::JSONNode nodeOf(const Json& tested) {
-    return Qx::JSONNode(tested.contains("text") ? tested["text"].get<std::string>() : tested.at("json").dump());
+    return Qx::JSONNode(textOf(tested));
 }
 
 template <class Document>
@@ -77,7 +83,7 @@ Json askValue(const Json& tested, const Json&) {
 Json askNode(const Json& tested, const Json&) {
     Qx::JSONNode node("[]");
     Qx::Status status;
-    const bool isParsed = Qx::JSONNode::parse(tested.at("text").get<std::string>(), 0, node, status);
+    const bool isParsed = Qx::JSONNode::parse(textOf(tested), 0, node, status);
     EXPECT_EQ(isParsed, status.isOk());
     Json elements = Json::array();
     for (const Qx::JSONRef& element : node)

@@ -1,6 +1,7 @@
 #include "Base/QxBaseCore10/JSONNode.h"
 
 #include "Base/QxBaseCore10/Detail/JSONElement.h"
+#include "Base/QxBaseCore10/Detail/JSONMending.h"
 #include "Base/QxBaseCore10/Detail/LargePages.h"
 #include "Base/QxBaseCore10/Status.h"
 
@@ -52,13 +53,7 @@ struct Parsed {
     std::size_t root = 0;
 };
 
-Parsed parseText(std::string_view text, std::size_t spareBytes) {
-    const std::string_view json = withoutByteOrderMark(text);
-    if (json.empty())
-        return {simdjson::EMPTY, nullptr, 0};
-    // A parser that skips a mark itself would take a text with two.
-    if (json.starts_with(byteOrderMark))
-        return {simdjson::TAPE_ERROR, nullptr, 0};
+Parsed parseAsItIs(std::string_view json, std::size_t spareBytes) {
     auto document = std::make_shared<SharedDocument>();
     simdjson::dom::parser parser;
     if (const simdjson::error_code error = makeRoom(json.size(), parser, *document))
@@ -68,6 +63,26 @@ Parsed parseText(std::string_view text, std::size_t spareBytes) {
     if (root.error() != simdjson::SUCCESS)
         return {root.error(), nullptr, 0};
     return {simdjson::SUCCESS, std::move(document), Detail::toPlace(root.value_unsafe()).index};
+}
+
+Parsed parseText(std::string_view text, std::size_t spareBytes) {
+    const std::string_view json = withoutByteOrderMark(text);
+    if (json.empty())
+        return {simdjson::EMPTY, nullptr, 0};
+    // A parser that skips a mark itself would take a text with two.
+    if (json.starts_with(byteOrderMark))
+        return {simdjson::TAPE_ERROR, nullptr, 0};
+    Parsed parsed = parseAsItIs(json, spareBytes);
+    switch (parsed.error) {
+    case simdjson::NUMBER_ERROR:
+    case simdjson::STRING_ERROR:
+    case simdjson::UTF8_ERROR: {
+        const std::string mended = Detail::mendJSON(json);
+        return parseAsItIs(mended, mended.capacity() - mended.size());
+    }
+    default:
+        return parsed;
+    }
 }
 
 using Member = simdjson::dom::object::iterator;

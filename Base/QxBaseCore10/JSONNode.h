@@ -31,9 +31,12 @@ public:
     JSONNode() = default;
 
     /// Parses UTF-8 text, with or without a byte order mark. Text that is not JSON (nested deeper than 1024 levels, the
-    /// innermost value counted, with an integer beyond 64 bits, invalid UTF-8, a lone surrogate or anything behind the
-    /// value included) gives the null node; where there is no memory for it, `std::bad_alloc` comes out. Linear in the
-    /// length of the text.
+    /// innermost value counted, or with anything behind the value included) gives the null node; where there is no
+    /// memory for it, `std::bad_alloc` comes out. Linear in the length of the text.
+    ///
+    /// An odd value does not cost the others. In strings and keys an escaped surrogate without its other half, and each
+    /// byte that is no part of UTF-8, become U+FFFD. A number that neither 64 bits nor a double hold becomes a string
+    /// of its digits as they came. A text with such a value is parsed from a changed copy, which takes longer.
     explicit JSONNode(const std::string& text);
 
     /// The value that `ref` refers to. It outlives the reference and the node that gave it.

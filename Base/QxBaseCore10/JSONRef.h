@@ -21,10 +21,10 @@ public:
     /// True for an explicit null, and for a reference that leads nowhere.
     bool isNull() const;
 
-    /// Writes the value into `destination` and gives true. A string gives its text, a boolean "true" or
-    /// "false", an integer its decimal digits, any other number the shortest text that reads back as the
-    /// same number. For anything else, null included, the destination stays as it was and the result is
-    /// false. The wide form converts as `ToIString` does.
+    /// Writes the value into `destination` and returns true. A string gives its text, a boolean "true" or "false", an
+    /// integer its decimal digits, any other number the shortest text that reads back as the same number; a number that
+    /// neither 64 bits nor a double can hold gives its digits as they came. For anything else, null included, the
+    /// destination stays as it was and the result is false. The wide form converts as `ToIString` does.
     bool get(std::string& destination) const;
     bool get(std::wstring& destination) const;
 

@@ -1,7 +1,9 @@
 #include "Base/QxBaseCore10/Strings.h"
 
+#include "Base/QxBaseCore10/Detail/Decoding.h"
+
 #include <algorithm>
-#include <boost/nowide/utf/convert.hpp>
+#include <iterator>
 #include <type_traits>
 
 namespace Qx {
@@ -16,7 +18,12 @@ std::basic_string<To> convert(std::basic_string_view<From> text) {
     });
     if (isAscii)
         return std::basic_string<To>(text.begin(), text.end());
-    return boost::nowide::utf::convert_string<To>(text.data(), text.data() + text.size());
+    std::basic_string<To> converted;
+    converted.reserve(text.size());
+    const From* const end = text.data() + text.size();
+    for (const From* next = text.data(); next != end;)
+        boost::nowide::utf::utf_traits<To>::encode(Detail::decodeNext(next, end), std::back_inserter(converted));
+    return converted;
 }
 
 } // namespace

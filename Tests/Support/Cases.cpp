@@ -1,5 +1,7 @@
 #include "Tests/Support/Cases.h"
 
+#include "Base/QxBaseCore10/Strings.h"
+
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
@@ -9,6 +11,13 @@ nlohmann::json casesOf(const std::string& file) {
     if (!stream)
         throw std::runtime_error("there is no file " + file + " in Tests/Cases");
     return nlohmann::json::parse(stream);
+}
+
+std::string bytesOf(const nlohmann::json& text) {
+    std::string bytes;
+    for (const wchar_t character : Qx::ToIString(text.get<std::string>()))
+        bytes += static_cast<char>(character);
+    return bytes;
 }
 
 std::string missingPart(const std::string& text, const std::vector<std::string>& parts) {

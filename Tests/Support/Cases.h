@@ -7,6 +7,9 @@
 /// The JSON of a file in Tests/Cases.
 nlohmann::json casesOf(const std::string& file);
 
+/// The bytes of a text whose characters stand for one each.
+std::string bytesOf(const nlohmann::json& text);
+
 /// The first of `parts` that doesn't begin in `text` after the one before it; empty if they all come in that order.
 std::string missingPart(const std::string& text, const std::vector<std::string>& parts);
 

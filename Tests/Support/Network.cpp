@@ -1,6 +1,6 @@
 #include "Tests/Support/Network.h"
 
-#include "Base/QxBaseCore10/Strings.h"
+#include "Tests/Support/Cases.h"
 
 #include <atomic>
 #include <boost/algorithm/string/replace.hpp>
@@ -19,7 +19,7 @@ using Connection = RawServer::Connection;
 void sendAgain(Connection& connection, const json& row, std::chrono::milliseconds pause) {
     std::string again;
     for (int times = row.value("times", 1); times > 0; --times)
-        again += Network::bytesOf(row["again"]);
+        again += bytesOf(row["again"]);
     while (connection.send(again))
         std::this_thread::sleep_for(pause);
 }
@@ -27,7 +27,7 @@ void sendAgain(Connection& connection, const json& row, std::chrono::millisecond
 // What the request of that number gets.
 std::string bytesFor(const json& row, std::size_t request, unsigned port, unsigned otherPort) {
     const json sends = row.value("sends", json(""));
-    std::string bytes = Network::bytesOf(sends.is_array() ? sends.at(request % sends.size()) : sends);
+    std::string bytes = bytesOf(sends.is_array() ? sends.at(request % sends.size()) : sends);
     boost::replace_all(bytes, "{port}", std::to_string(port));
     boost::replace_all(bytes, "{other}", std::to_string(otherPort));
     return bytes + std::string(row.value("fillMiB", std::size_t{0}) << 20, 'x');
@@ -44,7 +44,7 @@ void respond(const json& row, Connection& connection, std::atomic<std::size_t>& 
         connection.send(bytes);
         if (row.contains("late")) {
             std::this_thread::sleep_for(std::chrono::milliseconds(20));
-            connection.send(Network::bytesOf(row["late"]));
+            connection.send(bytesOf(row["late"]));
         }
     } while (row.contains("always") && !bytes.empty() && !connection.readRequest().empty());
     if (row.contains("again"))
@@ -63,13 +63,6 @@ const int permissive = setenv("OPENSSL_CONF", TEST_SOURCES "/Support/permissive-
 } // namespace
 
 namespace Network {
-
-std::string bytesOf(const json& text) {
-    std::string bytes;
-    for (const wchar_t character : Qx::ToIString(text.get<std::string>()))
-        bytes += static_cast<char>(character);
-    return bytes;
-}
 
 RawServer serve(const json& row, unsigned otherPort) {
     if (!row.value("accepts", true))

@@ -11,9 +11,6 @@
 /// "always" kept for another request, for as long as there is something to send.
 namespace Network {
 
-/// The bytes of a text whose characters stand for one each.
-std::string bytesOf(const nlohmann::json& text);
-
 /// A server that meets each request as the row says. In what it sends, "{port}" is its own port, "{other}" another.
 RawServer serve(const nlohmann::json& row, unsigned otherPort = 0);
 

@@ -30,7 +30,18 @@ TEST(JSONNode, TakesTextOfManyMegabytesAndLevelsButNoMoreThan1024) {
     EXPECT_FALSE(parses("{\"a\":\"" + filler));
     EXPECT_TRUE(parses(nested(1024)) && parses(nested(1023, "1")));
     EXPECT_FALSE(parses(nested(1025)) || parses(nested(1024, "1")) || parses(nested(1'000'000)));
-    EXPECT_FALSE(parses("\"a\xFF\""));
+}
+
+TEST(JSONNode, RefusesWhatIsNoJSONBesideWhatIsOnlyOdd) {
+    for (const char* text : {"[01e999]",         "[-]",         "[1.2.3e999]",  "[1.e999]",
+                             "[1e999 1]",        "[1e999\"\"]", "{1e999:1}",    "{1e999 :1}",
+                             "[tru1e999]",       "[1e999\xE5]", "[1e999,]",     "[\xFF]",
+                             "[\"\\\xFF\"]",     "[tru\xE9]",   "[\"\xFF\n\"]", "[\"\xFF]",
+                             "\"\xFF\" \"\"",    "[\"\\ud83d]", "[\"\\ud83\"]", "[\"\\ud83d\\u12g4\"]",
+                             "[\"\\ud83d\\x\"]", "\"\\ud83d",   "\"\\ud83d\\",  "\xFF\xFE[\0\"\0\xE9\0\"\0]\0"})
+        EXPECT_FALSE(parses(text) || parses(std::string("[1e999,") + text + ']')) << text;
+    EXPECT_TRUE(parses(nested(1023, "1e999")) && parses(nested(1023, "\"\xFF\"")));
+    EXPECT_FALSE(parses(nested(1024, "1e999")) || parses(nested(1024, "\"\xFF\"")));
 }
 
 TEST(JSONNode, FindsEachKeyWhateverItFoundBefore) {

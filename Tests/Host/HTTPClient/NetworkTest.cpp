@@ -54,7 +54,7 @@ HTTPRequest requestOf(const json& row, const std::string& url, Type type, const 
     HTTPRequest request = makeRequest(url, type, callback);
     if (row.value("method", "GET") == "POST")
         request.setMethod(HTTPRequest::Method::POST);
-    request.setURL(Network::bytesOf(row.value("url", url + row.value("path", ""))));
+    request.setURL(bytesOf(row.value("url", url + row.value("path", ""))));
     if (row.contains("secure"))
         request.setURL("https" + request.getURL().substr(4));
     if (row.contains("header"))

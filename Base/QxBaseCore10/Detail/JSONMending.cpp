@@ -1,0 +1,146 @@
+#include "Base/QxBaseCore10/Detail/JSONMending.h"
+
+#include "Base/QxBaseCore10/Detail/Decoding.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <new>
+#include <simdjson.h>
+
+namespace Qx::Detail {
+
+namespace {
+
+using UTF16 = boost::nowide::utf::utf_traits<char16_t>;
+
+constexpr std::string_view replacement = "\xEF\xBF\xBD"; // U+FFFD
+constexpr std::size_t escapeSize = 6;                    // \uD800
+
+// Takes up to `most` of such characters off the front, and tells whether there were any.
+bool take(std::string_view& text, std::string_view characters, std::size_t most = std::string_view::npos) {
+    const std::size_t count = std::min({text.find_first_not_of(characters), text.size(), most});
+    text.remove_prefix(count);
+    return count > 0;
+}
+
+// Whether JSON's grammar knows it as a number.
+bool isNumber(std::string_view text) {
+    constexpr std::string_view digits = "0123456789";
+    take(text, "-", 1);
+    const bool hasInteger = take(text, "0", 1) || take(text, digits);
+    const bool hasFraction = !take(text, ".", 1) || take(text, digits);
+    const bool hasExponent = !take(text, "eE", 1) || (take(text, "+-", 1), take(text, digits));
+    return hasInteger && hasFraction && hasExponent && text.empty();
+}
+
+class Mender {
+public:
+    explicit Mender(std::string_view text) : text_(text) {
+        mended_.reserve(text.size() + text.size() / 8 + simdjson::SIMDJSON_PADDING);
+    }
+
+    std::string mend() {
+        while (at_ < text_.size()) {
+            const char first = text_[at_];
+            if (first == '"')
+                mendString();
+            else if (first == '-' || (first >= '0' && first <= '9'))
+                mendNumber();
+            else
+                ++at_;
+        }
+        mended_.append(text_, taken_);
+        return std::move(mended_);
+    }
+
+private:
+    void mendString() {
+        ++at_;
+        while (at_ < text_.size() && text_[at_] != '"') {
+            if (text_[at_] == '\\')
+                mendEscape();
+            else if (static_cast<unsigned char>(text_[at_]) < 0x80)
+                ++at_;
+            else
+                mendCharacter();
+        }
+        ++at_;
+    }
+
+    void mendEscape() {
+        const std::uint16_t unit = escapedUnit(at_);
+        if (UTF16::is_first_surrogate(unit) && UTF16::is_second_surrogate(escapedUnit(at_ + escapeSize)))
+            at_ += 2 * escapeSize;
+        else if (!UTF16::is_single_codepoint(unit))
+            replace(escapeSize, replacement);
+        else
+            at_ += 2; // What is escaped may be a quote.
+    }
+
+    void mendCharacter() {
+        const char* next = text_.data() + at_;
+        decodeNext(next, text_.data() + text_.size());
+        const auto size = static_cast<std::size_t>(next - text_.data()) - at_;
+        if (size == 1) // A character beyond ASCII takes more.
+            replace(size, replacement);
+        else
+            at_ += size;
+    }
+
+    void mendNumber() {
+        const std::size_t end = std::min(text_.find_first_not_of("+-.0123456789eE", at_), text_.size());
+        const std::string_view number = text_.substr(at_, end - at_);
+        if (isRefused(number) && endsValue(end))
+            replace(number.size(), '"' + std::string(number) + '"');
+        else
+            at_ = end;
+    }
+
+    // The parser itself says which numbers it takes; most are plainly among them.
+    bool isRefused(std::string_view number) {
+        constexpr std::size_t fewDigits = 18;
+        if ((number.size() <= fewDigits && number.find_first_of("eE") == std::string_view::npos) || !isNumber(number))
+            return false;
+        const simdjson::error_code error = parser_.parse(number.data(), number.size()).error();
+        if (error == simdjson::MEMALLOC)
+            throw std::bad_alloc();
+        return error != simdjson::SUCCESS;
+    }
+
+    // Where a number may not stand, as before a colon, a string in its place might.
+    bool endsValue(std::size_t end) const {
+        const std::size_t next = text_.find_first_not_of(" \t\n\r", end);
+        return next == std::string_view::npos || std::string_view(",]}").find(text_[next]) != std::string_view::npos;
+    }
+
+    // The UTF-16 unit that is escaped there; 0 if there is none.
+    std::uint16_t escapedUnit(std::size_t at) const {
+        std::uint16_t unit = 0;
+        if (at + escapeSize > text_.size() || text_.substr(at, 2) != "\\u")
+            return unit;
+        const char* const end = text_.data() + at + escapeSize;
+        return std::from_chars(text_.data() + at + 2, end, unit, 16).ptr == end ? unit : std::uint16_t{0};
+    }
+
+    void replace(std::size_t size, std::string_view with) {
+        mended_.append(text_, taken_, at_ - taken_);
+        mended_ += with;
+        at_ += size;
+        taken_ = at_;
+    }
+
+    const std::string_view text_;
+    std::size_t at_ = 0;
+    std::size_t taken_ = 0; // What stands before is in `mended_`.
+    std::string mended_;
+    simdjson::dom::parser parser_;
+};
+
+} // namespace
+
+std::string mendJSON(std::string_view text) {
+    return Mender(text).mend();
+}
+
+} // namespace Qx::Detail
