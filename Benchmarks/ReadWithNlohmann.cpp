@@ -4,7 +4,8 @@
 
 #include <array>
 #include <charconv>
-#include <limits>
+#include <cstdint>
+#include <utility>
 
 namespace OrvaneBenchmarks {
 
@@ -47,8 +48,10 @@ bool flagUnder(const Json& object, const char* key) {
 
 std::int32_t countUnder(const Json& object, const char* key) {
     const Json& value = under(object, key);
-    using Limits = std::numeric_limits<std::int32_t>;
-    const bool isCount = value.is_number_integer() && value >= Limits::min() && value <= Limits::max();
+    // Compared with a number, a large one would count as negative.
+    const bool isCount = value.is_number_unsigned()
+                             ? std::in_range<std::int32_t>(value.get<std::uint64_t>())
+                             : value.is_number_integer() && std::in_range<std::int32_t>(value.get<std::int64_t>());
     return isCount ? value.get<std::int32_t>() : 0;
 }
 
