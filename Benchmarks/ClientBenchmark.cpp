@@ -1,5 +1,5 @@
 #include "Benchmarks/BenchmarkServer.h"
-#include "Host/HTTPClient/CurlHTTPClient.h"
+#include "HTTPClient/CurlHTTPClient.h"
 
 #include <benchmark/benchmark.h>
 #include <boost/assert/source_location.hpp>
@@ -59,7 +59,7 @@ void oneAfterAnotherBare(benchmark::State& state) {
 }
 
 void oneAfterAnother(benchmark::State& state) {
-    OrvaneHost::CurlHTTPClient client({});
+    Qx::CurlHTTPClient client({});
     bool succeeded = false;
     HTTPRequest request = makeRequest(server().smallAddress(), HTTPRequest::ExecutionType::CALLING_THREAD,
                                       [&](const Qx::HTTPResponse& response) { succeeded = response.isSuccessful(); });
@@ -72,7 +72,7 @@ void oneAfterAnother(benchmark::State& state) {
 
 void thousandAtOnce(benchmark::State& state) {
     constexpr std::ptrdiff_t count = 1'000;
-    OrvaneHost::CurlHTTPClient client({});
+    Qx::CurlHTTPClient client({});
     for ([[maybe_unused]] const auto& iteration : state) {
         std::latch unanswered(count);
         HTTPRequest request = makeRequest(server().smallAddress(), HTTPRequest::ExecutionType::CLIENT_THREAD,
@@ -88,7 +88,7 @@ void thousandAtOnce(benchmark::State& state) {
 }
 
 // From the moment at which the server sends the last bytes to the callback.
-std::chrono::duration<double> timeToCallback(OrvaneHost::CurlHTTPClient& client) {
+std::chrono::duration<double> timeToCallback(Qx::CurlHTTPClient& client) {
     std::chrono::nanoseconds time{};
     HTTPRequest request = makeRequest(
         server().largeAddress(), HTTPRequest::ExecutionType::CALLING_THREAD, [&](const Qx::HTTPResponse& response) {
@@ -103,7 +103,7 @@ std::chrono::duration<double> timeToCallback(OrvaneHost::CurlHTTPClient& client)
 }
 
 void lastByteToCallback(benchmark::State& state) {
-    OrvaneHost::CurlHTTPClient client({});
+    Qx::CurlHTTPClient client({});
     for ([[maybe_unused]] const auto& iteration : state)
         state.SetIterationTime(timeToCallback(client).count());
 }

@@ -19,10 +19,10 @@ CLI::App* addCommand(CLI::App& app, CommandLine& commandLine, Command command, c
 
 void addRequestOptions(CLI::App& command, CommandLine& commandLine) {
     command.add_option("--service", commandLine.service,
-                       "Base address of the service; without it the local service inside this program");
+                       "Base URL of the service; without it the local service inside this program");
     command
         .add_option("--v3-service", commandLine.v3Service,
-                    "Base address of the V3 service; without it that of the service with \"/v3\" behind it")
+                    "Base URL of the V3 service; without it that of the service with \"/v3\" after it")
         ->needs("--service");
     command.add_option("--token-file", commandLine.tokenFile,
                        "File that holds the bearer token; without it the environment variable ORVANE_TOKEN");

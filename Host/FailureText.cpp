@@ -15,13 +15,14 @@ std::string explainTransportFailure(const Qx::HTTPResponse& response, const std:
                                     const CommandLine& commandLine) {
     const std::string& reason = response.getReason();
     switch (response.getFailureKind()) {
-    case FailureKind::NOT_ALLOWED:
+    case FailureKind::REFUSED:
         // Not shown: what is wrong with it may be a password.
         if (Orvane::FolderContentLink::isOrvaneFolderContentLink(urn))
-            return fmt::format("the request for a link was {}; check it, or, to send your token to its host on "
-                               "purpose, name that host with --service",
-                               reason);
-        return fmt::format("the request for {} was {}; check --service", urn, reason);
+            return fmt::format(
+                "the request for a link was refused: {}; check it, or, to send your token to its host on "
+                "purpose, name that host with --service",
+                reason);
+        return fmt::format("the request for {} was refused: {}; check --service", urn, reason);
     case FailureKind::TLS:
         return fmt::format("no secure connection for {}: {}; check --service, the time of this machine, and which "
                            "certificates it trusts",
@@ -32,12 +33,13 @@ std::string explainTransportFailure(const Qx::HTTPResponse& response, const std:
     case FailureKind::TOO_LARGE:
         return fmt::format("the answer for {} is too large: {}; allow more with --max-size (now {} MiB)", urn, reason,
                            commandLine.maxSizeInMiB);
-    case FailureKind::MALFORMED:
+    case FailureKind::MALFORMED_RESPONSE:
         return fmt::format("no proper answer for {}: {}; check --service, and any proxy between", urn, reason);
     case FailureKind::OUT_OF_MEMORY:
         return fmt::format("no memory for the answer for {}; close other programs, or give this one more", urn);
     case FailureKind::NONE:
     case FailureKind::NETWORK:
+    case FailureKind::CANCELLED:
     case FailureKind::CLOSED:
         break;
     }

@@ -3,7 +3,7 @@
 #include "Base/QxBaseCore10/ApplicationOptions.h"
 #include "Base/QxBaseCore10/CloudBrowser.h"
 #include "Base/QxBaseCore10/Strings.h"
-#include "Host/HTTPClient/CurlHTTPClient.h"
+#include "HTTPClient/CurlHTTPClient.h"
 
 #include <cstdlib>
 #include <fmt/format.h>
@@ -18,11 +18,11 @@ namespace {
 
 constexpr const char* optionsName = "orvane";
 
-// Paths, which begin with "/", go directly behind an address.
-std::string withoutSlashAtEnd(std::string address) {
-    while (address.ends_with('/'))
-        address.pop_back();
-    return address;
+// Paths, which begin with "/", go directly after a base URL.
+std::string withoutSlashAtEnd(std::string url) {
+    while (url.ends_with('/'))
+        url.pop_back();
+    return url;
 }
 
 std::string tokenFor(const CommandLine& commandLine) {
@@ -34,18 +34,18 @@ std::string tokenFor(const CommandLine& commandLine) {
     throw std::runtime_error("there is no token; set ORVANE_TOKEN or name a file with --token-file");
 }
 
-CurlHTTPClientSettings settingsFor(const CommandLine& commandLine) {
-    CurlHTTPClientSettings settings;
-    settings.token = tokenFor(commandLine);
-    settings.requestTimeout = commandLine.timeout;
-    settings.stallTimeout = commandLine.timeout;
-    settings.maxBodyBytes = commandLine.maxSizeInMiB << 20;
-    return settings;
+Qx::CurlHTTPClientOptions optionsFor(const CommandLine& commandLine) {
+    Qx::CurlHTTPClientOptions options;
+    options.token = tokenFor(commandLine);
+    options.requestTimeout = commandLine.timeout;
+    options.stallTimeout = commandLine.timeout;
+    options.maxBodyBytes = commandLine.maxSizeInMiB << 20;
+    return options;
 }
 
-std::unique_ptr<CurlHTTPClient> makeClient(const CurlHTTPClientSettings& settings) {
+std::unique_ptr<Qx::CurlHTTPClient> makeClient(const Qx::CurlHTTPClientOptions& options) {
     try {
-        return std::make_unique<CurlHTTPClient>(settings);
+        return std::make_unique<Qx::CurlHTTPClient>(options);
     } catch (const std::invalid_argument& error) {
         throw std::runtime_error(fmt::format("{}; check --service and --v3-service", error.what()));
     } catch (const std::system_error&) {
@@ -54,7 +54,7 @@ std::unique_ptr<CurlHTTPClient> makeClient(const CurlHTTPClientSettings& setting
     }
 }
 
-void setAddresses(const std::string& service, const std::string& v3Service) {
+void setServiceUrls(const std::string& service, const std::string& v3Service) {
     const auto options = Qx::ApplicationOptions::get(optionsName);
     options->set(L"orvaneServiceUrl", Qx::ToIString(service));
     options->set(L"orvaneV3ServiceUrl", Qx::ToIString(v3Service));
@@ -88,18 +88,18 @@ const std::vector<Qx::Analytics::Report>& TrackedEvents::all() const {
 }
 
 ServiceConnection::ServiceConnection(const CommandLine& commandLine) {
-    CurlHTTPClientSettings settings = settingsFor(commandLine);
+    Qx::CurlHTTPClientOptions options = optionsFor(commandLine);
     std::string service = withoutSlashAtEnd(commandLine.service);
     if (service.empty()) {
-        localService_.emplace(ServiceData::sample(), settings.token, 0);
+        localService_.emplace(ServiceData::sample(), options.token, 0);
         service = localService_->baseUri();
     }
     const std::string v3Service =
         commandLine.v3Service.empty() ? service + "/v3" : withoutSlashAtEnd(commandLine.v3Service);
-    setAddresses(service, v3Service);
-    settings.tokenOrigins = {service, v3Service};
+    setServiceUrls(service, v3Service);
+    options.tokenOrigins = {service, v3Service};
 
-    httpClient_ = std::make_shared<ObservedHTTPClient>(makeClient(settings));
+    httpClient_ = std::make_shared<ObservedHTTPClient>(makeClient(options));
     orvanedm_.emplace(httpClient_, optionsName);
     orvanedm_->setAsync(commandLine.async);
 }

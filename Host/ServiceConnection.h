@@ -36,12 +36,12 @@ private:
 };
 
 /// All that one command needs to talk to the service: the service itself if it is the local one, its
-/// addresses in the application options, the HTTP client and the library's client, and the usage events that
+/// URLs in the application options, the HTTP client and the library's client, and the usage events that
 /// it tracks.
 class ServiceConnection {
 public:
     /// Throws an exception with a message of one line if there is no token for a service of the user's, the token file
-    /// can't be read, an address is invalid, or threads can't be started.
+    /// can't be read, a URL is invalid, or threads can't be started.
     explicit ServiceConnection(const CommandLine& commandLine);
 
     Qx::Orvanedm& orvanedm();

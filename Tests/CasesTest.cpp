@@ -81,14 +81,14 @@ Json askValue(const Json& tested, const Json&) {
 }
 
 Json askNode(const Json& tested, const Json&) {
-    Qx::JSONNode node("[]");
     Qx::Status status;
-    const bool isParsed = Qx::JSONNode::parse(textOf(tested), 0, node, status);
-    EXPECT_EQ(isParsed, status.isOk());
+    const std::optional<Qx::JSONNode> parsed = Qx::JSONNode::parse(textOf(tested), status);
+    EXPECT_EQ(parsed.has_value(), status.isOk());
+    const Qx::JSONNode node = parsed.value_or(Qx::JSONNode("[]"));
     Json elements = Json::array();
     for (const Qx::JSONRef& element : node)
         elements.push_back(Qx::JSONNode(element).toText());
-    return {{"isJSON", isParsed},
+    return {{"isJSON", parsed.has_value()},
             {"toText", nodeOf(tested).toText()},
             {"isArray", node.isArray()},
             {"elements", elements},

@@ -3,6 +3,11 @@ include(CMakePackageConfigHelpers)
 set(packageFolder "${CMAKE_INSTALL_LIBDIR}/cmake/QxOrvaneDM10")
 
 install(EXPORT QxOrvaneDM10Targets NAMESPACE QxOrvaneDM10:: DESTINATION "${packageFolder}")
+set(packages QxOrvaneDM10)
+if(QXORVANEDM_HTTP_CLIENT)
+  install(EXPORT QxOrvaneDM10HTTPClientTargets NAMESPACE QxOrvaneDM10:: DESTINATION "${packageFolder}")
+  list(APPEND packages QxHTTPClient10)
+endif()
 configure_package_config_file(
   "${CMAKE_CURRENT_LIST_DIR}/QxOrvaneDM10Config.cmake.in" "${PROJECT_BINARY_DIR}/QxOrvaneDM10Config.cmake"
   INSTALL_DESTINATION "${packageFolder}")
@@ -14,5 +19,7 @@ install(FILES
 
 # Relative, so that the file is right wherever the package is installed or moved.
 file(RELATIVE_PATH prefixFromPkgConfig "/prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/prefix")
-configure_file("${CMAKE_CURRENT_LIST_DIR}/QxOrvaneDM10.pc.in" "${PROJECT_BINARY_DIR}/QxOrvaneDM10.pc" @ONLY)
-install(FILES "${PROJECT_BINARY_DIR}/QxOrvaneDM10.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+foreach(package IN LISTS packages)
+  configure_file("${CMAKE_CURRENT_LIST_DIR}/${package}.pc.in" "${PROJECT_BINARY_DIR}/${package}.pc" @ONLY)
+  install(FILES "${PROJECT_BINARY_DIR}/${package}.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+endforeach()

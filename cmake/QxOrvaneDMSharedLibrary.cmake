@@ -1,11 +1,13 @@
 include(GenerateExportHeader)
 
-# qx_add_shared_library(NAME FOLDER folder SOURCES ... HEADERS ... PUBLIC libraries... PRIVATE libraries...)
+# qx_add_shared_library(NAME FOLDER folder [COMPONENT component] SOURCES ... HEADERS ... PUBLIC libraries...
+#   PRIVATE libraries...)
 #
 # A shared library of which only what Exports.map names leaves it. Headers are written and included from the root
-# of the repository, and installed in the same tree; FOLDER says where the export header stands in it.
+# of the repository, and installed in the same tree; FOLDER says where the export header stands in it. COMPONENT is that
+# of the package; without one the library always belongs to it.
 function(qx_add_shared_library name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "FOLDER" "SOURCES;HEADERS;PUBLIC;PRIVATE")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "FOLDER;COMPONENT" "SOURCES;HEADERS;PUBLIC;PRIVATE")
   string(TOLOWER "${name}" lowerName)
   set(exportHeader "${PROJECT_BINARY_DIR}/include/${arg_FOLDER}/${lowerName}_export.h")
   set(exportMap "${PROJECT_SOURCE_DIR}/cmake/Exports.map")
@@ -26,7 +28,7 @@ function(qx_add_shared_library name)
   if(NOT QXORVANEDM_INSTALL)
     return()
   endif()
-  install(TARGETS ${name} EXPORT QxOrvaneDM10Targets
+  install(TARGETS ${name} EXPORT QxOrvaneDM10${arg_COMPONENT}Targets
     LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
     FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/QxOrvaneDM10"
     FILE_SET generatedHeaders DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/QxOrvaneDM10")

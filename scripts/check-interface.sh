@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# check-interface.sh [--update]: compares what the three libraries export, to the types, sizes and virtual slots, with the
+# check-interface.sh [--update]: compares what the libraries export, to the types, sizes and virtual slots, with the
 # description in Tests/Project/Interface. A change breaks hosts that are not rebuilt; one that is meant is recorded with
 # --update.
 set -euo pipefail
@@ -10,7 +10,7 @@ record=Tests/Project/Interface
 described=$(mktemp -d)
 trap 'rm -rf "$described"' EXIT
 changed=0
-for library in Base/libQxBaseCore10 Base/libQxBase10 Server/libQxOrvaneDM10; do
+for library in Base/libQxBaseCore10 Base/libQxBase10 Server/libQxOrvaneDM10 HTTPClient/libQxHTTPClient10; do
   name=${library##*/}
   abidw --exported-interfaces-only --no-corpus-path --no-comp-dir-path --no-show-locs --no-parameter-names \
     --type-id-style hash --out-file "$described/$name.abi" "build/interface/$library.so"

@@ -1,12 +1,26 @@
 #include "Base/QxBase10/HTTPResponse.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace Qx {
 
-HTTPResponse::HTTPResponse(int status, std::string body) : status_(status), failureKind_(FailureKind::NONE) {
-    body.append(spareBytes, '\0');
-    bodyAndSpareBytes_ = std::make_shared<const std::string>(std::move(body));
+namespace {
+
+// Header names are ASCII, whatever the locale says of upper and lower case.
+bool isSameLetter(char one, char other) {
+    const auto lower = [](char letter) { return letter >= 'A' && letter <= 'Z' ? letter - 'A' + 'a' : letter; };
+    return lower(one) == lower(other);
+}
+
+} // namespace
+
+HTTPResponse::HTTPResponse(int status, std::string body, Headers headers)
+    : status_(status), failureKind_(FailureKind::NONE) {
+    body.append(padding, '\0');
+    paddedBody_ = std::make_shared<const std::string>(std::move(body));
+    if (!headers.empty())
+        headers_ = std::make_shared<const Headers>(std::move(headers));
 }
 
 HTTPResponse HTTPResponse::transportFailure(FailureKind kind, std::string reason) {
@@ -25,9 +39,21 @@ int HTTPResponse::getStatus() const {
 }
 
 std::string_view HTTPResponse::getBody() const {
-    if (!bodyAndSpareBytes_)
+    if (!paddedBody_)
         return {};
-    return std::string_view(*bodyAndSpareBytes_).substr(0, bodyAndSpareBytes_->size() - spareBytes);
+    return std::string_view(*paddedBody_).substr(0, paddedBody_->size() - padding);
+}
+
+const HTTPResponse::Headers& HTTPResponse::getHeaders() const {
+    static const Headers none;
+    return headers_ ? *headers_ : none;
+}
+
+std::optional<std::string> HTTPResponse::getHeader(std::string_view name) const {
+    for (const auto& [known, value] : getHeaders())
+        if (std::equal(known.begin(), known.end(), name.begin(), name.end(), isSameLetter))
+            return value;
+    return std::nullopt;
 }
 
 HTTPResponse::FailureKind HTTPResponse::getFailureKind() const {

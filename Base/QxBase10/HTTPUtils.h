@@ -14,8 +14,9 @@ public:
     HTTPUtils() = delete;
 
     /// Parses the response's body, whatever its status, into `node` and gives true. If the body is not JSON, as
-    /// an empty one is not, or too little memory is left to parse it: false, `node` untouched, the reason in `status`.
-    /// Linear in the length of the body, which is not copied and may go away afterwards.
+    /// an empty one is not, or the parser runs out of memory: false, `node` untouched, the reason in `status`. Where
+    /// there is no memory for the node itself, `std::bad_alloc` is thrown. Linear in the length of the body, which is
+    /// not copied and may go away afterwards.
     static bool extractJSON(Status& status, const HTTPResponse& response, JSONNode& node);
 };
 

@@ -53,33 +53,45 @@ struct Parsed {
     std::size_t root = 0;
 };
 
-Parsed parseAsItIs(std::string_view json, std::size_t spareBytes) {
+Parsed parseAsItIs(std::string_view json, std::size_t padding) {
     auto document = std::make_shared<SharedDocument>();
     simdjson::dom::parser parser;
     if (const simdjson::error_code error = makeRoom(json.size(), parser, *document))
         return {error, nullptr, 0};
-    const bool needsCopy = spareBytes < simdjson::SIMDJSON_PADDING;
+    const bool needsCopy = padding < simdjson::SIMDJSON_PADDING;
     const auto root = parser.parse_into_document(*document, json.data(), json.size(), needsCopy);
     if (root.error() != simdjson::SUCCESS)
         return {root.error(), nullptr, 0};
     return {simdjson::SUCCESS, std::move(document), Detail::toPlace(root.value_unsafe()).index};
 }
 
-Parsed parseText(std::string_view text, std::size_t spareBytes) {
+// What a text comes to that was refused as it is.
+Parsed parseMended(std::string_view json, Parsed refused) {
+    std::string mended;
+    try {
+        mended = Detail::mendJSON(json);
+    } catch (const std::bad_alloc&) {
+        return {simdjson::MEMALLOC, nullptr, 0};
+    }
+    if (mended.empty())
+        return refused;
+    const std::size_t size = mended.size() - simdjson::SIMDJSON_PADDING;
+    return parseAsItIs(std::string_view(mended).substr(0, size), simdjson::SIMDJSON_PADDING);
+}
+
+Parsed parseText(std::string_view text, std::size_t padding) {
     const std::string_view json = withoutByteOrderMark(text);
     if (json.empty())
         return {simdjson::EMPTY, nullptr, 0};
     // A parser that skips a mark itself would take a text with two.
     if (json.starts_with(byteOrderMark))
         return {simdjson::TAPE_ERROR, nullptr, 0};
-    Parsed parsed = parseAsItIs(json, spareBytes);
+    Parsed parsed = parseAsItIs(json, padding);
     switch (parsed.error) {
     case simdjson::NUMBER_ERROR:
     case simdjson::STRING_ERROR:
-    case simdjson::UTF8_ERROR: {
-        const std::string mended = Detail::mendJSON(json);
-        return parseAsItIs(mended, mended.capacity() - mended.size());
-    }
+    case simdjson::UTF8_ERROR:
+        return parseMended(json, std::move(parsed));
     default:
         return parsed;
     }
@@ -114,15 +126,14 @@ JSONNode::JSONNode(const JSONRef& ref) : JSONNode(ownerOf(ref.place_), ref.place
 JSONNode::JSONNode(std::shared_ptr<const void> document, std::size_t index)
     : document_(std::move(document)), index_(index) {}
 
-bool JSONNode::parse(std::string_view text, std::size_t spareBytes, JSONNode& node, Status& status) {
-    Parsed parsed = parseText(text, spareBytes);
+std::optional<JSONNode> JSONNode::parse(std::string_view text, Status& status, std::size_t padding) {
+    Parsed parsed = parseText(text, padding);
     if (parsed.error != simdjson::SUCCESS) {
-        status.setReason(simdjson::error_message(parsed.error));
-        return false;
+        status = Status::failure(simdjson::error_message(parsed.error));
+        return std::nullopt;
     }
-    node = JSONNode(std::move(parsed.document), parsed.root);
     status = Status();
-    return true;
+    return JSONNode(std::move(parsed.document), parsed.root);
 }
 
 bool JSONNode::has(std::string_view key) const {

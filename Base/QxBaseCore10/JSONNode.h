@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -16,6 +17,10 @@ namespace Qx {
 class Status;
 
 /// A JSON value that shares ownership of the document it stands in.
+///
+///     const Qx::JSONNode root(R"({"data":{"id":"urn:x"},"files":["a","b"]})");
+///     const std::string id = root.exists("data") ? Qx::JSONNode(root["data"])["id"].asHString("") : "";
+///     for (const Qx::JSONRef file : Qx::JSONNode(root["files"])) std::cout << file.asHString("none") << '\n';
 ///
 /// Copying a node and taking out a child cost a reference count each, never a subtree, and walking an array costs
 /// not even that. A document is not written after parsing, so one node, or several of one document, may be read from
@@ -35,8 +40,9 @@ public:
     /// memory for it, `std::bad_alloc` comes out. Linear in the length of the text.
     ///
     /// An odd value does not cost the others. In strings and keys an escaped surrogate without its other half, and each
-    /// byte that is no part of UTF-8, become U+FFFD. A number that neither 64 bits nor a double hold becomes a string
-    /// of its digits as they came. A text with such a value is parsed from a changed copy, which takes longer.
+    /// byte that is no part of UTF-8, become U+FFFD. An integer beyond 64 bits, or a number too large for a double,
+    /// becomes a string of its digits as they came. A text with such a value is parsed from a changed copy, which takes
+    /// longer.
     explicit JSONNode(const std::string& text);
 
     /// The value that `ref` refers to. It outlives the reference and the node that gave it.
@@ -64,11 +70,10 @@ public:
     /// The node as compact JSON text. Linear in its size.
     std::string toText() const;
 
-    /// Parses as the constructor does, but tells failure: on success `node` becomes the root and the result
-    /// is true; else `node` stays as it was, `status` holds the reason and the result is false, also where the
-    /// parser itself finds no memory. `spareBytes` says how many bytes behind `text` may be read; with 64 or
+    /// Parses as the constructor does, but reports failure: returns the root, or nothing with the reason in `status`,
+    /// also if the parser itself runs out of memory. `padding` is how many bytes after `text` may be read; with 64 or
     /// more the parser works on `text` itself, with fewer on a copy.
-    static bool parse(std::string_view text, std::size_t spareBytes, JSONNode& node, Status& status);
+    static std::optional<JSONNode> parse(std::string_view text, Status& status, std::size_t padding = 0);
 
 private:
     // Where `exists` found its key, for the `operator[]` that follows; 0 is nowhere. It is checked before it is

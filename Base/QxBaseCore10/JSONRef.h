@@ -22,9 +22,9 @@ public:
     bool isNull() const;
 
     /// Writes the value into `destination` and returns true. A string gives its text, a boolean "true" or "false", an
-    /// integer its decimal digits, any other number the shortest text that reads back as the same number; a number that
-    /// neither 64 bits nor a double can hold gives its digits as they came. For anything else, null included, the
-    /// destination stays as it was and the result is false. The wide form converts as `ToIString` does.
+    /// integer its decimal digits, any other number the shortest text that reads back as the same number; an integer
+    /// beyond 64 bits, or a number too large for a double, gives its digits as they came. For anything else, null
+    /// included, the destination stays as it was and the result is false. The wide form converts as `ToIString` does.
     bool get(std::string& destination) const;
     bool get(std::wstring& destination) const;
 

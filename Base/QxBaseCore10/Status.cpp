@@ -1,17 +1,22 @@
 #include "Base/QxBaseCore10/Status.h"
 
+#include <utility>
+
 namespace Qx {
 
+Status Status::failure(std::string reason) {
+    Status status;
+    status.isOk_ = false;
+    status.reason_ = std::move(reason);
+    return status;
+}
+
 bool Status::isOk() const {
-    return reason_.empty();
+    return isOk_;
 }
 
 const std::string& Status::reason() const {
     return reason_;
-}
-
-void Status::setReason(std::string_view reason) {
-    reason_ = reason;
 }
 
 } // namespace Qx

@@ -3,22 +3,25 @@
 #include "Base/QxBaseCore10/qxbasecore10_export.h"
 
 #include <string>
-#include <string_view>
 
 namespace Qx {
 
-/// Tells why an operation that takes one has failed. Without a reason it stands for success. A plain value.
+/// Tells whether an operation that takes one has succeeded, and if not, why. A plain value.
 class QXBASECORE10_EXPORT Status {
 public:
-    /// True as long as there is no reason.
+    /// Success.
+    Status() = default;
+
+    /// A failure, with its reason in one line for a person.
+    static Status failure(std::string reason);
+
     bool isOk() const;
 
-    /// One line for a person; empty on success.
+    /// Empty on success.
     const std::string& reason() const;
-    /// An empty reason stands for success again.
-    void setReason(std::string_view reason);
 
 private:
+    bool isOk_ = true;
     std::string reason_;
 };
 

@@ -7,7 +7,7 @@
 
 namespace Orvane {
 
-/// The address at which the service lists a folder's contents. A plain value; may be read from several
+/// The URL at which the service lists a folder's contents. A plain value; may be read from several
 /// threads at once. No operation tests its input: what the service makes of a link shows in its answer.
 class QXORVANEDM10_EXPORT FolderContentLink {
 public:

@@ -1,12 +1,13 @@
 #pragma once
 
-#include "Host/HTTPClient/CurlHTTPClient.h"
+#include "HTTPClient/CurlHTTPClient.h"
 
 #include <chrono>
 #include <filesystem>
 #include <future>
 #include <gtest/gtest.h>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <unistd.h>
 #include <utility>
@@ -15,9 +16,10 @@
 // What the tests of the client send, and how they wait for it.
 inline const std::string token = "secret-token";
 
-inline OrvaneHost::CurlHTTPClientSettings settings() {
-    OrvaneHost::CurlHTTPClientSettings made;
+inline Qx::CurlHTTPClientOptions clientOptions() {
+    Qx::CurlHTTPClientOptions made;
     made.token = token;
+    made.maxRetries = 0; // Most faults are there to be seen.
     return made;
 }
 
@@ -50,6 +52,15 @@ inline std::vector<Qx::HTTPResponse> sendAll(Qx::IHTTPClient& client, std::vecto
     client.whenAllRequests(
         requests, [&](std::vector<Qx::HTTPResponse> responses) { answered.set_value(std::move(responses)); }, type);
     return answered.get_future().get();
+}
+
+/// How many requests there are in what a server has received.
+inline int countExchanges(std::string_view requests) {
+    constexpr std::string_view end = " HTTP/1.1\r\n";
+    int count = 0;
+    for (std::size_t at = requests.find(end); at != std::string_view::npos; at = requests.find(end, at + 1))
+        ++count;
+    return count;
 }
 
 inline std::ptrdiff_t countEntries(const char* folder) {

@@ -34,11 +34,16 @@ bool isNumber(std::string_view text) {
     return hasInteger && hasFraction && hasExponent && text.empty();
 }
 
+// Whether it is one of the many that are far from any limit, if it is a number at all.
+bool isPlainlyTaken(std::string_view number) {
+    const std::size_t exponent = std::min(number.find_first_of("eE"), number.size());
+    const std::size_t most = number.find_first_of(".eE") == std::string_view::npos ? 18 : 200;
+    return number.size() <= most && number.size() - exponent <= std::string_view("e99").size();
+}
+
 class Mender {
 public:
-    explicit Mender(std::string_view text) : text_(text) {
-        mended_.reserve(text.size() + text.size() / 8 + simdjson::SIMDJSON_PADDING);
-    }
+    explicit Mender(std::string_view text) : text_(text) {}
 
     std::string mend() {
         while (at_ < text_.size()) {
@@ -50,7 +55,8 @@ public:
             else
                 ++at_;
         }
-        mended_.append(text_, taken_);
+        if (!mended_.empty())
+            mended_.append(text_, taken_).append(simdjson::SIMDJSON_PADDING, '\0');
         return std::move(mended_);
     }
 
@@ -91,27 +97,24 @@ private:
     void mendNumber() {
         const std::size_t end = std::min(text_.find_first_not_of("+-.0123456789eE", at_), text_.size());
         const std::string_view number = text_.substr(at_, end - at_);
-        if (isRefused(number) && endsValue(end))
+        // Where a number may not stand, as before a colon, a string in its place might.
+        const std::size_t next = std::min(text_.find_first_not_of(" \t\n\r", end), text_.size());
+        const bool endsValue =
+            next == text_.size() || std::string_view(",]}").find(text_[next]) != std::string_view::npos;
+        if (endsValue && isRefused(number))
             replace(number.size(), '"' + std::string(number) + '"');
         else
             at_ = end;
     }
 
-    // The parser itself says which numbers it takes; most are plainly among them.
+    // The parser itself says which numbers it takes.
     bool isRefused(std::string_view number) {
-        constexpr std::size_t fewDigits = 18;
-        if ((number.size() <= fewDigits && number.find_first_of("eE") == std::string_view::npos) || !isNumber(number))
+        if (isPlainlyTaken(number) || !isNumber(number))
             return false;
         const simdjson::error_code error = parser_.parse(number.data(), number.size()).error();
         if (error == simdjson::MEMALLOC)
             throw std::bad_alloc();
         return error != simdjson::SUCCESS;
-    }
-
-    // Where a number may not stand, as before a colon, a string in its place might.
-    bool endsValue(std::size_t end) const {
-        const std::size_t next = text_.find_first_not_of(" \t\n\r", end);
-        return next == std::string_view::npos || std::string_view(",]}").find(text_[next]) != std::string_view::npos;
     }
 
     // The UTF-16 unit that is escaped there; 0 if there is none.
@@ -124,6 +127,7 @@ private:
     }
 
     void replace(std::size_t size, std::string_view with) {
+        mended_.reserve(text_.size() + text_.size() / 8 + simdjson::SIMDJSON_PADDING);
         mended_.append(text_, taken_, at_ - taken_);
         mended_ += with;
         at_ += size;

@@ -25,7 +25,7 @@ TEST(HTTPRequest, StartsEmptyInTheCallingThreadWithoutAuthentication) {
 
 TEST(HTTPResponse, HoldsItsBodyOnceAndNoneAfterAFailure) {
     std::string body(1000, 'x');
-    body.reserve(body.size() + HTTPResponse::spareBytes);
+    body.reserve(body.size() + HTTPResponse::padding);
     const char* bytes = body.data();
     const HTTPResponse response(200, std::move(body));
     const HTTPResponse copy = response;

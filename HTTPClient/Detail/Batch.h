@@ -1,0 +1,51 @@
+#pragma once
+
+#include "Base/QxBase10/HTTPRequest.h"
+#include "Base/QxBase10/HTTPResponse.h"
+#include "Base/QxBase10/IHTTPClient.h"
+
+#include <atomic>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace Qx::Detail {
+
+/// Requests that are sent together and complete together: one, or a batch, which may be empty.
+class Batch {
+public:
+    using Executor = std::function<void(std::function<void()>)>;
+
+    Batch(std::vector<HTTPRequest> requests, IHTTPClient::BatchCallback batchCallback, Executor executor);
+
+    const std::vector<HTTPRequest>& requests() const;
+
+    /// How many completions there are: one for each request, and one for a batch without any.
+    std::size_t completions() const;
+
+    void setResponse(std::size_t index, HTTPResponse response);
+
+    /// Calls the callback of one request and, after the last, that of the batch. What the first throws is thrown after
+    /// the second has run, unless that throws too.
+    void complete(std::size_t index);
+
+    /// Completes all in the calling thread. The first exception is thrown after all have run.
+    void completeAll();
+
+    /// Completes where the executor puts it, or here if there is none or it throws.
+    static void dispatch(const std::shared_ptr<Batch>& batch, std::size_t index);
+
+private:
+    class Task;
+
+    void countCompletion();
+
+    const std::vector<HTTPRequest> requests_;
+    std::vector<HTTPResponse> responses_;
+    std::atomic<std::size_t> uncompleted_;
+    const IHTTPClient::BatchCallback batchCallback_;
+    const Executor executor_;
+};
+
+} // namespace Qx::Detail

@@ -1,0 +1,562 @@
+#include "HTTPClient/Detail/Transfer.h"
+
+#include "HTTPClient/Detail/CurlFailure.h"
+#include "HTTPClient/Detail/HTTPText.h"
+#include "HTTPClient/Detail/Platform.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <ctime>
+#include <exception>
+#include <fmt/format.h>
+#include <new>
+#include <openssl/ssl.h>
+#include <random>
+#include <system_error>
+#include <utility>
+
+namespace Qx::Detail {
+
+namespace {
+
+using Headers = std::vector<HTTPRequest::Header>;
+
+// Short enough for a string to hold without memory.
+constexpr const char* outOfMemory = "out of memory";
+constexpr const char* cutShort = "the response was cut short";
+
+// Bytes that a connection may receive that are part of no response.
+constexpr double forHandshakes = 65536;
+
+CurlHeaders toCurl(const Headers& headers) {
+    CurlHeaders list;
+    const auto append = [&](const std::string& line) {
+        curl_slist* longer = curl_slist_append(list.get(), line.c_str());
+        if (!longer)
+            throw std::bad_alloc();
+        static_cast<void>(list.release());
+        list.reset(longer);
+    };
+    bool namesEncodings = false;
+    for (const auto& [name, value] : headers) {
+        // libcurl takes "Name;" for a header without a value, and "Name:" for one to leave out.
+        append(withoutBlanks(value).empty() ? name + ';' : fmt::format("{}: {}", name, value));
+        namesEncodings = namesEncodings || isSameName(name, "Accept-Encoding");
+    }
+    // libcurl could decode, but does not notice when the encoded stream ends too early.
+    if (!namesEncodings)
+        append("Accept-Encoding: gzip");
+    return list;
+}
+
+// The connection's TLS, if it has some, and libcurl runs on OpenSSL.
+SSL* tlsOf(CURL* easy) {
+    curl_tlssessioninfo* session = nullptr;
+    if (curl_easy_getinfo(easy, CURLINFO_TLS_SSL_PTR, &session) != CURLE_OK || !session ||
+        session->backend != CURLSSLBACKEND_OPENSSL)
+        return nullptr;
+    return static_cast<SSL*>(session->internals);
+}
+
+// Whether this is a TLS connection whose peer has not said that it ends, as it does with "close_notify". Only OpenSSL
+// tells.
+bool lacksCloseNotify(CURL* easy) {
+    SSL* const ssl = tlsOf(easy);
+    return ssl && (SSL_get_shutdown(ssl) & SSL_RECEIVED_SHUTDOWN) == 0;
+}
+
+// Whether something is left within TLS that nobody has read. To look for more would take session tickets from libcurl.
+bool hasDataInTLS(CURL* easy) {
+    SSL* const ssl = tlsOf(easy);
+    return ssl && SSL_has_pending(ssl) == 1;
+}
+
+} // namespace
+
+Transfer::Transfer(const HTTPRequest& request, Session& session, TransferThread::ResponseHandler handler)
+    : session_(session),
+      options_(session.rules.options()),
+      handler_(std::move(handler)),
+      requestedMethod_(request.getMethod()),
+      method_(request.getMethod()),
+      destination_(request.getURL()),
+      sendsToken_(session.rules.sendsToken(request)),
+      hasToken_(!options_.tokenSource),
+      token_(options_.tokenSource ? std::string() : options_.token),
+      body_(options_.maxBodyBytes) {
+    const std::string refusal = session.rules.refusalOf(request, destination_);
+    if (refusal.empty())
+        headers_ = toCurl(request.getHeaders());
+    else
+        error_.emplace(FailureKind::REFUSED, refusal);
+}
+
+Session& Transfer::session() const {
+    return session_;
+}
+
+void Transfer::setNumber(std::uint64_t number) {
+    number_ = number;
+}
+
+std::uint64_t Transfer::number() const {
+    return number_;
+}
+
+bool Transfer::isCancelled() const {
+    return number_ <= session_.cancelled;
+}
+
+bool Transfer::needsToken() const {
+    return sendsToken_ && !hasToken_;
+}
+
+const std::string& Transfer::refusedToken() const {
+    return refusedToken_;
+}
+
+bool Transfer::setToken(const std::string& token) noexcept {
+    hasToken_ = true;
+    if (attempts_ > 0 && (token == refusedToken_ || token.empty()))
+        return false;
+    return attempt([&] {
+        if (const std::string refusal = refusalOfToken(token); !refusal.empty())
+            throw TransferError(FailureKind::REFUSED, refusal);
+        token_ = token;
+    });
+}
+
+bool Transfer::hasFailed() const {
+    return error_.has_value() || isOutOfMemory_;
+}
+
+void Transfer::setFailure(const TransferError& error) noexcept {
+    attempt([&] { throw error; });
+}
+
+void Transfer::setFailure(FailureKind kind, const char* reason) noexcept {
+    attempt([&] { throw TransferError(kind, reason); });
+}
+
+void Transfer::setOutOfMemory() noexcept {
+    isOutOfMemory_ = true;
+}
+
+bool Transfer::start(Connections& connections) {
+    connections_ = &connections;
+    easy_.reset(curl_easy_init());
+    if (!easy_ || !connections.attach(easy_.get()))
+        return false;
+    header_ = ResponseHeader();
+    socket_ = CURL_SOCKET_BAD;
+    if (!attemptStart_) {
+        attemptStart_ = Clock::now();
+        ++attempts_;
+        error_.reset();
+        body_ = ResponseBody(options_.maxBodyBytes);
+        headerBytes_ = 0;
+        hasResponseBegun_ = false;
+        lacksCloseNotify_ = false;
+    }
+    setRequest();
+    setConnection();
+    setProxy();
+    setLimits();
+    setCallbacks();
+    return isAllSet_;
+}
+
+template <class Value>
+void Transfer::set(CURLoption option, Value value) {
+    isAllSet_ = isAllSet_ && curl_easy_setopt(easy_.get(), option, value) == CURLE_OK;
+}
+
+void Transfer::setRequest() {
+    set(CURLOPT_NOSIGNAL, 1L);
+    set(CURLOPT_QUICK_EXIT, 1L); // Closing must not wait for a name server.
+    set(CURLOPT_ERRORBUFFER, curlError_.data());
+    set(CURLOPT_CURLU, destination_.url());
+    set(CURLOPT_HTTPHEADER, headers_.get());
+    if (method_ == HTTPRequest::Method::POST) {
+        set(CURLOPT_POSTFIELDSIZE, 0L);
+        set(CURLOPT_POSTFIELDS, "");
+    }
+    if (sendsToken_ && !token_.empty()) {
+        set(CURLOPT_HTTPAUTH, CURLAUTH_BEARER);
+        set(CURLOPT_XOAUTH2_BEARER, token_.c_str());
+    }
+    if (!options_.userAgent.empty())
+        set(CURLOPT_USERAGENT, options_.userAgent.c_str());
+}
+
+void Transfer::setConnection() {
+    // libcurl sends a request again whose connection ends without a response, if that was not new.
+    if (takesNewConnection_ || method_ == HTTPRequest::Method::POST)
+        set(CURLOPT_FRESH_CONNECT, 1L);
+    set(CURLOPT_PREREQFUNCTION, &Transfer::checkConnection);
+    set(CURLOPT_PREREQDATA, this);
+    set(CURLOPT_PROTOCOLS_STR, "http,https");
+    // Over HTTP/2 libcurl takes a body for whole when its connection ends in the midst of it.
+    set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
+    set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+    set(CURLOPT_PROXY_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+    if (const std::string& file = options_.certificateFile; !file.empty()) {
+        set(CURLOPT_CAINFO, file.c_str());
+        set(CURLOPT_CAPATH, static_cast<const char*>(nullptr)); // The folder of the system's is another default.
+        set(CURLOPT_PROXY_CAINFO, file.c_str());
+        set(CURLOPT_PROXY_CAPATH, static_cast<const char*>(nullptr));
+    }
+}
+
+void Transfer::setProxy() {
+    // A proxy could do nothing for a request to this machine but carry its token away.
+    if (destination_.isLocal())
+        set(CURLOPT_NOPROXY, "*");
+    else if (options_.proxy) // For all other machines, whatever the environment says.
+        set(CURLOPT_NOPROXY, "");
+    if (options_.proxy)
+        set(CURLOPT_PROXY, options_.proxy->c_str());
+}
+
+void Transfer::setLimits() {
+    using std::chrono::milliseconds;
+    const auto left = std::chrono::duration_cast<milliseconds>(*attemptStart_ + options_.requestTimeout - Clock::now());
+    // None left is the least there is: to libcurl, 0 is without a limit.
+    set(CURLOPT_TIMEOUT_MS, static_cast<long>(std::max(left, milliseconds(1)).count()));
+    set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(options_.connectTimeout.count()));
+    set(CURLOPT_LOW_SPEED_LIMIT, 1L);
+    set(CURLOPT_LOW_SPEED_TIME, static_cast<long>(options_.stallTimeout.count()));
+}
+
+void Transfer::setCallbacks() {
+    set(CURLOPT_HEADERFUNCTION, &Transfer::receive<&Transfer::readHeaderLine>);
+    set(CURLOPT_HEADERDATA, this);
+    set(CURLOPT_WRITEFUNCTION, &Transfer::receive<&Transfer::readBody>);
+    set(CURLOPT_WRITEDATA, this);
+    set(CURLOPT_XFERINFOFUNCTION, &Transfer::watch);
+    set(CURLOPT_XFERINFODATA, this);
+    set(CURLOPT_NOPROGRESS, 0L);
+}
+
+CURL* Transfer::handle() const {
+    return easy_.get();
+}
+
+// False once the transfer has failed: then it is given up.
+template <class Action>
+bool Transfer::attempt(Action action) noexcept {
+    try {
+        if (!error_ && !isOutOfMemory_)
+            action();
+    } catch (const TransferError& error) {
+        error_ = error;
+    } catch (const std::exception&) {
+        isOutOfMemory_ = true;
+    }
+    return !error_ && !isOutOfMemory_;
+}
+
+// What libcurl calls with a piece of the response.
+template <auto read>
+std::size_t Transfer::receive(char* bytes, std::size_t, std::size_t count, void* transfer) noexcept {
+    auto& receiver = *static_cast<Transfer*>(transfer);
+    return receiver.attempt([&] { (receiver.*read)({bytes, count}); }) ? count : 0;
+}
+
+// What libcurl calls before it sends a request. It would use a connection on which something has come, and take that
+// for the response.
+int Transfer::checkConnection(void* transfer, char* peer, char*, int peerPort, int localPort) noexcept {
+    auto& user = *static_cast<Transfer*>(transfer);
+    user.socket_ = CURL_SOCKET_BAD;
+    user.attempt([&] { user.socket_ = user.connections_->find(localPort, peer, peerPort); });
+    user.receivedBefore_ = user.socket_ == CURL_SOCKET_BAD ? 0 : countReceived(user.socket_);
+    const bool isTLS = user.destination_.isHttps();
+    if (user.connections_->isQuiet(user.socket_, isTLS) && !(isTLS && hasDataInTLS(user.easy_.get())))
+        return CURL_PREREQFUNC_OK;
+    user.isStale_ = !user.takesNewConnection_;
+    if (!user.isStale_)
+        user.setFailure(FailureKind::MALFORMED_RESPONSE, "the response came before the request");
+    return CURL_PREREQFUNC_ABORT;
+}
+
+// What libcurl calls again and again, the last time before it closes the connection.
+int Transfer::watch(void* transfer, curl_off_t total, curl_off_t received, curl_off_t, curl_off_t) noexcept {
+    auto& watched = *static_cast<Transfer*>(transfer);
+    if (watched.header_.endsWithConnection())
+        watched.lacksCloseNotify_ = lacksCloseNotify(watched.easy_.get());
+    watched.reportProgress(total, received);
+    const bool isGood = watched.attempt([&] { watched.checkProgress(); });
+    return isGood ? 0 : 1;
+}
+
+void Transfer::readHeaderLine(std::string_view line) {
+    const std::size_t limit = options_.maxHeaderBytes;
+    headerBytes_ += line.size();
+    if (headerBytes_ > limit)
+        throw TransferError(FailureKind::MALFORMED_RESPONSE, fmt::format("the header is longer than {} bytes", limit));
+    header_.readLine(line);
+}
+
+void Transfer::readBody(std::string_view bytes) {
+    if (header_.redirection().empty())
+        body_.append(bytes, header_.isGzip(), [this] { checkCancelled(); });
+    else
+        body_.skip(bytes);
+}
+
+void Transfer::checkProgress() {
+    // libcurl passes on no line that is not whole. The end of the connection counts as one byte, and what comes with
+    // TLS may be part of no response.
+    if (headerBytes_ == 0 && socket_ != CURL_SOCKET_BAD && !destination_.isHttps())
+        hasResponseBegun_ = countReceived(socket_) > receivedBefore_ + 1;
+    // The system is asked now and then: most responses end before.
+    constexpr unsigned now = 8;
+    if (++calls_ % now == 0 && socket_ != CURL_SOCKET_BAD)
+        checkReceived();
+    checkCancelled();
+    checkPace();
+}
+
+void Transfer::checkCancelled() const {
+    if (isCancelled())
+        throw cancellation();
+}
+
+// A peer that never pauses would keep libcurl in one call, and all others waiting.
+void Transfer::checkPace() {
+    const Clock::time_point now = Clock::now();
+    if (std::exchange(round_, connections_->round()) != connections_->round())
+        roundStart_ = now;
+    if (now - roundStart_ > std::max<std::chrono::milliseconds>(options_.connectTimeout, std::chrono::seconds(1)))
+        throw TransferError(FailureKind::TIMEOUT, "the response keeps coming without a pause and does not end");
+}
+
+// What comes is counted at the socket too, since libcurl shows nobody what stands between chunks, and overlooks parts
+// of a header. That is more than the body by what frames and encrypts it.
+void Transfer::checkReceived() {
+    const double limit = 1.125 * static_cast<double>(options_.maxBodyBytes) +
+                         static_cast<double>(options_.maxHeaderBytes) + forHandshakes;
+    const std::uint64_t received = countReceived(socket_);
+    // A connection that has ended meanwhile counts nothing any more.
+    receivedBefore_ = std::min(received, receivedBefore_);
+    if (static_cast<double>(received - receivedBefore_) > limit)
+        body_.failTooLarge();
+}
+
+Transfer::Next Transfer::next(CURLcode result) noexcept {
+    takesNewConnection_ = std::exchange(isStale_, false);
+    if (takesNewConnection_)
+        return Next::FOLLOW;
+    Next next = Next::RESPOND;
+    attempt([&] { next = decide(result); });
+    if (next == Next::FOLLOW)
+        return next;
+    reportAttempt();
+    if (next == Next::RESPOND && isWorthARetry() && setDue())
+        next = Next::RETRY;
+    attemptStart_.reset();
+    // While it waits, another thread may end it, but only the transfer thread may touch what the handles share.
+    if (next != Next::RESPOND)
+        easy_.reset();
+    return next;
+}
+
+// Throws what is wrong with the response.
+Transfer::Next Transfer::decide(CURLcode result) {
+    if (result != CURLE_OK)
+        throw explain(result, easy_.get(), curlError_.data(), {token_, refusedToken_});
+    const bool isConnectionCut = header_.endsWithConnection() && lacksCloseNotify_;
+    if (header_.hasEnded() && !header_.redirection().empty()) {
+        redirect();
+        return Next::FOLLOW;
+    }
+    if (!header_.hasEnded() || isConnectionCut || !body_.isComplete())
+        throw TransferError(FailureKind::NETWORK, cutShort);
+    constexpr int unauthorized = 401;
+    if (header_.status() != unauthorized || !sendsToken_ || !options_.tokenSource || !refusedToken_.empty())
+        return Next::RESPOND;
+    refusedToken_ = token_;
+    hasToken_ = refusedToken_.empty(); // Without a token there was none to refuse.
+    return hasToken_ ? Next::RESPOND : Next::RENEW_TOKEN;
+}
+
+bool Transfer::isWorthARetry() const {
+    if (requestedMethod_ != HTTPRequest::Method::GET || attempts_ > options_.maxRetries || isOutOfMemory_)
+        return false;
+    if (error_)
+        return error_->kind() == FailureKind::NETWORK && headerBytes_ == 0 && !hasResponseBegun_;
+    constexpr std::array transient{429, 502, 503, 504};
+    return std::find(transient.begin(), transient.end(), header_.status()) != transient.end();
+}
+
+// False if the server wants too long a wait.
+bool Transfer::setDue() {
+    const std::optional<std::chrono::seconds> asked = error_ ? std::nullopt : retryAfter();
+    if (asked > options_.maxRetryAfter)
+        return false;
+    // Clients that failed at the same time should not all come back at the same time.
+    thread_local std::minstd_rand random(static_cast<unsigned>(Clock::now().time_since_epoch().count()));
+    std::chrono::duration<double> wait = asked.value_or(std::chrono::seconds(0));
+    if (!asked)
+        wait = std::uniform_real_distribution(0.8, 1.2)(random) * std::exp2(attempts_ - 1) * options_.retryDelay;
+    constexpr std::chrono::duration<double> longest = std::chrono::hours(24);
+    due_ = Clock::now() + std::chrono::duration_cast<Clock::duration>(std::min(wait, longest));
+    return true;
+}
+
+// How long the response asks to wait, in seconds or until a date; nothing if it does not, or the date is past.
+std::optional<std::chrono::seconds> Transfer::retryAfter() const {
+    const std::string text = header_.field("Retry-After");
+    if (text.empty())
+        return std::nullopt;
+    std::int64_t seconds = 0;
+    const char* const end = text.data() + text.size();
+    const auto [parsed, error] = std::from_chars(text.data(), end, seconds);
+    if (error == std::errc::result_out_of_range)
+        return std::chrono::seconds::max();
+    if (error != std::errc() || parsed != end)
+        seconds = curl_getdate(text.c_str(), nullptr) - std::time(nullptr);
+    return seconds > 0 ? std::optional(std::chrono::seconds(seconds)) : std::nullopt;
+}
+
+Transfer::Clock::time_point Transfer::due() const {
+    return due_;
+}
+
+void Transfer::redirect() {
+    const auto refuse = [](const std::string& reason) {
+        throw TransferError(FailureKind::REFUSED, "redirect not followed: " + reason);
+    };
+    if (redirects_++ >= options_.maxRedirects)
+        refuse(fmt::format("there are more than {}", std::max(options_.maxRedirects, 0)));
+    Destination next = destination_.redirected(header_.redirection());
+    if (!next.refusal().empty())
+        refuse(next.refusal());
+    if (destination_.isHttps() && !next.isHttps())
+        refuse("it leads from https to http");
+    if (!destination_.isLocal() && next.mayBeLocal())
+        refuse("it leads to this machine");
+    easy_.reset(); // It points to what changes now.
+    // What the caller meant for one server is none of another's business.
+    if (!next.isSameOrigin(destination_)) {
+        sendsToken_ = false;
+        headers_ = toCurl({});
+    }
+    destination_ = std::move(next);
+    if (header_.status() == 303)
+        method_ = HTTPRequest::Method::GET;
+}
+
+void Transfer::reportProgress(curl_off_t total, curl_off_t received) noexcept {
+    constexpr auto interval = std::chrono::milliseconds(100);
+    const Clock::time_point now = Clock::now();
+    if (!options_.onProgress || received <= 0 || !header_.redirection().empty() || now - lastProgress_ < interval)
+        return;
+    lastProgress_ = now;
+    try {
+        HTTPProgress progress{shownURL(), static_cast<std::uint64_t>(received), {}};
+        if (total > 0)
+            progress.total = static_cast<std::uint64_t>(total);
+        options_.onProgress(progress);
+    } catch (...) {
+        // Nobody waits for it.
+    }
+}
+
+void Transfer::reportAttempt() noexcept {
+    if (!options_.onAttempt)
+        return;
+    const auto information = [this](CURLINFO what) {
+        curl_off_t value = 0;
+        curl_easy_getinfo(easy_.get(), what, &value);
+        return value;
+    };
+    const auto time = [&](CURLINFO what) { return std::chrono::microseconds(information(what)); };
+    try {
+        HTTPAttempt attempt;
+        attempt.method = method_;
+        attempt.url = shownURL();
+        attempt.number = attempts_;
+        attempt.status = hasFailed() ? 0 : header_.status();
+        attempt.failureKind = isOutOfMemory_ ? FailureKind::OUT_OF_MEMORY : error_ ? error_->kind() : FailureKind::NONE;
+        attempt.reason = isOutOfMemory_ ? outOfMemory : error_ ? error_->what() : "";
+        attempt.bytesReceived = static_cast<std::uint64_t>(information(CURLINFO_SIZE_DOWNLOAD_T));
+        attempt.nameResolved = time(CURLINFO_NAMELOOKUP_TIME_T);
+        attempt.connected = std::max(time(CURLINFO_CONNECT_TIME_T), time(CURLINFO_APPCONNECT_TIME_T));
+        attempt.firstByte = time(CURLINFO_STARTTRANSFER_TIME_T);
+        attempt.total = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - *attemptStart_);
+        attempt.protocol = header_.protocol();
+        long connections = 0;
+        curl_easy_getinfo(easy_.get(), CURLINFO_NUM_CONNECTS, &connections);
+        attempt.isConnectionReused = connections == 0 && information(CURLINFO_PRETRANSFER_TIME_T) > 0;
+        options_.onAttempt(attempt);
+    } catch (...) {
+        // Nobody waits for it.
+    }
+}
+
+// In place of whatever the transfer has come to.
+template <class MakeError>
+void Transfer::fail(MakeError makeError) noexcept {
+    error_.reset();
+    attempt([&] { throw makeError(); });
+    if (attemptStart_)
+        reportAttempt();
+    respond();
+}
+
+void Transfer::respondFailure(FailureKind kind, const char* reason) noexcept {
+    fail([&] { return TransferError(kind, reason); });
+}
+
+TransferError Transfer::cancellation() const {
+    if (session_.isClosed)
+        return {FailureKind::CLOSED, "the HTTP client was destroyed before the response came"};
+    return {FailureKind::CANCELLED, "the request was cancelled"};
+}
+
+void Transfer::respondCancelled() noexcept {
+    fail([this]() -> TransferError { return cancellation(); });
+}
+
+void Transfer::respondOutOfMemory() noexcept {
+    isOutOfMemory_ = true;
+    if (attemptStart_)
+        reportAttempt();
+    respond();
+}
+
+// There is a response also if there is no memory to make it.
+void Transfer::respond() noexcept {
+    HTTPResponse response;
+    try {
+        response = makeResponse();
+    } catch (const std::exception&) {
+        response = HTTPResponse::transportFailure(FailureKind::OUT_OF_MEMORY, outOfMemory);
+    }
+    handler_(std::move(response));
+}
+
+HTTPResponse Transfer::makeResponse() {
+    if (isOutOfMemory_)
+        return HTTPResponse::transportFailure(FailureKind::OUT_OF_MEMORY, outOfMemory);
+    if (error_ && !place().empty())
+        return HTTPResponse::transportFailure(error_->kind(), fmt::format("{} ({})", error_->what(), place()));
+    if (error_)
+        return HTTPResponse::transportFailure(error_->kind(), error_->what());
+    return {header_.status(), body_.take(), header_.takeFields()};
+}
+
+// Where the request went, for a person. A redirect's host is the server's word, which may be anything.
+std::string Transfer::place() const {
+    return redirects_ == 0 ? destination_.name() : "where a redirect leads";
+}
+
+// For a log. A redirect is the server's word too.
+std::string Transfer::shownURL() const {
+    std::string url = destination_.withoutValues();
+    return holdsSecret(url, {token_, refusedToken_}) ? "a URL that contains the token" : url;
+}
+
+} // namespace Qx::Detail

@@ -1,0 +1,284 @@
+// What servers and networks do to a client, in both ways to ask it: the rows of Tests/Cases/network.json. Beside what
+// the server does, a row says what is changed of the request and of the client's options ("bindsToken": the token is
+// for this server alone; "tokens": what the token source returns, one after the other, or throws if it is null), what
+// the server "receives" and "lacks", in how many "exchanges", what the source "isAsked", and with what the request
+// "fails" and for what "reason", or with what "status", "headers" and "body" it does not.
+
+#include "Tests/Support/Network.h"
+#include "Tests/Support/Cases.h"
+#include "Tests/Support/ProcessMemory.h"
+#include "Tests/Support/ScopedState.h"
+#include "Tests/Support/Sending.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cctype>
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <locale>
+#include <malloc.h>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <random>
+#include <stdexcept>
+
+namespace {
+
+using nlohmann::json;
+using Qx::CurlHTTPClient;
+using Qx::CurlHTTPClientOptions;
+using Qx::HTTPRequest;
+using Qx::HTTPResponse;
+using Type = HTTPRequest::ExecutionType;
+using namespace std::chrono_literals;
+
+constexpr std::size_t mebibyte = std::size_t{1} << 20;
+
+const json& rows() {
+    static const json all = casesOf("network.json");
+    return all;
+}
+
+std::string nameOf(const json& row) {
+    std::string name = row.at("shows");
+    const auto isOdd = [](unsigned char letter) { return std::isalnum(letter) == 0; };
+    std::replace_if(name.begin(), name.end(), isOdd, '_');
+    return name;
+}
+
+// Whether the request is not to be sent at all; a redirect that is not followed has been answered before.
+bool isRefused(const json& row) {
+    return row.value("fails", json()) == "REFUSED" && !row.contains("sends");
+}
+
+HTTPRequest requestOf(const json& row, const std::string& url, Type type, const HTTPRequest::Callback& callback) {
+    HTTPRequest request = makeRequest(url, type, callback);
+    if (row.value("method", "GET") == "POST")
+        request.setMethod(HTTPRequest::Method::POST);
+    request.setURL(bytesOf(row.value("url", url + row.value("path", ""))));
+    if (row.contains("secure"))
+        request.setURL("https" + request.getURL().substr(4));
+    if (row.contains("header"))
+        request.setHeader(row["header"][0], row["header"][1]);
+    if (!row.value("bearer", true))
+        request.setAuthType(HTTPRequest::AuthType::NONE);
+    return request;
+}
+
+// Returns the tokens one after the other, the last again and again, and keeps what it is asked.
+auto tokenSource(const json& tokens, json& asked) {
+    return [&tokens, &asked](const std::string& refusedToken) {
+        const json& next = tokens.at(std::min(asked.size(), tokens.size() - 1));
+        asked.push_back(refusedToken);
+        return next.is_null() ? throw std::runtime_error("no\nsign-in") : next.get<std::string>();
+    };
+}
+
+CurlHTTPClientOptions optionsOf(const json& row, const RawServer& server) {
+    CurlHTTPClientOptions made = clientOptions();
+    made.maxRetries = row.value("retries", 0);
+    made.retryDelay = std::chrono::milliseconds(row.value("retryDelayMs", 20));
+    made.userAgent = row.value("userAgent", "");
+    if (row.contains("givenProxy"))
+        made.proxy =
+            row["givenProxy"] == "" ? "" : server.url("").insert(7, row["givenProxy"].get<std::string>() + '@');
+    made.token = row.value("token", made.token);
+    made.tokenOrigins = row.value("tokenOrigins", made.tokenOrigins);
+    if (row.contains("bindsToken"))
+        made.tokenOrigins = {server.url("/orvanedm")};
+    const bool fails = row.contains("fails");
+    made.connectTimeout = std::chrono::milliseconds(row.value("connectTimeoutMs", fails ? 500 : 30'000));
+    made.requestTimeout = std::chrono::milliseconds(row.value("requestTimeoutMs", fails ? 1500 : 30'000));
+    made.stallTimeout = 1s;
+    made.maxBodyBytes = row.value("maxBodyMiB", made.maxBodyBytes / mebibyte) * mebibyte;
+    made.maxBodyBytes = row.value("maxBodyBytes", made.maxBodyBytes);
+    made.maxRedirects = row.value("maxRedirects", made.maxRedirects);
+    if (row.contains("trusts"))
+        made.certificateFile = Network::trustedBy(row["trusts"]);
+    return made;
+}
+
+// "{server}" is the server itself.
+ScopedState useProxy(const json& row, const RawServer& server) {
+    if (!row.contains("proxy"))
+        return nullptr;
+    const std::string proxy = row["proxy"] == "{server}" ? server.url("") : row["proxy"].get<std::string>();
+    for (const char* variable : {"http_proxy", "https_proxy"})
+        setenv(variable, proxy.c_str(), 1);
+    return restoredBy([] {
+        unsetenv("http_proxy");
+        unsetenv("https_proxy");
+    });
+}
+
+// In the order of the kinds.
+constexpr std::array kinds{"",          "REFUSED", "NETWORK",      "TLS", "TIMEOUT", "TOO_LARGE", "MALFORMED_RESPONSE",
+                           "CANCELLED", "CLOSED",  "OUT_OF_MEMORY"};
+
+void expectResponse(const json& row, const HTTPResponse& response) {
+    const std::string& reason = response.getReason();
+    const json fails = row.value("fails", json(""));
+    const json possible = fails.is_array() ? fails : json::array({fails}); // Which of them it is depends on the time.
+    const std::string kind = kinds.at(static_cast<std::size_t>(response.getFailureKind()));
+    EXPECT_NE(std::find(possible.begin(), possible.end(), kind), possible.end()) << kind << reason;
+    EXPECT_EQ(response.getStatus(), row.contains("fails") ? 0 : row.value("status", 200));
+    EXPECT_EQ(response.getBody(), row.value("body", ""));
+    const json headers = row.value("headers", json::object());
+    for (const auto& [name, value] : headers.items())
+        EXPECT_EQ(response.getHeader(name), value) << name;
+    EXPECT_NE(reason.find(row.value("reason", "")), std::string::npos) << reason;
+    EXPECT_EQ(reason.find_first_of("\r\n"), std::string::npos);
+    EXPECT_EQ(reason.find("secret"), std::string::npos) << reason;
+}
+
+// Parts "received" come in that order; "lacks" is in no request, "lacksAtLast" not in the last.
+void expectReceived(const json& row, const std::string& requests) {
+    EXPECT_EQ(missingPart(requests, row.value("receives", std::vector<std::string>())), "") << requests;
+    for (const std::string part : row.value("lacks", json::array()))
+        EXPECT_EQ(requests.find(part), std::string::npos) << requests;
+    const std::size_t last = requests.rfind(" HTTP/1.1\r\n");
+    for (const std::string part : row.value("lacksAtLast", json::array()))
+        EXPECT_EQ(requests.find(part, last), std::string::npos) << requests;
+    if (isRefused(row) || row.contains("exchanges")) {
+        EXPECT_EQ(countExchanges(requests), row.value("exchanges", 0)) << requests;
+    }
+}
+
+// A host's locale in which "i" and "I" are not the same letter, as in Turkish.
+struct TurkishLetters : std::ctype<char> {
+    char do_toupper(char letter) const override { return letter == 'i' ? letter : ctype::do_toupper(letter); }
+    char do_tolower(char letter) const override { return letter == 'I' ? letter : ctype::do_tolower(letter); }
+};
+
+class NetworkTest : public testing::TestWithParam<std::size_t> {};
+INSTANTIATE_TEST_SUITE_P(Of, NetworkTest, testing::Range<std::size_t>(0, rows().size()),
+                         [](const auto& tested) { return nameOf(rows()[tested.param]); });
+
+// Sends as many requests as the row says, and another; the completions are counted for as long as there are any.
+void meet(const json& row, Type type, std::atomic<int>& completions) {
+    const RawServer good(Serving::well);
+    const RawServer server = Network::serve(row, good.port());
+    const auto proxy = useProxy(row, server);
+    CurlHTTPClientOptions changed = optionsOf(row, server);
+    json asked = json::array();
+    if (row.contains("tokens"))
+        changed.tokenSource = tokenSource(row["tokens"], asked);
+    const PeakMemory memory;
+    CurlHTTPClient client(changed);
+    const int requests = row.value("requests", 1);
+    for (int number = 1; number <= requests; ++number) {
+        std::promise<HTTPResponse> answered;
+        HTTPRequest request = requestOf(row, server.url("/"), type, [&, number](const HTTPResponse& response) {
+            if (++completions == number)
+                answered.set_value(response);
+        });
+        const auto start = std::chrono::steady_clock::now();
+        client.queueRequest(request);
+        const HTTPResponse response = answered.get_future().get();
+        const auto taken = std::chrono::steady_clock::now() - start;
+        EXPECT_LT(taken, std::chrono::milliseconds(row.value("withinMs", 60'000)));
+        EXPECT_GE(taken, std::chrono::milliseconds(row.value("atLeastMs", 0)));
+        // Of several requests only the last fails.
+        if (number < requests && row.contains("fails"))
+            EXPECT_EQ(response.getStatus(), 200);
+        else
+            expectResponse(row, response);
+        if (number < requests)
+            std::this_thread::sleep_for(100ms);
+    }
+    expectReceived(row, server.received());
+    EXPECT_EQ(asked, row.value("isAsked", asked));
+    EXPECT_LT(memory.growth(), changed.maxBodyBytes + 64 * mebibyte);
+    HTTPRequest next = makeRequest(good.url("/"), Type::CALLING_THREAD);
+    next.setAuthType(HTTPRequest::AuthType::NONE);
+    EXPECT_EQ(send(client, next).getBody(), "{}") << "the client is as good as before";
+    EXPECT_EQ(good.received().find("uthorization"), std::string::npos) << "that of the request before";
+    EXPECT_EQ(good.received().find("secret"), std::string::npos) << "what is for the first server goes to no other";
+}
+
+TEST_P(NetworkTest, EndsOnceAsItMustAndLeavesNothing) {
+    const std::locale before = std::locale::global(std::locale(std::locale(), new TurkishLetters));
+    const ScopedState letters = restoredBy([&] { std::locale::global(before); });
+    const json& row = rows()[GetParam()];
+    const auto descriptors = countEntries("/proc/self/fd");
+    const auto threads = countThreads();
+    for (const Type type : {Type::CALLING_THREAD, Type::CLIENT_THREAD}) {
+        std::atomic<int> completions = 0;
+        meet(row, type, completions);
+        EXPECT_EQ(completions, row.value("requests", 1)) << static_cast<int>(type);
+    }
+    expectNoMoreEntries("/proc/self/fd", descriptors);
+    expectNoMoreEntries("/proc/self/task", threads);
+}
+
+// One client meets the servers of all rows again and again, and good answers between them, for as many seconds as
+// SOAK_SECONDS says. It uses no proxy, and has one token and one list of certificates.
+TEST(Soak, CompletesEveryRequestAndGrowsInNothing) {
+    const char* wanted = std::getenv("SOAK_SECONDS");
+    const std::chrono::milliseconds time = std::chrono::seconds(wanted ? std::atoi(wanted) : 3);
+    CurlHTTPClientOptions hurried = clientOptions();
+    hurried.connectTimeout = hurried.requestTimeout = 300ms;
+    hurried.stallTimeout = 1s;
+    hurried.maxBodyBytes = mebibyte;
+    hurried.certificateFile = Network::trustedBy("authority");
+    CurlHTTPClient client(hurried);
+    std::atomic<std::size_t> requests = 0;
+    std::atomic<std::size_t> completions = 0;
+    std::atomic<std::size_t> successes = 0;
+
+    const auto sendFor = [&](std::chrono::milliseconds duration) {
+        const RawServer good(Serving::well);
+        std::vector<std::unique_ptr<const RawServer>> servers;
+        for (const json& row : rows())
+            servers.emplace_back(new RawServer(Network::serve(row, good.port())));
+        const auto end = std::chrono::steady_clock::now() + duration;
+        const auto sendUntilEnd = [&](unsigned seed) {
+            std::mt19937 random(seed);
+            while (std::chrono::steady_clock::now() < end) {
+                const Type type = random() % 2 == 0 ? Type::CALLING_THREAD : Type::CLIENT_THREAD;
+                std::vector<HTTPRequest> batch;
+                while (batch.size() < 64) {
+                    const std::size_t index = random() % (4 * rows().size());
+                    const bool isGood = index >= rows().size() || rows()[index].contains("proxy");
+                    const json& row = isGood ? json::object() : rows()[index];
+                    const RawServer& server = isGood ? good : *servers[index];
+                    batch.push_back(requestOf(row, server.url("/"), type, [&](const auto&) { ++completions; }));
+                }
+                requests += batch.size();
+                for (const HTTPResponse& response : sendAll(client, batch, type))
+                    successes += response.isSuccessful() ? 1 : 0;
+            }
+        };
+        std::vector<std::future<void>> threads;
+        for (unsigned seed = 0; seed < 4; ++seed)
+            threads.push_back(std::async(std::launch::async, sendUntilEnd, seed));
+    };
+    // As many at once as it has connections, so that it keeps none to the servers that have gone.
+    const auto settle = [&] {
+        const RawServer last([](RawServer::Connection& connection) {
+            std::this_thread::sleep_for(100ms);
+            Serving::well(connection);
+        });
+        const std::vector<HTTPRequest> batch(hurried.maxConnections, makeRequest(last.url("/"), Type::CLIENT_THREAD));
+        sendAll(client, batch, Type::CLIENT_THREAD);
+    };
+
+    // What the client and the C library keep for the next time is there before anything is compared.
+    sendFor(time / 2);
+    settle();
+    const auto descriptors = countEntries("/proc/self/fd");
+    const std::size_t usedFirst = mallinfo2().uordblks;
+    sendFor(time / 2);
+    settle();
+    const std::size_t used = mallinfo2().uordblks;
+    std::printf("%ju requests, %ju of them successes; %zu KiB of heap in use at first, %zu KiB at the end\n",
+                std::uintmax_t{requests}, std::uintmax_t{successes}, usedFirst / 1024, used / 1024);
+    EXPECT_EQ(completions, requests);
+    EXPECT_TRUE(successes > 0 && successes < requests);
+    expectNoMoreEntries("/proc/self/fd", descriptors);
+    // Its caches of sessions may hold more, but not more and more.
+    EXPECT_LE(used, usedFirst + mebibyte / 4);
+}
+
+} // namespace
