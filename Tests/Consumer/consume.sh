@@ -1,19 +1,26 @@
 #!/usr/bin/env bash
 # consume.sh BUILD_FOLDER COMPILER PROGRAM: installs the build into a folder of its own, then builds the program, a C++
-# source that knows only what is installed, and runs it, once through the CMake package and once through pkg-config.
+# source that knows only what is installed, and runs it, once through the CMake package and once through pkg-config. So
+# it does with the examples, which talk to the installed `orvane serve`.
 set -euo pipefail
 source=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+examples=$source/../../Examples
 build=$1 compiler=$2 program=$3
 work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+service=
+trap '[ -z "$service" ] || kill "$service"; rm -rf "$work"' EXIT
 
 quietly() {
   "$@" >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
 }
 
+# configure SOURCE NAME [ARGUMENT...]
+configure() {
+  cmake -S "$1" -B "$work/$2" -G Ninja -DCMAKE_PREFIX_PATH="$work/installed" -DCMAKE_CXX_COMPILER="$compiler" "${@:3}"
+}
+
 quietly cmake --install "$build" --prefix "$work/installed"
-quietly cmake -S "$source" -B "$work/consumer" -G Ninja -DCMAKE_PREFIX_PATH="$work/installed" \
-  -DCMAKE_CXX_COMPILER="$compiler" -DPROGRAM="$program"
+quietly configure "$source" consumer -DPROGRAM="$program"
 quietly cmake --build "$work/consumer"
 "$work/consumer/consumer"
 
@@ -24,3 +31,21 @@ quietly "$compiler" -std=c++20 "$program" "${flags[@]}" -Wl,-rpath,"$libraries" 
   -o "$work/with-pkg-config"
 "$work/with-pkg-config"
 "$work/installed/bin/orvane" --version
+
+ORVANE_TOKEN=t "$work/installed/bin/orvane" serve >"$work/service" &
+service=$!
+quietly configure "$examples/OpenAssembly" open
+quietly cmake --build "$work/open"
+for _ in $(seq 100); do grep -q Interrupt "$work/service" && break; sleep 0.1; done
+uri=$(grep -o 'http://[^ ]*' "$work/service")
+ORVANE_TOKEN=t "$work/open/OpenAssembly" "$uri" 'urn:vrnk.dorlqa:fs.file:gearbox-asm?version=7' 2>&1
+# Nobody listens there, so that it waits to try again until it is cancelled.
+timeout --preserve-status -s INT 0.3 "$work/open/OpenAssembly" http://127.0.0.1:1 v 2>"$work/log" && exit 1
+cat "$work/log"
+read -ra flags < <(pkg-config --cflags --libs QxHTTPClient10)
+quietly "$compiler" -std=c++20 "$examples/OpenAssembly/OpenAssembly.cpp" "${flags[@]}" -o "$work/open-with-pkg-config"
+
+# As it is without the HTTP client.
+rm "$libraries"/cmake/QxOrvaneDM10/QxOrvaneDM10HTTPClientTargets*
+configure "$examples/OpenAssembly" without >"$work/log" 2>&1 && exit 1
+grep 'without its HTTP client' "$work/log"

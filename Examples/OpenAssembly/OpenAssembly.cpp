@@ -1,0 +1,110 @@
+// Opens a design as an application does: the request runs in the background, its result arrives in the main thread,
+// progress and each attempt are shown, the token is renewed, and Ctrl-C cancels.
+//
+//     ORVANE_TOKEN=... OpenAssembly SERVICE-URL VERSION-URN
+
+#include "Base/QxBaseCore10/ApplicationOptions.h"
+#include "Base/QxBaseCore10/Strings.h"
+#include "HTTPClient/CurlHTTPClient.h"
+#include "Server/Orvane/Orvanedm.h"
+#include "Server/Orvane/Payloads/FullAssemblyDataV3.h"
+
+#include <condition_variable>
+#include <csignal>
+#include <cstdlib>
+#include <deque>
+#include <iostream>
+#include <mutex>
+
+namespace {
+
+// Stands for the event loop of the user interface.
+class MainThreadQueue {
+public:
+    void post(std::function<void()> task) {
+        const std::lock_guard lock(mutex_);
+        tasks_.push_back(std::move(task));
+        changed_.notify_one();
+    }
+
+    // Runs the next task, if one comes soon.
+    void runNext() {
+        std::unique_lock lock(mutex_);
+        if (!changed_.wait_for(lock, std::chrono::milliseconds(20), [this] { return !tasks_.empty(); }))
+            return;
+        const std::function<void()> task = std::move(tasks_.front());
+        tasks_.pop_front();
+        lock.unlock();
+        task();
+    }
+
+private:
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::deque<std::function<void()>> tasks_;
+};
+
+// Stands for the application's sign-in: its first token has expired.
+std::string currentToken(const std::string& refusedToken) {
+    const char* token = std::getenv("ORVANE_TOKEN");
+    return refusedToken.empty() || !token ? "expired" : token;
+}
+
+Qx::CurlHTTPClientOptions optionsFor(const std::string& service, MainThreadQueue& mainThread) {
+    Qx::CurlHTTPClientOptions options;
+    options.tokenSource = currentToken;
+    options.tokenOrigins = {service};
+    options.executor = [&mainThread](std::function<void()> completion) { mainThread.post(std::move(completion)); };
+    options.onProgress = [](const Qx::HTTPProgress& progress) {
+        std::clog << "received " << progress.received << " bytes\n";
+    };
+    options.onAttempt = [](const Qx::HTTPAttempt& attempt) {
+        std::clog << attempt.url << ": " << (attempt.status != 0 ? std::to_string(attempt.status) : attempt.reason)
+                  << '\n';
+    };
+    return options;
+}
+
+void warn(const char* problem, const std::vector<std::wstring>& parents) {
+    for (const std::wstring& parent : parents)
+        std::cout << "warning: " << Qx::ToHString(parent) << " is " << problem << '\n';
+}
+
+void show(const Orvane::Payloads::FullAssemblyData& assembly) {
+    std::cout << assembly.getId() << " refers to " << assembly.getDirectReferencedFiles().size() << " files\n";
+    warn("archived", assembly.getArchivedParents());
+    warn("inactive", assembly.getInactiveParents());
+    warn("deleted", assembly.getDeletedParents());
+    warn("closed to you", assembly.getAccessDeniedParents());
+}
+
+volatile std::sig_atomic_t isInterrupted = 0;
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 3) {
+        std::cerr << "OpenAssembly SERVICE-URL VERSION-URN\n";
+        return 2;
+    }
+    std::signal(SIGINT, [](int) { isInterrupted = 1; });
+    Qx::ApplicationOptions::get("main")->set(L"orvaneV3ServiceUrl", Qx::ToIString(argv[1]) + L"/v3");
+
+    MainThreadQueue mainThread;
+    const auto client = std::make_shared<Qx::CurlHTTPClient>(optionsFor(argv[1], mainThread));
+    Qx::Orvanedm orvanedm(client, "main");
+    orvanedm.setAsync(true);
+    std::optional<bool> succeeded;
+    const auto open = [&](bool success, const std::shared_ptr<Orvane::Payloads::FullAssemblyData>& assembly) {
+        succeeded = success && assembly->getId() == argv[2]; // Any JSON is a success; this says that it is the design.
+        if (*succeeded)
+            show(*assembly);
+    };
+    orvanedm.getFullAssemblyStatus(argv[2], open, "ACTUAL", L"open design");
+    while (!succeeded) {
+        mainThread.runNext();
+        if (isInterrupted)
+            client->cancelAll();
+    }
+    return *succeeded ? 0 : 1;
+}
