@@ -5,8 +5,8 @@
 #include "Fuzz/PlainAnswers.h"
 #include "Fuzz/Require.h"
 #include "Server/Orvane/Orvanedm.h"
-#include "Tests/Support/FakeHTTPClient.h"
-#include "Tests/Support/ScopedState.h"
+#include "Testing/PreparedHTTPClient.h"
+#include "Testing/ScopedState.h"
 
 #include <cstdint>
 
@@ -71,7 +71,7 @@ void checkMoves(const FullAssemblyDataV3& document, const Expected& expected) {
 
 // Returns whether it succeeded.
 bool askForStatus(Qx::Orvanedm& orvanedm, const std::string& body) {
-    const ScopedEvents events;
+    const Orvane::Testing::CapturedEvents events;
     int callbacks = 0;
     std::shared_ptr<FullAssemblyDataV3> document;
     orvanedm.getFullAssemblyStatus_V3(
@@ -80,11 +80,11 @@ bool askForStatus(Qx::Orvanedm& orvanedm, const std::string& body) {
             ++callbacks;
             document = std::dynamic_pointer_cast<FullAssemblyDataV3>(data);
             require(success == (document != nullptr), "a V3 document comes with success only");
-            require(events.tracked.empty(), "the event comes after the callback");
+            require(events.all().empty(), "the event comes after the callback");
         },
         "ACTUAL", L"workflow");
     require(callbacks == 1, "the status callback is called once");
-    require(events.tracked.size() == (document ? 1 : 0), "success is reported once");
+    require(events.all().size() == (document ? 1 : 0), "success is reported once");
     if (!document) {
         const Json root = Json::parse(body, nullptr, false);
         require(body.size() > 2048 || root.is_discarded() || root.dump() != body, "compact JSON is taken");
@@ -100,7 +100,7 @@ bool askForStatus(Qx::Orvanedm& orvanedm, const std::string& body) {
 }
 
 bool askForAccess(Qx::Orvanedm& orvanedm, const std::string& body) {
-    const ScopedEvents events;
+    const Orvane::Testing::CapturedEvents events;
     int callbacks = 0;
     bool hasSucceeded = false;
     orvanedm.requestFullAssemblyAccess(
@@ -116,7 +116,7 @@ bool askForAccess(Qx::Orvanedm& orvanedm, const std::string& body) {
         },
         "LATEST");
     require(callbacks == 1, "the access callback is called once");
-    require(events.tracked.empty(), "access is not reported");
+    require(events.all().empty(), "access is not reported");
     return hasSucceeded;
 }
 
@@ -124,7 +124,7 @@ bool askForAccess(Qx::Orvanedm& orvanedm, const std::string& body) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     const std::string body(reinterpret_cast<const char*>(bytes), size);
-    Qx::Orvanedm orvanedm(std::make_shared<FakeHTTPClient>(Qx::HTTPResponse(200, body)), "");
+    Qx::Orvanedm orvanedm(std::make_shared<Orvane::Testing::PreparedHTTPClient>(Qx::HTTPResponse(200, body)), "");
     const bool isStatus = askForStatus(orvanedm, body);
     require(askForAccess(orvanedm, body) == isStatus, "both generations agree on what is JSON");
     return 0;

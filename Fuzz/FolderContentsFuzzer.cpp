@@ -5,7 +5,7 @@
 #include "Fuzz/Require.h"
 #include "Server/Orvane/FolderContentLink.h"
 #include "Server/Orvane/Orvanedm.h"
-#include "Tests/Support/FakeHTTPClient.h"
+#include "Testing/PreparedHTTPClient.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -45,7 +45,7 @@ void walk(const Qx::JSONNode& node) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     const std::string body(reinterpret_cast<const char*>(bytes), size);
-    Qx::Orvanedm orvanedm(std::make_shared<FakeHTTPClient>(Qx::HTTPResponse(200, body)), "");
+    Qx::Orvanedm orvanedm(std::make_shared<Orvane::Testing::PreparedHTTPClient>(Qx::HTTPResponse(200, body)), "");
     int callbacks = 0;
     orvanedm.getFolderContents(Orvane::FolderContentLink::fromContentLink(body), {{body, body}},
                                [&](bool success, const Qx::JSONNode& contents) {

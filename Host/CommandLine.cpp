@@ -30,6 +30,8 @@ void addRequestOptions(CLI::App& command, CommandLine& commandLine) {
         ->check(CLI::Range(1, 86400));
     command.add_option("--max-size", commandLine.maxSizeInMiB, "MiB that one answer may have (256)")
         ->check(CLI::Range(1, 4095));
+    command.add_option("--record", commandLine.recordFolder,
+                       "Folder in which to keep each answer, for orvane serve --data and for tests");
     command.add_flag("--async", commandLine.async, "Have requests answered on a thread of the HTTP client");
     command.add_flag("--json", commandLine.json, "Print JSON, one line for each URN");
 }
@@ -87,7 +89,7 @@ void addServe(CLI::App& app, CommandLine& commandLine) {
     CLI::App* serve =
         addCommand(app, commandLine, Command::SERVE, "serve", "Run the local service until it is interrupted");
     serve->add_option("--data", commandLine.dataFolder,
-                      "Folder with JSON files to serve; without it the sample project");
+                      "Folder with JSON files, or with recorded answers, to serve; without it the sample project");
     serve->add_option("--port", commandLine.port, "Port to listen on; 0 for any free one (0)")
         ->check(CLI::Range(0, 65535));
     serve->add_option("--token-file", commandLine.tokenFile,

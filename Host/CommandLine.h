@@ -22,6 +22,7 @@ struct CommandLine {
     std::string tokenFile; ///< Empty for the environment's token.
     std::chrono::seconds timeout = std::chrono::seconds(120);
     std::size_t maxSizeInMiB = 256; ///< Of one answer.
+    std::string recordFolder;       ///< Empty to record nothing.
     bool async = false;
     bool json = false;
 

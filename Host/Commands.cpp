@@ -60,6 +60,15 @@ void requestBatch(Qx::Orvanedm& orvanedm, const CommandLine& commandLine, std::v
     orvanedm.getFolderContents(std::move(requests), [](const std::vector<Qx::HTTPResponse>&) {});
 }
 
+// A report is worth printing though it could not be recorded, but the user has to know.
+int finish(const ServiceConnection& connection, int exitStatus) {
+    const std::string problem = connection.recordingProblem();
+    if (problem.empty())
+        return exitStatus;
+    printError(fmt::format("not all could be recorded: {}; check --record", problem));
+    return 1;
+}
+
 int runFolder(const CommandLine& commandLine) {
     std::vector<Listing> listings(commandLine.urns.size());
     ServiceConnection connection(commandLine);
@@ -84,7 +93,7 @@ int runFolder(const CommandLine& commandLine) {
             separator = "\n";
         }
     }
-    return exitStatus;
+    return finish(connection, exitStatus);
 }
 
 int runAssembly(const CommandLine& commandLine) {
@@ -99,9 +108,9 @@ int runAssembly(const CommandLine& commandLine) {
         commandLine.algorithm, Qx::ToIString(commandLine.workflow));
     const std::vector<Qx::HTTPResponse> responses = connection.waitForResponses();
     const auto assembly = std::dynamic_pointer_cast<FullAssemblyDataV3>(outcome.data);
-    if (!outcome.success || !assembly)
-        return printFailure(responses.front(), urn, commandLine);
-    return printReport(commandLine, reportAssembly(*assembly, connection.events()));
+    return finish(connection, outcome.success && assembly
+                                  ? printReport(commandLine, reportAssembly(*assembly, connection.events()))
+                                  : printFailure(responses.front(), urn, commandLine));
 }
 
 int runAccess(const CommandLine& commandLine) {
@@ -115,9 +124,8 @@ int runAccess(const CommandLine& commandLine) {
         },
         commandLine.algorithm);
     const std::vector<Qx::HTTPResponse> responses = connection.waitForResponses();
-    if (!outcome.success)
-        return printFailure(responses.front(), urn, commandLine);
-    return printReport(commandLine, reportAccess(outcome.data));
+    return finish(connection, outcome.success ? printReport(commandLine, reportAccess(outcome.data))
+                                              : printFailure(responses.front(), urn, commandLine));
 }
 
 int runServe(const CommandLine& commandLine) {
@@ -129,9 +137,11 @@ int runServe(const CommandLine& commandLine) {
     pthread_sigmask(SIG_BLOCK, &interrupts, nullptr);
 
     const std::string ownToken = readToken(commandLine.tokenFile);
-    const LocalService service(commandLine.dataFolder.empty() ? ServiceData::sample()
-                                                              : ServiceData::fromFolder(commandLine.dataFolder),
-                               ownToken.empty() ? sampleToken : ownToken, commandLine.port);
+    using Orvane::Testing::PreparedAnswers;
+    const Orvane::Testing::LocalService service(commandLine.dataFolder.empty()
+                                                    ? PreparedAnswers::sample()
+                                                    : PreparedAnswers::fromFolder(commandLine.dataFolder),
+                                                ownToken.empty() ? sampleToken : ownToken, commandLine.port);
     printOutput(fmt::format("Serving at {}\nThe bearer token is {}. Interrupt to stop.\n", service.baseUri(),
                             ownToken.empty() ? fmt::format("\"{}\"", sampleToken) : "yours"));
     int received = 0;

@@ -70,7 +70,7 @@ private:
 
 } // namespace
 
-ObservedHTTPClient::ObservedHTTPClient(std::unique_ptr<Qx::IHTTPClient> client) : client_(std::move(client)) {}
+ObservedHTTPClient::ObservedHTTPClient(std::shared_ptr<Qx::IHTTPClient> client) : client_(std::move(client)) {}
 
 ObservedHTTPClient::~ObservedHTTPClient() = default;
 

@@ -14,7 +14,7 @@ namespace OrvaneHost {
 /// client.
 class ObservedHTTPClient : public Qx::IHTTPClient {
 public:
-    explicit ObservedHTTPClient(std::unique_ptr<Qx::IHTTPClient> client);
+    explicit ObservedHTTPClient(std::shared_ptr<Qx::IHTTPClient> client);
 
     ~ObservedHTTPClient() override;
 
@@ -36,7 +36,7 @@ private:
 
     std::mutex mutex_;
     std::vector<std::shared_ptr<Exchange>> sent_;
-    const std::unique_ptr<Qx::IHTTPClient>
+    const std::shared_ptr<Qx::IHTTPClient>
         client_; // The last: what its completions queue while it ends uses the others.
 };
 

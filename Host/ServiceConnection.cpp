@@ -91,7 +91,7 @@ ServiceConnection::ServiceConnection(const CommandLine& commandLine) {
     Qx::CurlHTTPClientOptions options = optionsFor(commandLine);
     std::string service = withoutSlashAtEnd(commandLine.service);
     if (service.empty()) {
-        localService_.emplace(ServiceData::sample(), options.token, 0);
+        localService_.emplace(Orvane::Testing::PreparedAnswers::sample(), options.token, 0);
         service = localService_->baseUri();
     }
     const std::string v3Service =
@@ -99,13 +99,21 @@ ServiceConnection::ServiceConnection(const CommandLine& commandLine) {
     setServiceUrls(service, v3Service);
     options.tokenOrigins = {service, v3Service};
 
-    httpClient_ = std::make_shared<ObservedHTTPClient>(makeClient(options));
+    std::shared_ptr<Qx::IHTTPClient> client = makeClient(options);
+    if (!commandLine.recordFolder.empty())
+        client = recorder_ =
+            std::make_shared<Orvane::Testing::RecordingHTTPClient>(std::move(client), commandLine.recordFolder);
+    httpClient_ = std::make_shared<ObservedHTTPClient>(std::move(client));
     orvanedm_.emplace(httpClient_, optionsName);
     orvanedm_->setAsync(commandLine.async);
 }
 
 Qx::Orvanedm& ServiceConnection::orvanedm() {
     return *orvanedm_;
+}
+
+std::string ServiceConnection::recordingProblem() const {
+    return recorder_ ? recorder_->problem() : std::string();
 }
 
 std::vector<Qx::HTTPResponse> ServiceConnection::waitForResponses() {

@@ -2,9 +2,10 @@
 
 #include "Base/QxBaseCore10/Analytics.h"
 #include "Host/CommandLine.h"
-#include "Host/LocalService/LocalService.h"
 #include "Host/ObservedHTTPClient.h"
 #include "Server/Orvane/Orvanedm.h"
+#include "Testing/LocalService.h"
+#include "Testing/RecordingHTTPClient.h"
 
 #include <memory>
 #include <optional>
@@ -46,6 +47,9 @@ public:
 
     Qx::Orvanedm& orvanedm();
 
+    /// Why the answers could not all be recorded, in one line; empty if they were, or were not to be.
+    std::string recordingProblem() const;
+
     /// Waits as `ObservedHTTPClient::waitForResponses` does.
     std::vector<Qx::HTTPResponse> waitForResponses();
 
@@ -53,8 +57,9 @@ public:
     const std::vector<Qx::Analytics::Report>& events() const;
 
 private:
-    std::optional<LocalService> localService_;
+    std::optional<Orvane::Testing::LocalService> localService_;
     TrackedEvents events_; // Before the client, whose completions track them until it has ended.
+    std::shared_ptr<Orvane::Testing::RecordingHTTPClient> recorder_; // Null if nothing is recorded.
     std::shared_ptr<ObservedHTTPClient> httpClient_;
     std::optional<Qx::Orvanedm> orvanedm_;
 };

@@ -6,11 +6,11 @@
 #include "Host/ObservedHTTPClient.h"
 #include "Server/Orvane/FolderContentLink.h"
 #include "Server/Orvane/Orvanedm.h"
+#include "Testing/PreparedHTTPClient.h"
+#include "Testing/ScopedState.h"
 #include "Tests/Support/Answers.h"
 #include "Tests/Support/Cases.h"
-#include "Tests/Support/FakeHTTPClient.h"
 #include "Tests/Support/RawServer.h"
-#include "Tests/Support/ScopedState.h"
 #include "Tests/Support/Sending.h"
 #include "Tests/Support/WithoutMemory.h"
 
@@ -24,6 +24,7 @@
 
 namespace {
 
+using namespace Orvane::Testing;
 using Orvane::FolderContentLink;
 using Orvane::Payloads::FullAssemblyData;
 using Orvane::Payloads::FullAssemblyDataV3;
@@ -85,7 +86,7 @@ TEST_F(DocumentWithoutMemory, MayBeAssignedAgainAndDestroyed) {
 }
 
 TEST_F(DocumentWithoutMemory, ThrowsWhereItIsMadeCopiedOrAskedAndStaysAsItIs) {
-    const ScopedEvents events;
+    const CapturedEvents events;
     const FullAssemblyData base(root());
     const std::vector<std::function<void()>> operations{
         [] { FullAssemblyDataV3 made(root()); },
@@ -114,8 +115,10 @@ TEST_F(DocumentWithoutMemory, ThrowsWhereItIsMadeCopiedOrAskedAndStaysAsItIs) {
 
 class ClientWithoutMemory : public testing::Test {
 protected:
+    ClientWithoutMemory() { http->hold(); }
+
     const ScopedState service = scopedOption("set", L"orvaneServiceUrl", L"https://service.example/orvanedm");
-    const std::shared_ptr<FakeHTTPClient> http = std::make_shared<FakeHTTPClient>();
+    const std::shared_ptr<PreparedHTTPClient> http = std::make_shared<PreparedHTTPClient>();
     Qx::Orvanedm client{http, "set"};
     int calls = 0;
     const std::function<void(bool, const std::shared_ptr<FullAssemblyData>&)> take = [this](bool success,
@@ -140,8 +143,8 @@ TEST_F(ClientWithoutMemory, SendsNothingOrAll) {
         const std::size_t failures = failEachAllocation([&](auto run) {
             const WithoutMemory ended = run(operation);
             EXPECT_EQ(ended.hasThrown, ended.hasFailed);
-            EXPECT_EQ(http->queued.empty(), ended.hasFailed) << "what lacks memory for a part of it goes nowhere";
-            http->queued = {};
+            EXPECT_EQ(http->requests().empty(), ended.hasFailed) << "what lacks memory for a part of it goes nowhere";
+            http->clear();
         });
         EXPECT_GT(failures, 10U);
     }
@@ -154,7 +157,7 @@ TEST_F(ClientWithoutMemory, CompletionsCallBackAtMostOnce) {
         for (const HTTPResponse& response :
              {HTTPResponse(200, wholeAssembly()), HTTPResponse(200, "no JSON"), HTTPResponse(403, "{}")}) {
             operation();
-            const Qx::HTTPRequest request = http->queued.back();
+            const Qx::HTTPRequest request = http->requests().back();
             const std::size_t failures = failEachAllocation([&](auto run) {
                 calls = 0;
                 const WithoutMemory ended = run([&] { request.getCallback()(response); });
@@ -260,7 +263,7 @@ TEST(ObservedHTTPClientWithoutMemory, TellsOfEachRequestAllTheSame) {
     int kept = 0;
     const std::size_t failures = failEachAllocation([&](auto run) {
         const WithoutMemory ended = run([&] {
-            OrvaneHost::ObservedHTTPClient client(std::make_unique<FakeHTTPClient>(failure));
+            OrvaneHost::ObservedHTTPClient client(std::make_unique<PreparedHTTPClient>(failure));
             bool isCompleted = false;
             HTTPRequest request(BOOST_CURRENT_LOCATION);
             request.setCallback([&](const HTTPResponse&) { isCompleted = true; });

@@ -8,8 +8,8 @@
 #include "Base/QxBaseCore10/Strings.h"
 #include "Base/QxBaseCore10/Uri.h"
 #include "Server/Orvane/FolderContentLink.h"
+#include "Testing/ScopedState.h"
 #include "Tests/Support/Answers.h"
-#include "Tests/Support/ScopedState.h"
 
 #include <gtest/gtest.h>
 #include <set>
@@ -18,6 +18,7 @@ namespace {
 
 using namespace Orvane::Payloads;
 using Orvane::FolderContentLink;
+using namespace Orvane::Testing;
 
 static_assert(!std::is_default_constructible_v<FolderContentLink>);
 static_assert(!std::is_constructible_v<FolderContentLink, std::string>);

@@ -19,6 +19,10 @@ install(FILES
 
 # Relative, so that the file is right wherever the package is installed or moved.
 file(RELATIVE_PATH prefixFromPkgConfig "/prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/prefix")
+if(TARGET QxTesting10)
+  install(EXPORT QxOrvaneDM10TestingTargets NAMESPACE QxOrvaneDM10:: DESTINATION "${packageFolder}")
+  list(APPEND packages QxTesting10)
+endif()
 foreach(package IN LISTS packages)
   configure_file("${CMAKE_CURRENT_LIST_DIR}/${package}.pc.in" "${PROJECT_BINARY_DIR}/${package}.pc" @ONLY)
   install(FILES "${PROJECT_BINARY_DIR}/${package}.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")

@@ -1,6 +1,6 @@
-# Builds the JSON files of Host/LocalService/SampleData into the program: sets `sampleDataSource`.
-set(sampleFolder "${PROJECT_SOURCE_DIR}/Host/LocalService/SampleData")
-set(generatedFolder "${PROJECT_BINARY_DIR}/generated/Host/LocalService")
+# Builds the JSON files of Testing/SampleData into the library of the tests: sets `sampleDataSource`.
+set(sampleFolder "${PROJECT_SOURCE_DIR}/Testing/SampleData")
+set(generatedFolder "${PROJECT_BINARY_DIR}/generated/Testing/Detail")
 set(sampleDataSource "${generatedFolder}/SampleData.cpp")
 
 set(sampleFiles
@@ -20,5 +20,5 @@ foreach(sampleFile IN LISTS sampleFiles)
   string(APPEND sampleTexts "    {\"${sampleFile}\", R\"json(${json})json\"},\n")
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${sampleFolder}/${sampleFile}")
 endforeach()
-configure_file("${PROJECT_SOURCE_DIR}/Host/LocalService/SampleData.h.in" "${generatedFolder}/SampleData.h" @ONLY)
-configure_file("${PROJECT_SOURCE_DIR}/Host/LocalService/SampleData.cpp.in" "${sampleDataSource}" @ONLY)
+configure_file("${PROJECT_SOURCE_DIR}/Testing/Detail/SampleData.h.in" "${generatedFolder}/SampleData.h" @ONLY)
+configure_file("${PROJECT_SOURCE_DIR}/Testing/Detail/SampleData.cpp.in" "${sampleDataSource}" @ONLY)

@@ -19,7 +19,8 @@ struct QXBASECORE10_EXPORT Report {
 /// rather than with the next batch.
 using EventSink = std::function<void(const Report& report, bool now)>;
 
-/// Installs the sink of the process and gives the one before it. An empty sink drops events, as at first.
+/// Installs the sink of the process and returns the one before it. An empty sink drops events, as at first. A plug-in
+/// has to install that again before it is unloaded, as with an `ICloudBrowser`: the sink's code goes with it.
 QXBASECORE10_EXPORT EventSink setEventSink(EventSink sink);
 
 /// Hands the event to the sink, or drops it where there is none. What the sink throws passes through.

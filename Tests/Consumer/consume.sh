@@ -34,13 +34,17 @@ quietly "$compiler" -std=c++20 "$program" "${flags[@]}" -Wl,-rpath,"$libraries" 
 
 ORVANE_TOKEN=t "$work/installed/bin/orvane" serve >"$work/service" &
 service=$!
-quietly configure "$examples/OpenAssembly" open
-quietly cmake --build "$work/open"
+for example in OpenAssembly ListFolder TestOpenAssembly; do
+  quietly configure "$examples/$example" "$example"
+  quietly cmake --build "$work/$example"
+done
 for _ in $(seq 100); do grep -q Interrupt "$work/service" && break; sleep 0.1; done
 uri=$(grep -o 'http://[^ ]*' "$work/service")
-ORVANE_TOKEN=t "$work/open/OpenAssembly" "$uri" 'urn:vrnk.dorlqa:fs.file:gearbox-asm?version=7' 2>&1
+ORVANE_TOKEN=t "$work/OpenAssembly/OpenAssembly" "$uri" 'urn:vrnk.dorlqa:fs.file:gearbox-asm?version=7' 2>&1
+ORVANE_TOKEN=t "$work/ListFolder/ListFolder" "$uri" urn:vrnk.dorlqa:fs.folder:gears
+"$work/TestOpenAssembly/TestOpenAssembly"
 # Nobody listens there, so that it waits to try again until it is cancelled.
-timeout --preserve-status -s INT 0.3 "$work/open/OpenAssembly" http://127.0.0.1:1 v 2>"$work/log" && exit 1
+timeout --preserve-status -s INT 0.3 "$work/OpenAssembly/OpenAssembly" http://127.0.0.1:1 v 2>"$work/log" && exit 1
 cat "$work/log"
 read -ra flags < <(pkg-config --cflags --libs QxHTTPClient10)
 quietly "$compiler" -std=c++20 "$examples/OpenAssembly/OpenAssembly.cpp" "${flags[@]}" -o "$work/open-with-pkg-config"

@@ -5,9 +5,9 @@
 // "fails" and for what "reason", or with what "status", "headers" and "body" it does not.
 
 #include "Tests/Support/Network.h"
+#include "Testing/ScopedState.h"
 #include "Tests/Support/Cases.h"
 #include "Tests/Support/ProcessMemory.h"
-#include "Tests/Support/ScopedState.h"
 #include "Tests/Support/Sending.h"
 
 #include <algorithm>
@@ -26,6 +26,7 @@
 namespace {
 
 using nlohmann::json;
+using namespace Orvane::Testing;
 using Qx::CurlHTTPClient;
 using Qx::CurlHTTPClientOptions;
 using Qx::HTTPRequest;
@@ -102,11 +103,11 @@ CurlHTTPClientOptions optionsOf(const json& row, const RawServer& server) {
 // "{server}" is the server itself.
 ScopedState useProxy(const json& row, const RawServer& server) {
     if (!row.contains("proxy"))
-        return nullptr;
+        return {};
     const std::string proxy = row["proxy"] == "{server}" ? server.url("") : row["proxy"].get<std::string>();
     for (const char* variable : {"http_proxy", "https_proxy"})
         setenv(variable, proxy.c_str(), 1);
-    return restoredBy([] {
+    return ScopedState([] {
         unsetenv("http_proxy");
         unsetenv("https_proxy");
     });
@@ -199,7 +200,7 @@ void meet(const json& row, Type type, std::atomic<int>& completions) {
 
 TEST_P(NetworkTest, EndsOnceAsItMustAndLeavesNothing) {
     const std::locale before = std::locale::global(std::locale(std::locale(), new TurkishLetters));
-    const ScopedState letters = restoredBy([&] { std::locale::global(before); });
+    const ScopedState letters = ScopedState([&] { std::locale::global(before); });
     const json& row = rows()[GetParam()];
     const auto descriptors = countEntries("/proc/self/fd");
     const auto threads = countThreads();

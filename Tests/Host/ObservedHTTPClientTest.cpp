@@ -1,6 +1,6 @@
 #include "Host/ObservedHTTPClient.h"
 
-#include "Tests/Support/FakeHTTPClient.h"
+#include "Testing/PreparedHTTPClient.h"
 
 #include <future>
 #include <gtest/gtest.h>
@@ -9,24 +9,29 @@
 
 namespace {
 
+using Orvane::Testing::PreparedHTTPClient;
 using OrvaneHost::ObservedHTTPClient;
 using Qx::HTTPRequest;
 using Qx::HTTPResponse;
 using namespace std::chrono_literals;
 
 // Throws without a URL, and answers what is left when it ends.
-class FussyClient : public FakeHTTPClient {
+class FussyClient : public PreparedHTTPClient {
 public:
-    ~FussyClient() override {
-        for (std::size_t index = 0; index < queued.size(); ++index)
-            HTTPRequest(queued[index]).getCallback()(HTTPResponse());
-    }
+    FussyClient() { hold(); }
+    ~FussyClient() override { answerAll(); }
 
     void queueRequest(HTTPRequest& request) override {
         if (request.getURL().empty())
             throw std::runtime_error("no");
-        FakeHTTPClient::queueRequest(request);
+        PreparedHTTPClient::queueRequest(request);
     }
+
+    void whenAllRequests(std::vector<HTTPRequest>&, BatchCallback callback, HTTPRequest::ExecutionType) override {
+        batchCallback = std::move(callback);
+    }
+
+    BatchCallback batchCallback;
 };
 
 class ObservedHTTPClientTest : public testing::Test {
@@ -49,7 +54,7 @@ TEST_F(ObservedHTTPClientTest, WaitsForAnEmptyBatchButForNothingThatWasNotSent) 
 }
 
 TEST_F(ObservedHTTPClientTest, HandsOverWhatCompletionsThrewAtOnceAndNoMore) {
-    ObservedHTTPClient client(std::make_unique<FakeHTTPClient>(HTTPResponse(404, "")));
+    ObservedHTTPClient client(std::make_unique<PreparedHTTPClient>(HTTPResponse(404, "")));
     request.setCallback([](const HTTPResponse&) { throw std::runtime_error("no"); });
     EXPECT_THROW(client.queueRequest(request), std::runtime_error);
     EXPECT_EQ(client.waitForResponses().at(0).getStatus(), 404);
@@ -70,8 +75,7 @@ TEST_F(ObservedHTTPClientTest, TakesWhatIsQueuedWhileItEndsAndEndsInACompletion)
     observed = std::make_unique<ObservedHTTPClient>(std::unique_ptr<Qx::IHTTPClient>(inner));
     request.setCallback([this](const HTTPResponse&) { observed.reset(); });
     observed->queueRequest(request);
-    const HTTPRequest::Callback completion = std::exchange(inner->queued, {}).front().getCallback();
-    completion(HTTPResponse(200, "{}"));
+    inner->answer(0, HTTPResponse(200, "{}"));
     EXPECT_FALSE(observed);
 }
 

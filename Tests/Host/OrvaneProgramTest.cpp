@@ -66,7 +66,7 @@ void expectOutcome(const Outcome& outcome, const json& row) {
 }
 
 TEST(OrvaneProgram, DoesWhatTheCasesSay) {
-    const OrvaneHost::LocalService service(OrvaneHost::ServiceData::sample(), "right", 0);
+    const Orvane::Testing::LocalService service(Orvane::Testing::PreparedAnswers::sample(), "right", 0);
     for (const json& row : casesOf("program.json")) {
         SCOPED_TRACE(row.at("shows"));
         const RawServer server = Network::serve(row);
@@ -86,7 +86,7 @@ TEST(OrvaneProgram, GetsNoEventsWithoutAConnection) {
     OrvaneHost::CommandLine commandLine;
     commandLine.service = "https://service.example";
     {
-        const ScopedState scarcity = FailingCalls::scopedThreadsLeft(1);
+        const auto scarcity = FailingCalls::scopedThreadsLeft(1);
         EXPECT_THROW(OrvaneHost::ServiceConnection connection(commandLine), std::runtime_error);
     }
     EXPECT_FALSE(Qx::Analytics::setEventSink({})) << "nobody is to be told";

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# IncludesTest.sh FOLDER: includes in the sources below FOLDER run one way, from Base to Server and HTTPClient, which do
-# not know each other, to Host to Tests, and what is installed includes nothing private.
+# IncludesTest.sh FOLDER: includes in the sources below FOLDER run one way, from Base to Server, HTTPClient and Testing,
+# which do not know each other, to Host to Tests, and what is installed includes nothing private.
 set -euo pipefail
 cd "$1"
 failed=0
@@ -21,10 +21,11 @@ check Base/QxBase10 1 'Base/QxBase(Core)?10/'
 check Server/Orvane/Payloads 2 "Base/QxBaseCore10/|Server/Orvane/Payloads/|$export_header"
 check Server/Orvane 1 'Base/|Server/'
 check HTTPClient 2 'Base/|HTTPClient/'
-check Host 9 'Base/|Server/|HTTPClient/CurlHTTPClient|Host/'
-check Tests 9 'Base/|Server/|HTTPClient/|Host/|Tests/Support/'
+check Testing 2 'Base/|Testing/'
+check Host 9 'Base/|Server/|HTTPClient/CurlHTTPClient|Testing/|Host/'
+check Tests 9 'Base/|Server/|HTTPClient/|Testing/|Host/|Tests/Support/'
 check Benchmarks 1 'Base/|Server/|HTTPClient/CurlHTTPClient|Benchmarks/|Tests/Support/'
-check Fuzz 1 'Base/|Server/|Benchmarks/|Fuzz/|Tests/Support/'
+check Fuzz 1 'Base/|Server/|Testing/|Benchmarks/|Fuzz/|Tests/Support/'
 
 # The client and the links know each other, but only their sources do.
 if grep -lE '#include "Server/Orvane/(Orvanedm|FolderContentLink)\.h"' Server/Orvane/*.h; then
@@ -33,8 +34,8 @@ if grep -lE '#include "Server/Orvane/(Orvanedm|FolderContentLink)\.h"' Server/Or
 fi
 
 private='Detail/|simdjson|curl|httplib'
-for header in $(grep -hoE '[A-Za-z0-9]+\.h"$' Base/CMakeLists.txt Server/CMakeLists.txt HTTPClient/CMakeLists.txt | tr -d '"'); do
-  if find Base Server HTTPClient -name "$header" | xargs grep -HnE "#include [\"<].*($private)"; then
+for header in $(grep -hoE '[A-Za-z0-9]+\.h"$' Base/CMakeLists.txt Server/CMakeLists.txt HTTPClient/CMakeLists.txt Testing/CMakeLists.txt | tr -d '"'); do
+  if find Base Server HTTPClient Testing -name "$header" | xargs grep -HnE "#include [\"<].*($private)"; then
     echo "an installed header includes a private one"
     failed=1
   fi

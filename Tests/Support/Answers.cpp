@@ -1,10 +1,11 @@
 #include "Tests/Support/Answers.h"
 
-#include "Tests/Support/ScopedState.h"
+#include "Testing/ScopedState.h"
 
 #include <array>
 
 using namespace Orvane::Payloads;
+using namespace Orvane::Testing;
 
 namespace {
 

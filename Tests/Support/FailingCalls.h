@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Tests/Support/ScopedState.h"
+#include "Testing/ScopedState.h"
 
 #include <atomic>
 #include <limits>
@@ -15,8 +15,8 @@ inline std::atomic<bool> socketpair = false;
 /// How many threads more can be started.
 inline std::atomic<int> threadsLeft = std::numeric_limits<int>::max();
 
-inline ScopedState scopedThreadsLeft(int count) {
-    return restoredBy([before = threadsLeft.exchange(count)] { threadsLeft = before; });
+inline Orvane::Testing::ScopedState scopedThreadsLeft(int count) {
+    return Orvane::Testing::ScopedState([before = threadsLeft.exchange(count)] { threadsLeft = before; });
 }
 
 } // namespace FailingCalls

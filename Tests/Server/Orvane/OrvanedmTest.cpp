@@ -1,11 +1,12 @@
 #include "Server/Orvane/Orvanedm.h"
 
+#include "Base/QxBaseCore10/ApplicationOptions.h"
 #include "Base/QxBaseCore10/JSONNode.h"
 #include "Server/Orvane/FolderContentLink.h"
 #include "Server/Orvane/Payloads/FullAssemblyDataV3.h"
+#include "Testing/PreparedHTTPClient.h"
+#include "Testing/ScopedState.h"
 #include "Tests/Support/Cases.h"
-#include "Tests/Support/FakeHTTPClient.h"
-#include "Tests/Support/ScopedState.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -16,6 +17,7 @@
 
 namespace {
 
+using namespace Orvane::Testing;
 using Orvane::FolderContentLink;
 using Orvane::Payloads::FullAssemblyData;
 using Orvane::Payloads::FullAssemblyDataV3;
@@ -38,6 +40,13 @@ std::string describe(const Qx::HTTPRequest& request) {
 
 class OrvanedmTest : public testing::Test {
 protected:
+    OrvanedmTest() { http->hold(); }
+
+    // Answers the last request.
+    void answer(int status, std::string body) {
+        http->answer(http->waiting() - 1, Qx::HTTPResponse(status, std::move(body)));
+    }
+
     // Sends the request of a case.
     void send(Qx::Orvanedm& client, const Json& tested) {
         const std::string operation = tested.value("operation", "status");
@@ -56,10 +65,10 @@ protected:
 
     const ScopedState service = scopedOption("set", L"orvaneServiceUrl", L"https://first/orvanedm");
     const ScopedState v3Service = scopedOption("set", L"orvaneV3ServiceUrl", L"https://third");
-    const std::shared_ptr<FakeHTTPClient> http = std::make_shared<FakeHTTPClient>();
+    const std::shared_ptr<PreparedHTTPClient> http = std::make_shared<PreparedHTTPClient>();
     Qx::Orvanedm orvanedm{http, "set"};
     const FolderContentLink link = FolderContentLink::fromUrn("an.urn", "set");
-    ScopedEvents events;
+    CapturedEvents events;
     std::optional<bool> success;
     std::string given; // What the callback got: the contents, or the document's generation and id.
     Qx::Orvanedm::FolderContentsCallback keepContents = [this](bool succeeded, const Qx::JSONNode& node) {
@@ -70,7 +79,7 @@ protected:
         success = succeeded;
         given =
             data ? (std::dynamic_pointer_cast<FullAssemblyDataV3>(data) ? "V3 " : "V2 ") + data->getId() : "nothing";
-        EXPECT_TRUE(events.tracked.empty()) << "the caller has the document first";
+        EXPECT_TRUE(events.all().empty()) << "the caller has the document first";
     };
     Qx::Orvanedm::FullAssemblyAccessCallback keepAccess = [this](bool succeeded, const FullAssemblyData& data) {
         success = succeeded;
@@ -82,24 +91,24 @@ TEST_F(OrvanedmTest, SendsAndAnswersAsTheCasesSay) {
     const std::string common = " | Content-Type: application/json | Accept: application/json | bearer | ";
     for (const Json& tested : casesOf("requests.json")) {
         SCOPED_TRACE(tested.at("shows"));
-        const ScopedState indirect = tested.contains("indirect") ? scopedIndirectXRefs() : nullptr;
+        const ScopedState indirect = tested.contains("indirect") ? scopedIndirectXRefProjectDetails() : ScopedState();
         Qx::Orvanedm client(http, tested.value("options", "set"));
         client.setAsync(tested.contains("async"));
         success.reset();
-        events.tracked.clear();
+        events.clear();
         send(client, tested);
         EXPECT_FALSE(success.has_value()) << "nothing is told before the answer";
         if (tested.contains("request")) {
-            EXPECT_EQ(describe(http->queued.back()),
+            EXPECT_EQ(describe(http->requests().back()),
                       tested["request"].get<std::string>() + common + tested["thread"].get<std::string>());
         }
         if (tested.contains("responds")) {
-            http->answer(tested["responds"][0], tested["responds"][1]);
+            answer(tested["responds"][0], tested["responds"][1]);
             EXPECT_EQ(success, tested["success"].get<bool>());
             EXPECT_EQ(given, tested["gives"]);
-            EXPECT_EQ(events.tracked.size(), tested.value("events", 0U));
+            EXPECT_EQ(events.all().size(), tested.value("events", 0U));
         }
-        for (const Qx::Analytics::Report& event : events.tracked)
+        for (const Qx::Analytics::Report& event : events.all())
             EXPECT_EQ(event.properties.at(L"Workflow"), L"my \u6B6F flow");
     }
 }
@@ -124,7 +133,7 @@ TEST_F(OrvanedmTest, RequestsSayWhereTheyWereFormed) {
     for (const char* operation : {"folder", "status", "access"})
         send(orvanedm, {{"operation", operation}});
     std::set<std::uint_least32_t> lines;
-    for (const Qx::HTTPRequest& request : http->queued) {
+    for (const Qx::HTTPRequest& request : http->requests()) {
         const boost::source_location& location = request.getLocation();
         EXPECT_TRUE(std::string(location.file_name()).ends_with("Orvanedm.cpp")) << location.file_name();
         EXPECT_NE(std::string(location.function_name()).find("Qx::" + request.getThreadName()), std::string::npos)
@@ -145,31 +154,31 @@ TEST_F(OrvanedmTest, AsyncCountsWhenARequestIsFormedAndIsEachCopysOwn) {
     orvanedm.buildOrvaneFolderContentsRequest(link, {}, keepContents, requests[0]);
     assigned.buildOrvaneFolderContentsRequest(link, {}, keepContents, requests[1]);
     copy.buildOrvaneFolderContentsRequest(link, {}, keepContents, requests[2]);
-    EXPECT_TRUE(http->queued.empty()) << "forming sends nothing";
+    EXPECT_TRUE(http->requests().empty()) << "forming sends nothing";
     for (const Qx::HTTPRequest& request : requests)
         EXPECT_EQ(request.executionType == ExecutionType::CLIENT_THREAD, &request == &requests[1]);
     assigned.getFolderContents(requests[0]);
-    EXPECT_EQ(http->queued.back().executionType, ExecutionType::CALLING_THREAD);
+    EXPECT_EQ(http->requests().back().executionType, ExecutionType::CALLING_THREAD);
     assigned.requestFullAssemblyAccess("v", keepAccess, "LATEST");
-    EXPECT_TRUE(http->queued.back().getURL().starts_with("https://first/")) << "options are a copy's own too";
+    EXPECT_TRUE(http->requests().back().getURL().starts_with("https://first/")) << "options are a copy's own too";
 
     std::size_t answered = 0;
     orvanedm.getFolderContents(requests, [&](std::vector<Qx::HTTPResponse> r) { answered = r.size(); });
-    EXPECT_EQ(http->batch.size(), 3U);
-    EXPECT_EQ(http->batchExecutionType, ExecutionType::CLIENT_THREAD);
-    http->batchCallback({Qx::HTTPResponse(), Qx::HTTPResponse()});
-    EXPECT_EQ(answered, 2U);
+    EXPECT_EQ(http->waiting(), 5U);
+    EXPECT_EQ(http->requests().back().executionType, ExecutionType::CLIENT_THREAD);
+    http->answerAll();
+    EXPECT_EQ(answered, 3U);
 }
 
 TEST_F(OrvanedmTest, ACallbackThatThrowsKeepsTheEventFromGoingOutAndLeavesTheClientUsable) {
     const auto refuse = [](bool, const auto&) { throw std::runtime_error("no"); };
     orvanedm.getFullAssemblyStatus("v", refuse, "ACTUAL", L"");
-    EXPECT_THROW(http->answer(200, "{}"), std::runtime_error);
-    EXPECT_TRUE(events.tracked.empty());
+    EXPECT_THROW(answer(200, "{}"), std::runtime_error);
+    EXPECT_TRUE(events.all().empty());
     Qx::Orvanedm(orvanedm).getFullAssemblyStatus("v", keepDocument, "ACTUAL", L""); // The callback outlives it.
-    http->answer(200, "{}");
+    answer(200, "{}");
     EXPECT_EQ(success, true);
-    EXPECT_EQ(events.tracked.size(), 1U);
+    EXPECT_EQ(events.all().size(), 1U);
 }
 
 TEST_F(OrvanedmTest, NestingTakesNoStack) {
@@ -182,9 +191,9 @@ TEST_F(OrvanedmTest, NestingTakesNoStack) {
                                                            {R"({"data":)" + nested(million) + "}", false}};
     std::function<void()> askForAll = [&] {
         for (const auto& [body, isJSON] : bodies) {
-            events.tracked.clear();
+            events.clear();
             orvanedm.getFullAssemblyStatus("v", keepDocument, "ACTUAL", L"");
-            http->answer(200, body);
+            answer(200, body);
             EXPECT_EQ(success, isJSON) << body.size();
         }
     };

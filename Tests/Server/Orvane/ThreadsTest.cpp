@@ -3,10 +3,10 @@
 #include "Base/QxBaseCore10/JSONNode.h"
 #include "Server/Orvane/FolderContentLink.h"
 #include "Server/Orvane/Orvanedm.h"
+#include "Testing/PreparedHTTPClient.h"
+#include "Testing/ScopedState.h"
 #include "Tests/Support/Answers.h"
 #include "Tests/Support/Cases.h"
-#include "Tests/Support/FakeHTTPClient.h"
-#include "Tests/Support/ScopedState.h"
 
 #include <atomic>
 #include <functional>
@@ -15,6 +15,7 @@
 
 namespace {
 
+using namespace Orvane::Testing;
 using Orvane::FolderContentLink;
 using Orvane::Payloads::FullAssemblyDataV3;
 
@@ -49,7 +50,7 @@ TEST(Threads, MayReadOneNodeAndAskOneDocumentEverything) {
 }
 
 TEST(Threads, MayFormRequestsWhileSettingsChange) {
-    const auto http = std::make_shared<FakeHTTPClient>(Qx::HTTPResponse(200, wholeAssembly()));
+    const auto http = std::make_shared<PreparedHTTPClient>(Qx::HTTPResponse(200, wholeAssembly()));
     Qx::Orvanedm client(http, "threads");
     std::atomic<bool> isDone = false;
     std::thread changing([&] {
@@ -57,7 +58,7 @@ TEST(Threads, MayFormRequestsWhileSettingsChange) {
             const ScopedState service = scopedOption("threads", L"orvaneServiceUrl", L"https://one");
             const ScopedState v3Service = scopedOption("threads", L"orvaneV3ServiceUrl", L"https://two");
             const ScopedState flag = scopedFlag("data-show-non-cad-components");
-            const ScopedState indirect = scopedIndirectXRefs();
+            const ScopedState indirect = scopedIndirectXRefProjectDetails();
             const ScopedState sink = scopedEventSink([](const Qx::Analytics::Report&, bool) {});
             const ScopedState current = scopedCurrentOptions("threads");
         }

@@ -1,9 +1,9 @@
-#include "Host/LocalService/Workers.h"
+#include "Testing/Detail/Workers.h"
 
 #include <exception>
 #include <utility>
 
-namespace OrvaneHost {
+namespace Orvane::Testing::Detail {
 
 Workers::Workers(std::size_t count) {
     while (threads_.size() < count)
@@ -39,4 +39,4 @@ void Workers::work(const std::stop_token& stop) {
     }
 }
 
-} // namespace OrvaneHost
+} // namespace Orvane::Testing::Detail

@@ -10,7 +10,7 @@
 #include <thread>
 #include <vector>
 
-namespace OrvaneHost {
+namespace Orvane::Testing::Detail {
 
 /// The threads on which a server answers its connections. Unlike the library's own pool, it cleans up if not all of
 /// them can be started.
@@ -35,4 +35,4 @@ private:
     std::vector<std::jthread> threads_; // The last: its end waits for them.
 };
 
-} // namespace OrvaneHost
+} // namespace Orvane::Testing::Detail

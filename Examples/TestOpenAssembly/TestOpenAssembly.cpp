@@ -1,0 +1,90 @@
+// Tests an application's way to open a design, without a network.
+
+#include "Server/Orvane/Orvanedm.h"
+#include "Server/Orvane/Payloads/FullAssemblyData.h"
+#include "Testing/PreparedHTTPClient.h"
+#include "Testing/ScopedState.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace Orvane::Testing;
+using Orvane::Payloads::FullAssemblyData;
+
+// Stands for the application: what it shows of a design that it opens.
+class Application {
+public:
+    explicit Application(std::shared_ptr<Qx::IHTTPClient> client) : orvanedm_(std::move(client), "main") {}
+
+    void open(const std::string& version) {
+        shown = "opening";
+        orvanedm_.getFullAssemblyStatus(
+            version,
+            [this, version](bool success, const std::shared_ptr<FullAssemblyData>& assembly) {
+                if (!success)
+                    shown = "can't open it";
+                else if (assembly->getId() != version)
+                    shown = "that is no design";
+                else
+                    shown = std::to_string(assembly->getDirectReferencedFiles().size()) + " files";
+            },
+            "ACTUAL", L"open design");
+    }
+
+    std::string shown;
+
+private:
+    Qx::Orvanedm orvanedm_;
+};
+
+const std::string gearbox = "urn:vrnk.dorlqa:fs.file:gearbox-asm?version=7";
+
+class OpenAssemblyTest : public testing::Test {
+protected:
+    // What the service answers for the gearbox.
+    void prepare(Qx::HTTPResponse response) {
+        PreparedAnswers answers;
+        answers.add({Endpoint::Kind::FULL_ASSEMBLY, gearbox}, std::move(response));
+        client->setAnswers(std::move(answers));
+    }
+
+    const ScopedState service = scopedOption("main", L"orvaneV3ServiceUrl", L"https://orvane.example/v3");
+    const CapturedEvents events;
+    const std::shared_ptr<PreparedHTTPClient> client = std::make_shared<PreparedHTTPClient>(PreparedAnswers::sample());
+    Application application{client};
+};
+
+TEST_F(OpenAssemblyTest, ShowsWhatTheDesignRefersTo) {
+    application.open(gearbox);
+    EXPECT_EQ(application.shown, "13 files");
+    EXPECT_TRUE(events.waitFor(1)) << "one usage event";
+}
+
+TEST_F(OpenAssemblyTest, SaysThatItMayNot) {
+    prepare(Qx::HTTPResponse(403, ""));
+    application.open(gearbox);
+    EXPECT_EQ(application.shown, "can't open it");
+    EXPECT_TRUE(events.all().empty());
+}
+
+TEST_F(OpenAssemblyTest, IsNotMisledByAStrangeAnswer) {
+    for (const char* body : {"<html>Sign in</html>", "", "{\"data\":"}) {
+        prepare(Qx::HTTPResponse(200, body));
+        application.open(gearbox);
+        EXPECT_EQ(application.shown, "can't open it") << body;
+    }
+    prepare(Qx::HTTPResponse(200, "{}"));
+    application.open(gearbox);
+    EXPECT_EQ(application.shown, "that is no design");
+}
+
+TEST_F(OpenAssemblyTest, WaitsForTheAnswer) {
+    client->hold();
+    application.open(gearbox);
+    EXPECT_EQ(application.shown, "opening");
+    client->answerNext();
+    EXPECT_EQ(application.shown, "13 files");
+}
+
+} // namespace

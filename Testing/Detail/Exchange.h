@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Base/QxBase10/HTTPRequest.h"
+#include "Base/QxBase10/HTTPResponse.h"
+
+#include <chrono>
+#include <filesystem>
+#include <string>
+
+namespace Orvane::Testing::Detail {
+
+/// A request and what came back for it, as it is kept in files: "NAME.exchange", JSON that a person can read, and
+/// "NAME.body" with the body byte for byte.
+struct Exchange {
+    Qx::HTTPRequest::Method method = Qx::HTTPRequest::Method::GET;
+    std::string url;
+    Qx::HTTPResponse response;
+    std::chrono::microseconds time{0}; ///< From the request to the response.
+};
+
+inline constexpr const char* exchangeExtension = ".exchange";
+
+/// "GET" or "POST".
+const char* nameOf(Qx::HTTPRequest::Method method);
+
+/// Reads the exchange of that file. Throws `std::runtime_error` with a message of one line if it is none.
+Exchange readExchange(const std::filesystem::path& file);
+
+/// Writes it; a file of that name is replaced. Throws `std::runtime_error` with a message of one line if it can't.
+void writeExchange(const Exchange& exchange, const std::filesystem::path& file);
+
+} // namespace Orvane::Testing::Detail

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Base/QxBase10/HTTPRequest.h"
+
+#include <optional>
+#include <string>
+
+namespace Orvane::Testing {
+
+/// A request that the library sends to the service, whatever the service's base URL.
+struct Endpoint {
+    enum class Kind {
+        FOLDER_CONTENTS,      ///< GET .../folders/{folder URN}/content
+        FULL_ASSEMBLY,        ///< GET .../versions/{version URN}/fullassembly
+        FULL_ASSEMBLY_ACCESS, ///< POST .../versions/{version URN}/fullassembly/access
+    };
+
+    Kind kind = Kind::FOLDER_CONTENTS;
+    std::string urn;
+
+    auto operator<=>(const Endpoint&) const = default;
+
+    /// The request that a method and a URL, or its path, stand for, whatever the query; nothing if it is another one.
+    static std::optional<Endpoint> of(Qx::HTTPRequest::Method method, const std::string& url);
+};
+
+} // namespace Orvane::Testing

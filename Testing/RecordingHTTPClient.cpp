@@ -1,0 +1,141 @@
+#include "Testing/RecordingHTTPClient.h"
+
+#include "Testing/Detail/Exchange.h"
+#include "Testing/Detail/Files.h"
+#include "Testing/Detail/NameMaker.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <chrono>
+#include <exception>
+#include <fmt/format.h>
+#include <mutex>
+#include <utility>
+
+namespace Orvane::Testing {
+
+namespace {
+
+using Qx::HTTPRequest;
+using Qx::HTTPResponse;
+using Clock = std::chrono::steady_clock;
+
+bool isSensitive(std::string name) {
+    constexpr std::array<std::string_view, 7> sensitive{
+        "authorization",      "proxy-authorization", "cookie", "set-cookie", "www-authenticate",
+        "proxy-authenticate", "authentication-info"};
+    std::transform(name.begin(), name.end(), name.begin(), [](char letter) {
+        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+    });
+    return std::find(sensitive.begin(), sensitive.end(), name) != sensitive.end() ||
+           name.find("token") != std::string::npos;
+}
+
+HTTPResponse withoutSecrets(const HTTPResponse& response) {
+    HTTPResponse::Headers headers;
+    for (const auto& header : response.getHeaders())
+        if (!isSensitive(header.first))
+            headers.push_back(header);
+    return HTTPResponse(response.getStatus(), std::string(response.getBody()), std::move(headers));
+}
+
+} // namespace
+
+class RecordingHTTPClient::Recorder {
+public:
+    Recorder(std::filesystem::path folder, RecordingOptions options) : folder_(std::move(folder)), options_(options) {
+        attempt([&] {
+            std::filesystem::create_directories(folder_);
+            number_ = Detail::filesIn(folder_, Detail::exchangeExtension).size();
+        });
+    }
+
+    void record(HTTPRequest::Method method, const std::string& url, const HTTPResponse& response,
+                Clock::duration time) {
+        const std::lock_guard lock(mutex_);
+        attempt([&] {
+            Detail::Exchange exchange{method, url, response.getStatus() == 0 ? response : withoutSecrets(response),
+                                      std::chrono::duration_cast<std::chrono::microseconds>(time)};
+            if (options_.makesUpNames)
+                exchange = names_.replaceIn(exchange);
+            writeExchange(exchange, nextFile());
+        });
+    }
+
+    std::string problem() const {
+        const std::lock_guard lock(mutex_);
+        return problem_;
+    }
+
+private:
+    // Names that sort in the order of the exchanges.
+    std::filesystem::path nextFile() {
+        std::filesystem::path file;
+        do
+            file = folder_ / fmt::format("{:06}{}", ++number_, Detail::exchangeExtension);
+        while (std::filesystem::exists(file));
+        return file;
+    }
+
+    template <class Action>
+    void attempt(Action action) noexcept {
+        try {
+            action();
+        } catch (const std::exception& error) {
+            setProblem(error.what());
+        }
+    }
+
+    void setProblem(const char* problem) noexcept {
+        try {
+            problem_ = problem;
+        } catch (const std::exception&) {
+            problem_ = "out of memory"; // Short enough for no memory to be needed.
+        }
+    }
+
+    mutable std::mutex mutex_;
+    const std::filesystem::path folder_;
+    const RecordingOptions options_;
+    std::size_t number_ = 0;
+    Detail::NameMaker names_;
+    std::string problem_;
+};
+
+RecordingHTTPClient::RecordingHTTPClient(std::shared_ptr<Qx::IHTTPClient> client, const std::filesystem::path& folder,
+                                         RecordingOptions options)
+    : client_(std::move(client)), recorder_(std::make_shared<Recorder>(folder, options)) {}
+
+RecordingHTTPClient::~RecordingHTTPClient() = default;
+
+HTTPRequest RecordingHTTPClient::recorded(const HTTPRequest& request) const {
+    HTTPRequest recorded = request;
+    recorded.setCallback([recorder = recorder_, method = request.getMethod(), url = request.getURL(),
+                          callback = request.getCallback(), start = Clock::now()](const HTTPResponse& response) {
+        recorder->record(method, url, response, Clock::now() - start);
+        if (callback)
+            callback(response);
+    });
+    return recorded;
+}
+
+void RecordingHTTPClient::queueRequest(HTTPRequest& request) {
+    HTTPRequest sent = recorded(request);
+    client_->queueRequest(sent);
+}
+
+void RecordingHTTPClient::whenAllRequests(std::vector<HTTPRequest>& requests, BatchCallback callback,
+                                          HTTPRequest::ExecutionType executionType) {
+    std::vector<HTTPRequest> sent;
+    sent.reserve(requests.size());
+    for (const HTTPRequest& request : requests)
+        sent.push_back(recorded(request));
+    client_->whenAllRequests(sent, std::move(callback), executionType);
+}
+
+std::string RecordingHTTPClient::problem() const {
+    return recorder_->problem();
+}
+
+} // namespace Orvane::Testing

@@ -1,0 +1,163 @@
+// What an application tests itself with: prepared answers, recorded ones, and the state that a test changes.
+
+#include "Base/QxBaseCore10/ApplicationOptions.h"
+#include "Base/QxBaseCore10/JSONNode.h"
+#include "Server/Orvane/Orvanedm.h"
+#include "Testing/LocalService.h"
+#include "Testing/PreparedHTTPClient.h"
+#include "Testing/RecordingHTTPClient.h"
+#include "Testing/ScopedState.h"
+
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+using namespace Orvane::Testing;
+using Kind = Endpoint::Kind;
+using Method = Qx::HTTPRequest::Method;
+using FailureKind = Qx::HTTPResponse::FailureKind;
+using Qx::HTTPResponse;
+
+// Sends a request and keeps its response.
+struct Sent {
+    Sent(Qx::IHTTPClient& client, const std::string& url, Method method = Method::GET) {
+        Qx::HTTPRequest request(BOOST_CURRENT_LOCATION);
+        request.setURL(url);
+        request.setMethod(method);
+        request.setHeader("Authorization", "Bearer s3cret");
+        request.setCallback([response = response](const HTTPResponse& given) { *response = given; });
+        client.queueRequest(request);
+    }
+
+    std::shared_ptr<std::optional<HTTPResponse>> response = std::make_shared<std::optional<HTTPResponse>>();
+};
+
+TEST(Endpoint, IsKnownByMethodAndURL) {
+    using Found = std::optional<Endpoint>;
+    EXPECT_EQ(Endpoint::of(Method::GET, "https://h/x/folders/urn:f/content?a=b"),
+              (Found{{Kind::FOLDER_CONTENTS, "urn:f"}}));
+    EXPECT_EQ(Endpoint::of(Method::GET, "/v3/versions/a%3Fv%3D1%/fullassembly?x=/fullassembly"),
+              (Found{{Kind::FULL_ASSEMBLY, "a?v=1%"}}));
+    EXPECT_EQ(Endpoint::of(Method::POST, "/versions/v/fullassembly/access"),
+              (Found{{Kind::FULL_ASSEMBLY_ACCESS, "v"}}));
+    for (const char* other :
+         {"", "/folders/", "/content/folders/", "/folders/f/content/more", "/versions/v/fullassembly/access"})
+        EXPECT_EQ(Endpoint::of(Method::GET, other), std::nullopt) << other;
+}
+
+TEST(PreparedHTTPClient, AnswersAtOnceOrWhenItMay) {
+    PreparedAnswers answers;
+    answers.add({Kind::FOLDER_CONTENTS, "f"}, HTTPResponse(200, "<html>", {{"X-Odd", "1"}}));
+    answers.add(Method::POST, "/other", HTTPResponse::transportFailure(FailureKind::TIMEOUT, "late"));
+    PreparedHTTPClient client(answers);
+    EXPECT_EQ((*Sent(client, "https://any/folders/f/content").response)->getBody(), "<html>");
+    EXPECT_EQ((*Sent(client, "https://any/other", Method::POST).response)->getFailureKind(), FailureKind::TIMEOUT);
+    const Sent unexpected(client, "https://any/other");
+    EXPECT_EQ((*unexpected.response)->getReason(),
+              "unexpected request GET https://any/other; expected: the contents of folder f, POST /other");
+    client.hold();
+    const Sent first(client, "/folders/f/content");
+    const Sent second(client, "/folders/f/content");
+    const Sent third(client, "/folders/f/content");
+    EXPECT_EQ(client.waiting(), 3U);
+    client.answer(1);
+    EXPECT_TRUE(!*first.response && *second.response && !*third.response);
+    client.answer(1, HTTPResponse(418, ""));
+    EXPECT_EQ((*third.response)->getStatus(), 418);
+    client.answerAll();
+    EXPECT_TRUE(*first.response);
+    EXPECT_THROW(client.answerNext(), std::out_of_range);
+    EXPECT_EQ(client.requests().size(), 6U);
+}
+
+class RecordingTest : public testing::Test {
+protected:
+    RecordingTest() { std::filesystem::remove_all(folder); }
+    ~RecordingTest() override { std::filesystem::remove_all(folder); }
+
+    // All that was written.
+    std::string recorded() const {
+        std::ostringstream all;
+        for (const auto& entry : std::filesystem::directory_iterator(folder))
+            all << std::ifstream(entry.path(), std::ios::binary).rdbuf();
+        return all.str();
+    }
+
+    const std::filesystem::path folder = testing::TempDir() + "recording-" + std::to_string(getpid());
+};
+
+TEST_F(RecordingTest, KeepsEachExchangeAsItWasWithoutSecretsAndReplaysIt) {
+    const std::string odd("\xFF\0 cut {", 8);
+    const auto inner = std::make_shared<PreparedHTTPClient>();
+    RecordingHTTPClient client(inner, folder);
+    inner->setAnswers([&] {
+        PreparedAnswers answers;
+        answers.add({Kind::FULL_ASSEMBLY, "v"},
+                    HTTPResponse(203, odd, {{"Set-Cookie", "s3cret"}, {"X-Token", "s3cret"}, {"A", "b"}}));
+        answers.add(Method::GET, "https://h/x?y", HTTPResponse::transportFailure(FailureKind::TLS, "no"));
+        return answers;
+    }());
+    Sent(client, "https://h/versions/v/fullassembly");
+    Sent(client, "https://h/x?y");
+    EXPECT_EQ(client.problem(), "");
+    EXPECT_EQ(recorded().find("s3cret"), std::string::npos);
+    const PreparedAnswers replayed = PreparedAnswers::fromFolder(folder);
+    const auto answer = replayed.find(Method::GET, "http://elsewhere/versions/v/fullassembly");
+    ASSERT_TRUE(answer);
+    EXPECT_EQ(answer->getStatus(), 203);
+    EXPECT_EQ(answer->getBody(), odd);
+    EXPECT_EQ(answer->getHeaders(), (HTTPResponse::Headers{{"A", "b"}}));
+    EXPECT_EQ(replayed.find(Method::GET, "https://h/x?y")->getFailureKind(), FailureKind::TLS);
+}
+
+TEST_F(RecordingTest, MakesUpNamesOfTheSameKind) {
+    const auto inner =
+        std::make_shared<PreparedHTTPClient>(HTTPResponse(200, R"({"data":{"id":"urn:x:file:acme?version=3",
+        "type":"files","name":"Acme rotor.prt","owner":"Jo"},"included":[{"id":"urn:x:file:acme?version=3"},{"id":"2041"}]})"));
+    RecordingHTTPClient client(inner, folder, {.makesUpNames = true});
+    Sent(client, "https://acme.example/versions/urn%3Ax%3Afile%3Aacme%3Fversion%3D3/fullassembly");
+    const std::string all = recorded();
+    EXPECT_EQ(all.find("cme"), std::string::npos) << all;
+    EXPECT_EQ(all.find("Jo"), std::string::npos) << all;
+    const auto answer =
+        PreparedAnswers::fromFolder(folder).find(Method::GET, "/versions/urn:x:file:1%3Fversion%3D3/fullassembly");
+    ASSERT_TRUE(answer) << all;
+    EXPECT_EQ(answer->getBody(),
+              R"({"data":{"id":"urn:x:file:1?version=3","type":"files","name":"name 2.prt","owner":"name 3"},)"
+              R"("included":[{"id":"urn:x:file:1?version=3"},{"id":"0004"}]})");
+}
+
+TEST_F(RecordingTest, GoesOnWhereItCantWrite) {
+    RecordingHTTPClient client(std::make_shared<PreparedHTTPClient>(HTTPResponse(200, "{}")), "/proc/nothing");
+    EXPECT_EQ((*Sent(client, "https://h/").response)->getStatus(), 200);
+    EXPECT_NE(client.problem(), "");
+}
+
+TEST(ScopedState, RestoresWhatWasBeforeAndWaitsForEvents) {
+    const auto options = Qx::ApplicationOptions::get("scoped");
+    options->set(L"orvaneV3ServiceUrl", L"before");
+    {
+        const ScopedState url = scopedOption("scoped", L"orvaneV3ServiceUrl", L"https://v3");
+        const CapturedEvents events;
+        const auto http = std::make_shared<PreparedHTTPClient>(PreparedAnswers::sample());
+        http->hold();
+        Qx::Orvanedm orvanedm(http, "scoped");
+        orvanedm.getFullAssemblyStatus(
+            "urn:vrnk.dorlqa:fs.file:gearbox-asm?version=7", [](bool, const auto&) {}, "ACTUAL", L"");
+        std::thread answering([&] { http->answerAll(); });
+        EXPECT_TRUE(events.waitFor(1));
+        answering.join();
+        EXPECT_FALSE(events.waitFor(2, std::chrono::milliseconds(1)));
+    }
+    std::wstring value;
+    EXPECT_TRUE(options->tryGet(L"orvaneV3ServiceUrl", value));
+    EXPECT_EQ(value, L"before");
+    EXPECT_FALSE(Qx::Analytics::setEventSink({}));
+}
+
+} // namespace
