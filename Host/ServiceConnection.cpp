@@ -75,18 +75,6 @@ std::string readToken(const std::string& tokenFile) {
     return token;
 }
 
-TrackedEvents::TrackedEvents() {
-    Qx::Analytics::setEventSink([this](const Qx::Analytics::Report& event, bool) { events_.push_back(event); });
-}
-
-TrackedEvents::~TrackedEvents() {
-    Qx::Analytics::setEventSink({});
-}
-
-const std::vector<Qx::Analytics::Report>& TrackedEvents::all() const {
-    return events_;
-}
-
 ServiceConnection::ServiceConnection(const CommandLine& commandLine) {
     Qx::CurlHTTPClientOptions options = optionsFor(commandLine);
     std::string service = withoutSlashAtEnd(commandLine.service);
@@ -120,7 +108,7 @@ std::vector<Qx::HTTPResponse> ServiceConnection::waitForResponses() {
     return httpClient_->waitForResponses();
 }
 
-const std::vector<Qx::Analytics::Report>& ServiceConnection::events() const {
+std::vector<Qx::Analytics::Report> ServiceConnection::events() const {
     return events_.all();
 }
 

@@ -6,6 +6,7 @@
 #include "Server/Orvane/Orvanedm.h"
 #include "Testing/LocalService.h"
 #include "Testing/RecordingHTTPClient.h"
+#include "Testing/ScopedState.h"
 
 #include <memory>
 #include <optional>
@@ -20,21 +21,6 @@ constexpr const char* sampleToken = "sample-token";
 /// The user's token, from the file or else from the environment; empty if there is none. Throws
 /// `std::runtime_error` with a message of one line if the file can't be read or is empty.
 std::string readToken(const std::string& tokenFile);
-
-/// Keeps the usage events that the library tracks while it lives.
-class TrackedEvents {
-public:
-    TrackedEvents();
-    TrackedEvents(const TrackedEvents&) = delete;
-    TrackedEvents& operator=(const TrackedEvents&) = delete;
-    ~TrackedEvents();
-
-    /// Not to be asked while a request is in flight.
-    const std::vector<Qx::Analytics::Report>& all() const;
-
-private:
-    std::vector<Qx::Analytics::Report> events_;
-};
 
 /// All that one command needs to talk to the service: the service itself if it is the local one, its
 /// URLs in the application options, the HTTP client and the library's client, and the usage events that
@@ -54,11 +40,11 @@ public:
     std::vector<Qx::HTTPResponse> waitForResponses();
 
     /// The usage events tracked so far. Ask behind `waitForResponses`.
-    const std::vector<Qx::Analytics::Report>& events() const;
+    std::vector<Qx::Analytics::Report> events() const;
 
 private:
     std::optional<Orvane::Testing::LocalService> localService_;
-    TrackedEvents events_; // Before the client, whose completions track them until it has ended.
+    Orvane::Testing::CapturedEvents events_; // Before the client, whose completions track them until it has ended.
     std::shared_ptr<Orvane::Testing::RecordingHTTPClient> recorder_; // Null if nothing is recorded.
     std::shared_ptr<ObservedHTTPClient> httpClient_;
     std::optional<Qx::Orvanedm> orvanedm_;
