@@ -8,7 +8,7 @@
 
 namespace Qx {
 
-/// Sends requests over HTTP/1.1, with TLS or without.
+/// Sends requests over HTTP/1.1, or over HTTP/2 where a server of https chooses that.
 ///
 ///     Qx::CurlHTTPClientOptions options;
 ///     options.tokenSource = [](const std::string& refusedToken) { return signIn.token(refusedToken); };
@@ -16,7 +16,8 @@ namespace Qx {
 ///
 /// Transfers run on one thread; completions run on a few others, or where `executor` puts them, so that reading a large
 /// response never holds up other transfers; or in the calling thread if the request asks for that. Connections are
-/// reused, gzip is accepted, certificates are always verified, and the limits of the options hold.
+/// reused, each for one request at a time, gzip is accepted, certificates are always verified, and the limits of the
+/// options hold.
 ///
 /// The token, and the headers Authorization, Proxy-Authorization and Cookie that a caller sets, go only over https or
 /// to this machine; no redirect takes them, or any other header of a caller, to another scheme, host or port. No

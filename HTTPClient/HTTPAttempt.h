@@ -37,7 +37,7 @@ struct HTTPAttempt {
     /// Measured from the start of the attempt until its end.
     std::chrono::microseconds total{0};
 
-    /// "HTTP/1.1", for example; empty if no response came.
+    /// "HTTP/1.1" or "HTTP/2", for example; empty if no response came.
     std::string protocol;
 
     /// Whether the last exchange used a connection that was open already.

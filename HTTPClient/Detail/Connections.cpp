@@ -16,12 +16,12 @@ CURLSH* initShare() {
     return initialised == CURLE_OK ? curl_share_init() : nullptr;
 }
 
+} // namespace
+
 bool runsOnOpenSSL() {
     static const char* const name = curl_version_info(CURLVERSION_NOW)->ssl_version;
     return name && std::string_view(name).starts_with("OpenSSL/");
 }
-
-} // namespace
 
 Connections::Connections() : share_(initShare()) {
     if (!share_ || curl_share_setopt(share_.get(), CURLSHOPT_SHARE, CURL_LOCK_DATA_SSL_SESSION) != CURLSHE_OK)

@@ -24,26 +24,27 @@ bool isLength(std::string_view text) {
            text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-// "HTTP/1.1 200 OK": where libcurl is content with less, it takes an error for a success, or the connection for one of
-// HTTP/2.
-int statusIn(std::string_view line) {
+// "HTTP/1.1 200 OK" or "HTTP/2 200": where libcurl is content with less, it takes an error for a success, or a response
+// of HTTP/1.1 for one of HTTP/2.
+int statusIn(std::string_view line, bool isHTTP2) {
     constexpr std::string_view digits = "0123456789";
-    constexpr std::size_t statusAt = 9;
-    constexpr std::size_t statusEnd = 12;
-    const bool isVersion = line.starts_with("HTTP/1.1 ") || line.starts_with("HTTP/1.0 ");
-    if (!isVersion || line.find_first_not_of(digits, statusAt) != statusEnd || line[statusAt] == '0' ||
-        std::string_view(" \r\n").find(line[statusEnd]) == std::string_view::npos)
+    const bool isVersion =
+        isHTTP2 ? line.starts_with("HTTP/2 ") : line.starts_with("HTTP/1.1 ") || line.starts_with("HTTP/1.0 ");
+    const std::size_t start = line.find(' ') + 1;
+    const std::size_t end = start + 3;
+    if (!isVersion || line.find_first_not_of(digits, start) != end || line[start] == '0' ||
+        std::string_view(" \r\n").find(line[end]) == std::string_view::npos)
         failMalformed("malformed status line in the response");
     int status = 0;
-    std::from_chars(line.data() + statusAt, line.data() + statusEnd, status);
+    std::from_chars(line.data() + start, line.data() + end, status);
     return status;
 }
 
 } // namespace
 
-void ResponseHeader::readLine(std::string_view line) {
+void ResponseHeader::readLine(std::string_view line, bool isHTTP2) {
     if (line.starts_with("HTTP/")) {
-        start(line);
+        start(line, isHTTP2);
     } else if (line == "\r\n" || line == "\n") {
         phase_ = Phase::ENDED;
     } else {
@@ -54,12 +55,12 @@ void ResponseHeader::readLine(std::string_view line) {
     }
 }
 
-void ResponseHeader::start(std::string_view statusLine) {
+void ResponseHeader::start(std::string_view statusLine, bool isHTTP2) {
     if (phase_ == Phase::OPEN)
         failMalformed("the header of the response ended early");
     *this = ResponseHeader();
     phase_ = Phase::OPEN;
-    status_ = statusIn(statusLine);
+    status_ = statusIn(statusLine, isHTTP2);
     protocol_ = statusLine.substr(0, statusLine.find(' '));
     if (status_ == 101)
         failMalformed("the response changes the protocol, which was not requested");

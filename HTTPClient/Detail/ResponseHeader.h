@@ -13,8 +13,9 @@ namespace Qx::Detail {
 class ResponseHeader {
 public:
     /// Takes the next line, as libcurl passes it: those of interim responses and of a proxy's answer to CONNECT come
-    /// first, each starting with its status line, and trailers come behind the body. Throws `TransferError`.
-    void readLine(std::string_view line);
+    /// first, each starting with its status line, and trailers come behind the body. `isHTTP2` says what the connection
+    /// speaks. Throws `TransferError`.
+    void readLine(std::string_view line, bool isHTTP2);
 
     bool hasEnded() const;
 
@@ -39,7 +40,7 @@ public:
 private:
     enum class Phase { AWAITED, OPEN, ENDED };
 
-    void start(std::string_view statusLine);
+    void start(std::string_view statusLine, bool isHTTP2);
     void readField(const std::string& name, const std::string& value);
     void readFraming(const std::string& name, const std::string& value);
 

@@ -66,6 +66,15 @@ bool lacksCloseNotify(CURL* easy) {
     return ssl && (SSL_get_shutdown(ssl) & SSL_RECEIVED_SHUTDOWN) == 0;
 }
 
+// Whether the handshake has chosen HTTP/2. A response must not decide that: one of HTTP/1.1 could claim it.
+bool speaksHTTP2(CURL* easy) {
+    const unsigned char* name = nullptr;
+    unsigned length = 0;
+    if (SSL* const ssl = tlsOf(easy))
+        SSL_get0_alpn_selected(ssl, &name, &length);
+    return std::string_view(reinterpret_cast<const char*>(name), length) == "h2";
+}
+
 // Whether something is left within TLS that nobody has read. To look for more would take session tickets from libcurl.
 bool hasDataInTLS(CURL* easy) {
     SSL* const ssl = tlsOf(easy);
@@ -150,6 +159,8 @@ bool Transfer::start(Connections& connections) {
         return false;
     header_ = ResponseHeader();
     socket_ = CURL_SOCKET_BAD;
+    isHTTP2_ = false;
+    isCut_ = false;
     if (!attemptStart_) {
         attemptStart_ = Clock::now();
         ++attempts_;
@@ -157,7 +168,6 @@ bool Transfer::start(Connections& connections) {
         body_ = ResponseBody(options_.maxBodyBytes);
         headerBytes_ = 0;
         hasResponseBegun_ = false;
-        lacksCloseNotify_ = false;
     }
     setRequest();
     setConnection();
@@ -197,8 +207,8 @@ void Transfer::setConnection() {
     set(CURLOPT_PREREQFUNCTION, &Transfer::checkConnection);
     set(CURLOPT_PREREQDATA, this);
     set(CURLOPT_PROTOCOLS_STR, "http,https");
-    // Over HTTP/2 libcurl takes a body for whole when its connection ends in the midst of it.
-    set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
+    // Only OpenSSL tells what has been chosen, and how the connection has ended.
+    set(CURLOPT_HTTP_VERSION, static_cast<long>(runsOnOpenSSL() ? CURL_HTTP_VERSION_2TLS : CURL_HTTP_VERSION_1_1));
     set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
     set(CURLOPT_PROXY_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
     if (const std::string& file = options_.certificateFile; !file.empty()) {
@@ -272,6 +282,10 @@ int Transfer::checkConnection(void* transfer, char* peer, char*, int peerPort, i
     user.attempt([&] { user.socket_ = user.connections_->find(localPort, peer, peerPort); });
     user.receivedBefore_ = user.socket_ == CURL_SOCKET_BAD ? 0 : countReceived(user.socket_);
     const bool isTLS = user.destination_.isHttps();
+    // In HTTP/2 what comes says which request it belongs to, and there is always something to say.
+    user.isHTTP2_ = speaksHTTP2(user.easy_.get());
+    if (user.isHTTP2_)
+        return CURL_PREREQFUNC_OK;
     if (user.connections_->isQuiet(user.socket_, isTLS) && !(isTLS && hasDataInTLS(user.easy_.get())))
         return CURL_PREREQFUNC_OK;
     user.isStale_ = !user.takesNewConnection_;
@@ -284,10 +298,15 @@ int Transfer::checkConnection(void* transfer, char* peer, char*, int peerPort, i
 int Transfer::watch(void* transfer, curl_off_t total, curl_off_t received, curl_off_t, curl_off_t) noexcept {
     auto& watched = *static_cast<Transfer*>(transfer);
     if (watched.header_.endsWithConnection())
-        watched.lacksCloseNotify_ = lacksCloseNotify(watched.easy_.get());
+        watched.isCut_ = watched.hasConnectionEnded() && lacksCloseNotify(watched.easy_.get());
     watched.reportProgress(total, received);
     const bool isGood = watched.attempt([&] { watched.checkProgress(); });
     return isGood ? 0 : 1;
+}
+
+// Without a length, that of HTTP/1.1 ends with the response.
+bool Transfer::hasConnectionEnded() const {
+    return !isHTTP2_ || socket_ == CURL_SOCKET_BAD || hasEnded(socket_);
 }
 
 void Transfer::readHeaderLine(std::string_view line) {
@@ -295,7 +314,7 @@ void Transfer::readHeaderLine(std::string_view line) {
     headerBytes_ += line.size();
     if (headerBytes_ > limit)
         throw TransferError(FailureKind::MALFORMED_RESPONSE, fmt::format("the header is longer than {} bytes", limit));
-    header_.readLine(line);
+    header_.readLine(line, isHTTP2_);
 }
 
 void Transfer::readBody(std::string_view bytes) {
@@ -366,12 +385,11 @@ Transfer::Next Transfer::next(CURLcode result) noexcept {
 Transfer::Next Transfer::decide(CURLcode result) {
     if (result != CURLE_OK)
         throw explain(result, easy_.get(), curlError_.data(), {token_, refusedToken_});
-    const bool isConnectionCut = header_.endsWithConnection() && lacksCloseNotify_;
     if (header_.hasEnded() && !header_.redirection().empty()) {
         redirect();
         return Next::FOLLOW;
     }
-    if (!header_.hasEnded() || isConnectionCut || !body_.isComplete())
+    if (!header_.hasEnded() || isCut_ || !body_.isComplete())
         throw TransferError(FailureKind::NETWORK, cutShort);
     constexpr int unauthorized = 401;
     if (header_.status() != unauthorized || !sendsToken_ || !options_.tokenSource || !refusedToken_.empty())

@@ -97,6 +97,7 @@ private:
     static int watch(void* transfer, curl_off_t total, curl_off_t received, curl_off_t, curl_off_t) noexcept;
     template <class Action>
     bool attempt(Action action) noexcept;
+    bool hasConnectionEnded() const;
     void readHeaderLine(std::string_view line);
     void readBody(std::string_view bytes);
     void checkCancelled() const;
@@ -149,7 +150,8 @@ private:
     curl_socket_t socket_ = CURL_SOCKET_BAD;
     std::uint64_t receivedBefore_ = 0; ///< Over that socket, before the request.
     bool hasResponseBegun_ = false;
-    bool lacksCloseNotify_ = false; ///< Whether the peer of a TLS connection has not said that it ends.
+    bool isHTTP2_ = false;
+    bool isCut_ = false; ///< Whether a response without a length may lack its end.
 
     ResponseHeader header_;
     ResponseBody body_;

@@ -1,8 +1,9 @@
 // What servers and networks do to a client, in both ways to ask it: the rows of Tests/Cases/network.json. Beside what
 // the server does, a row says what is changed of the request and of the client's options ("bindsToken": the token is
 // for this server alone; "tokens": what the token source returns, one after the other, or throws if it is null), what
-// the server "receives" and "lacks", in how many "exchanges", what the source "isAsked", and with what the request
-// "fails" and for what "reason", or with what "status", "headers" and "body" it does not.
+// the server "receives" and "lacks", in how many "exchanges", what the source "isAsked", in which
+// "protocol", and with what the request "fails" and for what "reason", or with what "status", "headers" and "body" it
+// does not.
 
 #include "Tests/Support/Network.h"
 #include "Testing/ScopedState.h"
@@ -165,6 +166,8 @@ void meet(const json& row, Type type, std::atomic<int>& completions) {
     json asked = json::array();
     if (row.contains("tokens"))
         changed.tokenSource = tokenSource(row["tokens"], asked);
+    Qx::HTTPAttempt last;
+    changed.onAttempt = [&](const Qx::HTTPAttempt& attempt) { last = attempt; };
     const PeakMemory memory;
     CurlHTTPClient client(changed);
     const int requests = row.value("requests", 1);
@@ -190,6 +193,8 @@ void meet(const json& row, Type type, std::atomic<int>& completions) {
     }
     expectReceived(row, server.received());
     EXPECT_EQ(asked, row.value("isAsked", asked));
+    EXPECT_EQ(last.protocol, row.value("protocol", last.protocol));
+    EXPECT_EQ(last.isConnectionReused, row.value("isReused", last.isConnectionReused));
     EXPECT_LT(memory.growth(), changed.maxBodyBytes + 64 * mebibyte);
     HTTPRequest next = makeRequest(good.url("/"), Type::CALLING_THREAD);
     next.setAuthType(HTTPRequest::AuthType::NONE);

@@ -57,6 +57,44 @@ void respond(const json& row, Connection& connection, std::atomic<std::size_t>& 
         connection.cut();
 }
 
+// The next request's stream, 0 if there is none.
+char readStream(Connection& connection) {
+    constexpr char headers = 1;
+    for (std::string frame = connection.read(9); frame.size() == 9; frame = connection.read(9)) {
+        connection.read(static_cast<unsigned char>(frame[1]) * 256U + static_cast<unsigned char>(frame[2]));
+        if (frame[3] == headers)
+            return frame[8];
+    }
+    return 0;
+}
+
+// Over HTTP/2 each request gets the row's frames, which hold a type, flags and a payload.
+void respondInFrames(const json& row, Connection& connection) {
+    const auto send = [&](const json& frame, char stream) {
+        const std::string payload = bytesOf(frame.at(2));
+        const std::string head{0,
+                               static_cast<char>(payload.size() / 256),
+                               static_cast<char>(payload.size() % 256),
+                               frame.at(0).get<char>(),
+                               frame.at(1).get<char>(),
+                               0,
+                               0,
+                               0,
+                               stream};
+        return connection.send(head + payload);
+    };
+    send({4, 0, ""}, 0);
+    connection.read(std::string_view("PRI * HTTP/2.0\r\n\r\nSM\r\n\r\n").size());
+    while (const char stream = readStream(connection)) {
+        for (const json& frame : row["frames"])
+            send(frame, stream);
+        while (row.contains("againFrame") && send(row["againFrame"], 0)) {
+        }
+        if (row.contains("cuts"))
+            return connection.cut();
+    }
+}
+
 // OpenSSL reads its settings when it is first used: those of a system that permits everything.
 const int permissive = setenv("OPENSSL_CONF", TEST_SOURCES "/Support/permissive-openssl.cnf", 1);
 
@@ -69,13 +107,17 @@ RawServer serve(const json& row, unsigned otherPort) {
         return RawServer(nullptr);
     const auto requests = std::make_shared<std::atomic<std::size_t>>(0);
     const auto serveOne = [row, otherPort, requests](Connection& connection) {
-        if (row.contains("raw") || !connection.readRequest().empty())
+        if (row.contains("frames"))
+            respondInFrames(row, connection);
+        else if (row.contains("raw") || !connection.readRequest().empty())
             respond(row, connection, *requests, otherPort);
     };
     if (!row.contains("certificate"))
         return RawServer(serveOne);
     const std::map<std::string, int> versions{{"", 0}, {"1.1", TLS1_1_VERSION}, {"1.2", TLS1_2_VERSION}};
-    return RawServer(serveOne, identityOf(row["certificate"], versions.at(row.value("version", ""))));
+    RawServer::Identity identity = identityOf(row["certificate"], versions.at(row.value("version", "")));
+    identity.offersHTTP2 = row.contains("offersHTTP2");
+    return RawServer(serveOne, identity);
 }
 
 RawServer::Identity identityOf(const std::string& name, int maxVersion) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <boost/asio/buffer.hpp>
+#include <boost/asio/read.hpp>
 #include <boost/asio/read_until.hpp>
 #include <boost/asio/write.hpp>
 #include <sys/socket.h>
@@ -11,6 +12,17 @@ namespace asio = boost::asio;
 using asio::ip::tcp;
 using boost::system::error_code;
 using Context = asio::ssl::context;
+
+namespace {
+
+int chooseHTTP2(SSL*, const unsigned char** chosen, unsigned char* size, const unsigned char*, unsigned, void*) {
+    constexpr std::string_view name = "h2";
+    *chosen = reinterpret_cast<const unsigned char*>(name.data());
+    *size = name.size();
+    return SSL_TLSEXT_ERR_OK;
+}
+
+} // namespace
 
 RawServer::Connection::Connection(tcp::socket socket, RawServer& server)
     : stream_(std::move(socket), server.context_), server_(server) {
@@ -35,6 +47,17 @@ std::string RawServer::Connection::readRequest() {
     if (server_.received_.size() < enough)
         server_.received_ += request;
     return request;
+}
+
+std::string RawServer::Connection::read(std::size_t size) {
+    error_code error;
+    const std::size_t missing = size - std::min(size, received_.size());
+    with([&](auto& stream) {
+        return asio::read(stream, asio::dynamic_buffer(received_), asio::transfer_at_least(missing), error);
+    });
+    std::string bytes = received_.substr(0, size);
+    received_.erase(0, size);
+    return bytes;
 }
 
 bool RawServer::Connection::send(std::string_view bytes) {
@@ -69,6 +92,8 @@ RawServer::RawServer(Serve serve, const std::optional<Identity>& identity)
         SSL_CTX_set_max_proto_version(context_.native_handle(), identity->maxVersion);
         // Sessions go on by what the clients keep; a cache of them would grow.
         SSL_CTX_set_session_cache_mode(context_.native_handle(), SSL_SESS_CACHE_OFF);
+        if (identity->offersHTTP2)
+            SSL_CTX_set_alpn_select_cb(context_.native_handle(), chooseHTTP2, nullptr);
         context_.use_certificate_chain_file(identity->certificate);
         context_.use_private_key_file(identity->key, Context::pem);
     }

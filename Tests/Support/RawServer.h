@@ -23,6 +23,9 @@ public:
         /// The next request up to the empty line, as it came; empty if the client has gone.
         std::string readRequest();
 
+        /// As many bytes; fewer if the client has gone.
+        std::string read(std::size_t size);
+
         /// False once the client has gone.
         bool send(std::string_view bytes);
 
@@ -56,6 +59,7 @@ public:
         std::string certificate; ///< The path of a PEM file, as is the key.
         std::string key;
         int maxVersion = 0; ///< The last version of TLS that it speaks, as OpenSSL counts them; 0 for any.
+        bool offersHTTP2 = false;
     };
 
     using Serve = std::function<void(Connection&)>;
