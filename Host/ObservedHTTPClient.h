@@ -2,7 +2,7 @@
 
 #include "Base/QxBase10/IHTTPClient.h"
 
-#include <cstddef>
+#include <future>
 #include <memory>
 #include <mutex>
 #include <vector>
@@ -10,34 +10,27 @@
 namespace OrvaneHost {
 
 /// Passes requests on to another client and keeps their responses. The library tells its callers only that a
-/// request failed; whoever has to tell a user why looks here. A completion may destroy it if it may destroy that
-/// client.
+/// request failed; whoever has to tell a user why looks here.
 class ObservedHTTPClient : public Qx::IHTTPClient {
 public:
     explicit ObservedHTTPClient(std::shared_ptr<Qx::IHTTPClient> client);
-
     ~ObservedHTTPClient() override;
 
     void queueRequest(Qx::HTTPRequest& request) override;
     void whenAllRequests(std::vector<Qx::HTTPRequest>& requests, BatchCallback callback,
                          Qx::HTTPRequest::ExecutionType executionType) override;
 
-    /// Waits until every request and every batch sent so far is answered and its callbacks have returned, and
-    /// hands over the responses, in the order in which the requests were sent. The next call waits for and hands over
-    /// what has been sent since. What the client did not send, but threw, has no response. Do not call it in a
-    /// completion, which would wait for itself, nor in a forked child.
+    /// Waits until each request sent so far is answered and its callback has returned, and returns the responses in the
+    /// order of the requests. One that was not sent, or whose response could not be kept, has a failure in its place.
+    /// The next call waits for what has been sent since. Do not call it in a completion, which would wait for itself.
     std::vector<Qx::HTTPResponse> waitForResponses();
 
 private:
-    class Exchange;
-
-    template <class Send>
-    void observe(std::size_t responses, Send send);
+    Qx::HTTPRequest observe(const Qx::HTTPRequest& request);
 
     std::mutex mutex_;
-    std::vector<std::shared_ptr<Exchange>> sent_;
-    const std::shared_ptr<Qx::IHTTPClient>
-        client_; // The last: what its completions queue while it ends uses the others.
+    std::vector<std::future<Qx::HTTPResponse>> responses_;
+    const std::shared_ptr<Qx::IHTTPClient> client_; // The last: what completions send while it ends uses the others.
 };
 
 } // namespace OrvaneHost

@@ -1,9 +1,8 @@
 // What happens when there is no memory: each allocation fails once of what the library does, of the HTTP client, in the
-// calling thread or in its own, and of the host's layer over it.
+// calling thread or in its own.
 
 #include "Base/QxBaseCore10/JSONNode.h"
 #include "Base/QxBaseCore10/Status.h"
-#include "Host/ObservedHTTPClient.h"
 #include "Server/Orvane/FolderContentLink.h"
 #include "Server/Orvane/Orvanedm.h"
 #include "Testing/PreparedHTTPClient.h"
@@ -255,26 +254,6 @@ TEST_P(CurlHTTPClientWithoutMemoryInBothTypes, SendsABatchWholeOrNotAtAllAndAnsw
         EXPECT_TRUE(failingThread || countExchanges(received) == 4 * sent) << received;
         EXPECT_EQ(next.received().find("Authorization"), std::string::npos) << "that of the request before";
     }
-}
-
-TEST(ObservedHTTPClientWithoutMemory, TellsOfEachRequestAllTheSame) {
-    const HTTPResponse failure =
-        HTTPResponse::transportFailure(HTTPResponse::FailureKind::NETWORK, std::string(100, 'x'));
-    int kept = 0;
-    const std::size_t failures = failEachAllocation([&](auto run) {
-        const WithoutMemory ended = run([&] {
-            OrvaneHost::ObservedHTTPClient client(std::make_unique<PreparedHTTPClient>(failure));
-            bool isCompleted = false;
-            HTTPRequest request(BOOST_CURRENT_LOCATION);
-            request.setCallback([&](const HTTPResponse&) { isCompleted = true; });
-            client.queueRequest(request);
-            EXPECT_TRUE(isCompleted);
-            EXPECT_EQ(client.waitForResponses().at(0).getStatus(), 0);
-        });
-        kept += ended.hasFailed && !ended.hasThrown ? 1 : 0;
-    });
-    EXPECT_GT(failures, 5U);
-    EXPECT_EQ(kept, 1) << "without memory for its reason a response is kept as one without memory";
 }
 
 } // namespace

@@ -3,9 +3,8 @@
 // own, as in network.json.
 
 #include "Host/ProcessState.h"
-#include "Host/ServiceConnection.h"
+#include "Testing/LocalService.h"
 #include "Tests/Support/Cases.h"
-#include "Tests/Support/FailingCalls.h"
 #include "Tests/Support/Network.h"
 
 #include <algorithm>
@@ -79,18 +78,6 @@ TEST(OrvaneProgram, DoesWhatTheCasesSay) {
         EXPECT_EQ(missingPart(server.received(), row.value("receives", std::vector<std::string>())), "");
         EXPECT_TRUE(!row.contains("receives") || row["receives"].empty() == server.received().empty());
     }
-}
-
-TEST(OrvaneProgram, GetsNoEventsWithoutAConnection) {
-    setenv("ORVANE_TOKEN", "t", 1);
-    OrvaneHost::CommandLine commandLine;
-    commandLine.service = "https://service.example";
-    {
-        const auto scarcity = FailingCalls::scopedThreadsLeft(1);
-        EXPECT_THROW(OrvaneHost::ServiceConnection connection(commandLine), std::runtime_error);
-    }
-    EXPECT_FALSE(Qx::Analytics::setEventSink({})) << "nobody is to be told";
-    unsetenv("ORVANE_TOKEN");
 }
 
 TEST(OrvaneProgram, KeepsItsMemoryFromTheUsersOtherPrograms) {
