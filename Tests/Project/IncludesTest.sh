@@ -33,7 +33,7 @@ if grep -lE '#include "Server/Orvane/(Orvanedm|FolderContentLink)\.h"' Server/Or
   failed=1
 fi
 
-private='Detail/|simdjson|curl|httplib'
+private='Detail/|simdjson|curl|boost/asio|boost/beast'
 for header in $(grep -hoE '[A-Za-z0-9]+\.h"$' Base/CMakeLists.txt Server/CMakeLists.txt HTTPClient/CMakeLists.txt Testing/CMakeLists.txt | tr -d '"'); do
   if find Base Server HTTPClient Testing -name "$header" | xargs grep -HnE "#include [\"<].*($private)"; then
     echo "an installed header includes a private one"

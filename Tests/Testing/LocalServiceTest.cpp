@@ -2,45 +2,76 @@
 
 #include "Tests/Support/FailingCalls.h"
 
-#include <chrono>
+#include <array>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/read.hpp>
+#include <boost/asio/write.hpp>
 #include <gtest/gtest.h>
-#include <httplib.h>
 #include <stdexcept>
 
 namespace {
 
+namespace asio = boost::asio;
 using Orvane::Testing::LocalService;
 using Orvane::Testing::PreparedAnswers;
-using namespace std::chrono_literals;
 
-TEST(LocalService, TakesOnlyAFreePort) {
+TEST(LocalService, IsNotMadeWithoutAFreePortAndAThread) {
     const LocalService service(PreparedAnswers::sample(), "t", 0);
     EXPECT_THROW(LocalService(PreparedAnswers::sample(), "t", service.port()), std::runtime_error);
+    const auto scarcity = FailingCalls::scopedThreadsLeft(0);
+    EXPECT_THROW(LocalService(PreparedAnswers::sample(), "t", 0), std::runtime_error);
 }
 
-TEST(LocalService, IsNotMadeWithoutItsThreads) {
-    for (const int threads : {0, 5, 32}) {
-        const auto scarcity = FailingCalls::scopedThreadsLeft(threads);
-        EXPECT_THROW(LocalService(PreparedAnswers::sample(), "t", 0), std::runtime_error) << threads;
+// A client that sends what it likes and reads until the connection ends.
+class RawClient {
+public:
+    explicit RawClient(int port) {
+        socket_.connect({asio::ip::address_v4::loopback(), static_cast<asio::ip::port_type>(port)});
     }
-    EXPECT_GT(LocalService(PreparedAnswers::sample(), "t", 0).port(), 0);
-}
 
-TEST(LocalService, AnswersAtOnceWhateverEncodingsAreAccepted) {
+    void send(const std::string& bytes) { asio::write(socket_, asio::buffer(bytes)); }
+
+    std::string readAll() {
+        std::string all;
+        boost::system::error_code ended;
+        asio::read(socket_, asio::dynamic_buffer(all), ended);
+        return all;
+    }
+
+private:
+    asio::io_context io_;
+    asio::ip::tcp::socket socket_{io_};
+};
+
+TEST(LocalService, AnswersWhatIsAskedAndRefusesTheRest) {
     PreparedAnswers answers;
-    std::string body = R"({"data":{"id":"v"},"files":[)";
-    for (int file = 0; body.size() < std::size_t{4} << 20; ++file)
-        body += R"({"id":"urn:vrnk.dorlqa:dm.lineage:)" + std::to_string(file * 7919) + R"(","type":"files"},)";
-    body += "{}]}";
-    answers.addJSON(Orvane::Testing::Endpoint::Kind::FULL_ASSEMBLY, body, "here");
-    const LocalService service(std::move(answers), "t", 0);
-    httplib::Client client("127.0.0.1", service.port());
-    const auto start = std::chrono::steady_clock::now();
-    const auto result = client.Get("/orvanedm/v3/versions/v/fullassembly",
-                                   {{"Authorization", "Bearer t"}, {"Accept-Encoding", "gzip, deflate, br"}});
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 1s);
-    ASSERT_TRUE(result);
-    EXPECT_EQ(result->body, body);
+    answers.add(Qx::HTTPRequest::Method::GET, "/a",
+                Qx::HTTPResponse(418, "body", {{"X", "1"}, {"X", "2"}, {"Y", "\n"}}));
+    const LocalService service(answers, "t", 0);
+    const RawClient silent(service.port());
+    const std::string end = " HTTP/1.1\r\nAuthorization: beareR t\r\nConnection: close\r\n\r\n";
+    const std::string body = "body";
+    for (const auto& [request, status, isWhole] : std::initializer_list<std::tuple<std::string, std::string, bool>>{
+             {"GET /a" + end, "418", true},
+             {"GET /a HTTP/1.1\r\nAuthorization: Bearer t\r\n\r\nGET /b" + end, "418", false},
+             {"HEAD /a" + end, "418", false},
+             {"GET /b" + end, "404", false},
+             {"GET /a HTTP/1.1\r\nAuthorization: Bearer t2\r\nConnection: close\r\n\r\n", "401", false},
+             {"POST /a HTTP/1.1\r\nAuthorization: Bearer t\r\nContent-Length: 9999999\r\n\r\n", "413", false},
+             {"PATCH /a" + end, "405", false},
+             {"GET /" + std::string(100'000, 'u') + end, "414", false},
+             {"GET /" + std::string(200'000, 'u') + end, "414", false},
+             {"GET /a HTTP/1.1\r\nX: " + std::string(200'000, 'u') + "\r\n\r\n", "431", false},
+             {"nonsense\r\n\r\n", "400", false}}) {
+        RawClient client(service.port());
+        client.send(request);
+        const std::string answer = client.readAll();
+        EXPECT_EQ(answer.substr(0, 12), "HTTP/1.1 " + status) << request.substr(0, 200);
+        EXPECT_EQ(answer.ends_with(body), isWhole) << answer;
+        EXPECT_EQ(answer.find("X: 1\r\nX: 2\r\n") != std::string::npos, status == "418") << answer;
+        EXPECT_EQ(answer.find("Y:"), std::string::npos) << answer;
+    }
 }
 
 } // namespace
