@@ -16,7 +16,8 @@ class TransferThread;
 /// The connections and TLS sessions that several `CurlHTTPClient`s share, with the thread that runs their transfers.
 ///
 /// Clients that share a cache are cheap to create, one for each dialogue or operation, say, whose requests can then be
-/// cancelled together. They share nothing else: each has its own token, limits and callback threads. A cache lives as
+/// cancelled together. They share nothing else: each has its own token, limits and threads for callbacks and the token
+/// source, which wait for work. A cache lives as
 /// long as a client that uses it. All its clients have the same proxy and certificates. May be used from several
 /// threads at once.
 class QXHTTPCLIENT10_EXPORT CurlConnectionCache {

@@ -119,7 +119,7 @@ void CurlHTTPClient::whenAllRequests(std::vector<HTTPRequest>& requests, BatchCa
 void CurlHTTPClient::send(std::vector<HTTPRequest> requests, BatchCallback callback,
                           HTTPRequest::ExecutionType executionType) {
     const auto batch =
-        std::make_shared<Batch>(std::move(requests), std::move(callback), state_->session.rules.options().executor);
+        std::make_shared<Batch>(std::move(requests), std::move(callback), state_->session.rules.options());
     const bool isInChild = belongsToParentProcess();
     if (!isInChild && executionType == HTTPRequest::ExecutionType::CLIENT_THREAD) {
         completeOnCallbackThreads(batch, state_->session, state_->transfers, state_->callbacks);

@@ -23,10 +23,13 @@ struct CurlHTTPClientOptions {
     /// Returns the bearer token. It is called when a request that asks for one starts, with an empty text, and again if
     /// the service answers 401, with the token that it refused. If it then returns another one, the request is sent
     /// once more; otherwise the 401 is the response. Requests that wait at the same time share a call. It runs on a
-    /// thread of its own, one call at a time, so it may take its time, and may send requests of the execution type
-    /// `CALLING_THREAD` that need no token. It must not destroy the client. If it throws, its requests fail with the
-    /// exception's text as the reason, so that must not hold a secret. Cancelling does not wait for it, but the
-    /// client's destructor does.
+    /// thread of the client's own, one call at a time, so it may take its time, and may send requests of the execution
+    /// type `CALLING_THREAD` that need no token. Clients that have the same source call it at the same time, so one
+    /// that several share must be ready for that. If it throws, its requests fail with the exception's text as the
+    /// reason, so that must not hold a secret.
+    ///
+    /// Cancelling does not wait for it, but the client's destructor does: so it must neither destroy the client nor
+    /// wait for the thread that does.
     std::function<std::string(const std::string& refusedToken)> tokenSource;
 
     /// URLs whose scheme, host and port are the only ones that get the token: a request that would take it elsewhere is
@@ -86,16 +89,23 @@ struct CurlHTTPClientOptions {
     /// where completions belong, in a queue of the user interface, say, then or later, once. If it throws, the
     /// completion runs on the callback thread. If it destroys the function without a call, the request's callback is
     /// not called, and the request counts as completed in its batch.
+    ///
+    /// A completion of the library reads the whole answer before it calls back, some 3 microseconds for each file. To
+    /// keep that from the user interface, set no executor, and post the finished document from your callback.
     std::function<void(std::function<void()> completion)> executor;
 
-    /// Called at most ten times a second for each request while a body arrives.
+    /// Called for each request, a refused one too, directly before its callback and in the same thread: so a callback
+    /// that is told of no more than success or failure knows why. What it throws is dropped.
+    std::function<void(const HTTPRequest& request, const HTTPResponse& response)> onResponse;
+
+    /// Called at most ten times a second for each request while the body of a successful response arrives.
     std::function<void(const HTTPProgress& progress)> onProgress;
 
-    /// Called after each attempt.
+    /// Called after each attempt, before the request's completion.
     std::function<void(const HTTPAttempt& attempt)> onAttempt;
 
-    // Both are called on a thread of the client that all its requests share, so they have to be quick, and must neither
-    // call nor destroy a client. What they throw is dropped.
+    // The last two are called on a thread that all requests share, so they have to be quick, and must neither call nor
+    // destroy a client. What they throw is dropped.
 };
 
 } // namespace Qx

@@ -14,7 +14,8 @@ namespace Qx {
 struct HTTPAttempt {
     HTTPRequest::Method method = HTTPRequest::Method::GET;
 
-    /// Where the last exchange of the attempt went, without the values of the query's keys and without a fragment.
+    /// Where the last exchange of the attempt went, without the values of the query's keys and without a fragment;
+    /// after a redirect no more than scheme, host and port.
     std::string url;
 
     /// 1 for the first attempt of a request, 2 for the one after it, and so on.

@@ -6,9 +6,9 @@
 
 namespace Qx {
 
-/// How much of a response's body has come.
+/// How much of a successful response's body has come.
 struct HTTPProgress {
-    /// Where it comes from, without the values of the query's keys and without a fragment.
+    /// Where it comes from, as in `HTTPAttempt`.
     std::string url;
 
     /// Bytes as received, before they are decoded.

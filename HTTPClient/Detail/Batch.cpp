@@ -33,12 +33,14 @@ private:
     std::atomic<bool> isTaken_ = false;
 };
 
-Batch::Batch(std::vector<HTTPRequest> requests, IHTTPClient::BatchCallback batchCallback, Executor executor)
+Batch::Batch(std::vector<HTTPRequest> requests, IHTTPClient::BatchCallback batchCallback,
+             const CurlHTTPClientOptions& options)
     : requests_(std::move(requests)),
       responses_(requests_.size()),
       uncompleted_(completions()),
       batchCallback_(std::move(batchCallback)),
-      executor_(std::move(executor)) {}
+      executor_(options.executor),
+      onResponse_(options.onResponse) {}
 
 const std::vector<HTTPRequest>& Batch::requests() const {
     return requests_;
@@ -54,6 +56,7 @@ void Batch::setResponse(std::size_t index, HTTPResponse response) {
 
 void Batch::complete(std::size_t index) {
     std::exception_ptr thrown;
+    tell(index);
     try {
         if (index < requests_.size() && requests_[index].getCallback())
             requests_[index].getCallback()(responses_[index]); // NOLINT(clang-analyzer-cplusplus.Move): the last moves
@@ -63,6 +66,15 @@ void Batch::complete(std::size_t index) {
     countCompletion();
     if (thrown)
         std::rethrow_exception(thrown);
+}
+
+void Batch::tell(std::size_t index) const noexcept {
+    try {
+        if (index < requests_.size() && onResponse_)
+            onResponse_(requests_[index], responses_[index]);
+    } catch (...) {
+        // The callback is called all the same.
+    }
 }
 
 void Batch::countCompletion() {

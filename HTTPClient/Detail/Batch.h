@@ -3,6 +3,7 @@
 #include "Base/QxBase10/HTTPRequest.h"
 #include "Base/QxBase10/HTTPResponse.h"
 #include "Base/QxBase10/IHTTPClient.h"
+#include "HTTPClient/CurlHTTPClientOptions.h"
 
 #include <atomic>
 #include <cstddef>
@@ -15,9 +16,8 @@ namespace Qx::Detail {
 /// Requests that are sent together and complete together: one, or a batch, which may be empty.
 class Batch {
 public:
-    using Executor = std::function<void(std::function<void()>)>;
-
-    Batch(std::vector<HTTPRequest> requests, IHTTPClient::BatchCallback batchCallback, Executor executor);
+    Batch(std::vector<HTTPRequest> requests, IHTTPClient::BatchCallback batchCallback,
+          const CurlHTTPClientOptions& options);
 
     const std::vector<HTTPRequest>& requests() const;
 
@@ -39,13 +39,15 @@ public:
 private:
     class Task;
 
+    void tell(std::size_t index) const noexcept;
     void countCompletion();
 
     const std::vector<HTTPRequest> requests_;
     std::vector<HTTPResponse> responses_;
     std::atomic<std::size_t> uncompleted_;
     const IHTTPClient::BatchCallback batchCallback_;
-    const Executor executor_;
+    const decltype(CurlHTTPClientOptions::executor) executor_;
+    const decltype(CurlHTTPClientOptions::onResponse) onResponse_;
 };
 
 } // namespace Qx::Detail

@@ -2,6 +2,8 @@
 
 #include "HTTPClient/Detail/Platform.h"
 
+#include <cerrno>
+#include <cstring>
 #include <new>
 #include <openssl/ssl.h>
 #include <string_view>
@@ -39,21 +41,15 @@ bool Connections::attach(CURL* easy) {
     set(CURLOPT_CLOSESOCKETFUNCTION, &Connections::close);
     set(CURLOPT_CLOSESOCKETDATA, this);
     if (runsOnOpenSSL()) {
-        set(CURLOPT_SSL_CTX_FUNCTION, &Connections::watchHandshakes);
+        set(CURLOPT_SSL_CTX_FUNCTION, &Connections::watchTLS);
         set(CURLOPT_SSL_CTX_DATA, this);
     }
     return allSet;
 }
 
 void Connections::beginRound(std::chrono::milliseconds limit) {
-    roundStart_ = std::chrono::steady_clock::now();
     limit_ = limit;
-    isInRound_ = true;
     ++round_;
-}
-
-void Connections::endRound() {
-    isInRound_ = false;
 }
 
 std::uint64_t Connections::round() const {
@@ -62,10 +58,6 @@ std::uint64_t Connections::round() const {
 
 void Connections::hurry() {
     limit_ = std::chrono::milliseconds(50);
-}
-
-bool Connections::isOverdue() const {
-    return isInRound_ && std::chrono::steady_clock::now() - roundStart_ > limit_.load();
 }
 
 curl_socket_t Connections::find(int localPort, const std::string& peer, int peerPort) {
@@ -78,6 +70,20 @@ curl_socket_t Connections::find(int localPort, const std::string& peer, int peer
     return CURL_SOCKET_BAD;
 }
 
+const char* Connections::openFailure() const {
+    return openError_ == 0 ? "" : std::strerror(openError_);
+}
+
+std::uint64_t Connections::idOf(curl_socket_t socket) const {
+    const auto found = uses_.find(socket);
+    return found == uses_.end() ? 0 : found->second.id;
+}
+
+void Connections::giveUp(curl_socket_t socket, std::uint64_t id) const {
+    if (id != 0 && idOf(socket) == id)
+        shutDown(socket);
+}
+
 bool Connections::isQuiet(curl_socket_t socket, bool isTLS) {
     const auto found = uses_.find(socket);
     if (found == uses_.end())
@@ -87,11 +93,13 @@ bool Connections::isQuiet(curl_socket_t socket, bool isTLS) {
 }
 
 curl_socket_t Connections::open(void* connections, curlsocktype, curl_sockaddr* address) noexcept {
+    auto& opening = *static_cast<Connections*>(connections);
     const curl_socket_t socket = openSocket(address->family, address->socktype, address->protocol);
+    opening.openError_ = socket == CURL_SOCKET_BAD ? errno : 0;
     if (socket == CURL_SOCKET_BAD)
         return socket;
     try {
-        static_cast<Connections*>(connections)->uses_[socket] = {};
+        opening.uses_[socket] = {.id = ++opening.lastId_, .roundStart = {}};
         return socket;
     } catch (const std::bad_alloc&) {
         closeSocket(socket);
@@ -100,24 +108,47 @@ curl_socket_t Connections::open(void* connections, curlsocktype, curl_sockaddr* 
 }
 
 int Connections::close(void* connections, curl_socket_t socket) noexcept {
-    static_cast<Connections*>(connections)->uses_.erase(socket);
+    auto& closing = *static_cast<Connections*>(connections);
+    closing.uses_.erase(socket);
+    std::erase_if(closing.socketsOfTLS_, [socket](const auto& entry) { return entry.second == socket; });
     return closeSocket(socket);
 }
 
-// A handshake goes on within one call as long as messages come.
-CURLcode Connections::watchHandshakes(CURL*, void* context, void* connections) noexcept {
+// OpenSSL reads on within one call as long as messages of TLS itself come, in a handshake and after it.
+CURLcode Connections::watchTLS(CURL* easy, void* context, void* connections) noexcept {
+    auto& watching = *static_cast<Connections*>(connections);
     auto* tls = static_cast<SSL_CTX*>(context);
+    long localPort = 0;
+    long peerPort = 0;
+    char* peer = nullptr;
+    curl_easy_getinfo(easy, CURLINFO_LOCAL_PORT, &localPort);
+    curl_easy_getinfo(easy, CURLINFO_PRIMARY_PORT, &peerPort);
+    curl_easy_getinfo(easy, CURLINFO_PRIMARY_IP, &peer);
+    try {
+        watching.socketsOfTLS_[tls] =
+            watching.find(static_cast<int>(localPort), peer ? peer : "", static_cast<int>(peerPort));
+    } catch (const std::bad_alloc&) {
+        return CURLE_OUT_OF_MEMORY;
+    }
     SSL_CTX_set_msg_callback_arg(tls, connections);
-    SSL_CTX_set_msg_callback(tls, [](int isWrite, int, int type, const void*, std::size_t, SSL* ssl, void* watching) {
-        const auto& watcher = *static_cast<const Connections*>(watching);
-        if (isWrite != 0 || type != SSL3_RT_HANDSHAKE || SSL_in_init(ssl) == 0 || !watcher.isOverdue())
-            return;
-        // Which of the new connections it is, nobody tells.
-        for (const auto& [socket, use] : watcher.uses_)
-            if (!use.isUsed)
-                shutDown(socket);
+    SSL_CTX_set_msg_callback(tls, [](int isWrite, int, int type, const void*, std::size_t, SSL* ssl, void* watcher) {
+        if (isWrite == 0 && type == SSL3_RT_HANDSHAKE)
+            static_cast<Connections*>(watcher)->checkPace(SSL_get_SSL_CTX(ssl));
     });
     return CURLE_OK;
+}
+
+void Connections::checkPace(const void* context) {
+    const auto socket = socketsOfTLS_.find(context);
+    const auto found = socket == socketsOfTLS_.end() ? uses_.end() : uses_.find(socket->second);
+    if (found == uses_.end())
+        return;
+    Use& use = found->second;
+    const auto now = std::chrono::steady_clock::now();
+    if (std::exchange(use.round, round_) != round_)
+        use.roundStart = now;
+    if (now - use.roundStart > limit_.load())
+        shutDown(found->first);
 }
 
 } // namespace Qx::Detail

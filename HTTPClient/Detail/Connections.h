@@ -25,20 +25,28 @@ public:
     /// Lets `easy` share them. False if there is no memory for that.
     bool attach(CURL* easy);
 
-    /// To be called before and after each round of libcurl's work, and how long a handshake may keep it in one call. A
-    /// peer that never pauses would do so for good.
+    /// To be called before each round of libcurl's work, with how long the messages of one connection's TLS may keep it
+    /// in a call. A peer that never pauses would do so for good.
     void beginRound(std::chrono::milliseconds limit);
-    void endRound();
 
     /// The number of the round.
     std::uint64_t round() const;
 
-    /// Lets no handshake hold up this round for longer, since somebody waits for its end. May be called from any
+    /// Lets no connection hold up this round for longer, since somebody waits for its end. May be called from any
     /// thread.
     void hurry();
 
     /// The socket of the connection between that port and that peer, or none.
     curl_socket_t find(int localPort, const std::string& peer, int peerPort);
+
+    /// A number that no other connection has had; 0 for no connection.
+    std::uint64_t idOf(curl_socket_t socket) const;
+
+    /// Ends the connection of that socket, if it is still the one of that number.
+    void giveUp(curl_socket_t socket, std::uint64_t id) const;
+
+    /// Why the system did not give the last socket that was asked for; empty if it did.
+    const char* openFailure() const;
 
     /// Whether the connection has received nothing that nobody has asked for, which would be taken for the response to
     /// the next request. What comes over a new one with TLS belongs to that. False for no connection. Counts as a use.
@@ -46,21 +54,25 @@ public:
 
 private:
     struct Use {
+        std::uint64_t id = 0;
         int localPort = 0; ///< Asked for until there is one.
         bool isUsed = false;
+        std::uint64_t round = 0; ///< The last one in which TLS had a message, and when its first one came.
+        std::chrono::steady_clock::time_point roundStart;
     };
 
-    bool isOverdue() const;
+    void checkPace(const void* context);
 
     static curl_socket_t open(void* connections, curlsocktype, curl_sockaddr* address) noexcept;
     static int close(void* connections, curl_socket_t socket) noexcept;
-    static CURLcode watchHandshakes(CURL*, void* context, void* connections) noexcept;
+    static CURLcode watchTLS(CURL* easy, void* context, void* connections) noexcept;
 
     std::map<curl_socket_t, Use> uses_;
-    std::chrono::steady_clock::time_point roundStart_;
+    std::map<const void*, curl_socket_t> socketsOfTLS_; ///< By the context that each connection has of its own.
+    std::uint64_t lastId_ = 0;
     std::atomic<std::chrono::milliseconds> limit_{};
     std::uint64_t round_ = 0;
-    bool isInRound_ = false;
+    int openError_ = 0;
     CurlShare share_;
 };
 

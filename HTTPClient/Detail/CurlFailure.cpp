@@ -14,16 +14,23 @@ bool hasConnected(CURL* easy) {
     return time > 0;
 }
 
+// "OpenSSL/3.0: error:0A00010B:SSL routines::wrong version number" is for the last words alone.
+std::string withoutCodes(const std::string& detail) {
+    const std::size_t code = detail.find("error:");
+    const std::size_t words = detail.rfind(':');
+    return code == std::string::npos ? detail : "TLS: " + detail.substr(words + 1);
+}
+
 // Words of our own where libcurl's may quote the address of a proxy, whole or in parts, with the password in it.
 TransferError explainPlainly(CURLcode result, CURL* easy, const std::string& detail) {
-    const std::string reason = detail.empty() ? curl_easy_strerror(result) : detail;
+    const std::string reason = detail.empty() ? curl_easy_strerror(result) : withoutCodes(detail);
     switch (result) {
     case CURLE_COULDNT_RESOLVE_HOST:
         return {FailureKind::NETWORK, "can't resolve the host name"};
     case CURLE_COULDNT_RESOLVE_PROXY:
         return {FailureKind::NETWORK, "can't resolve the host name of the proxy"};
     case CURLE_COULDNT_CONNECT:
-        return {FailureKind::NETWORK, "can't connect"};
+        return {FailureKind::NETWORK, detail.empty() ? "can't connect" : "can't connect: " + detail};
     case CURLE_OPERATION_TIMEDOUT:
         if (!hasConnected(easy))
             return {FailureKind::NETWORK, "can't connect in time"};

@@ -10,8 +10,8 @@
 namespace Qx::Detail {
 
 /// What it means that libcurl ended the work of `easy` with `result`, which is not `CURLE_OK`. `detail` is what it
-/// wrote into its error buffer. The reason holds none of the `secrets`, nor anything of a proxy's URL. Throws
-/// `std::bad_alloc`.
+/// wrote into its error buffer, or, if it can't connect, why it got no socket. The reason holds none of the `secrets`,
+/// nor anything of a proxy's URL. Throws `std::bad_alloc`.
 TransferError explain(CURLcode result, CURL* easy, const std::string& detail,
                       std::initializer_list<std::string_view> secrets);
 

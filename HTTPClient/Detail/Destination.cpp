@@ -40,20 +40,15 @@ bool has(CURLU* url, CURLUPart part) {
     return isThere;
 }
 
-bool isLoopback(const std::string& host) {
-    in_addr address{};
-    const bool isIPv4 = inet_pton(AF_INET, host.c_str(), &address) == 1;
-    return isSameName(host, "localhost") || host == "[::1]" || (isIPv4 && host.starts_with("127."));
-}
-
 // Any address of this machine, a name that stands for one, or an address of the other family that contains one.
 bool isAnyLocal(const std::string& host) {
     constexpr std::string_view localhost = ".localhost";
     const std::string end = host.substr(host.size() - std::min(host.size(), localhost.size()));
     in_addr address{};
     in6_addr address6{};
-    if (inet_pton(AF_INET, host.c_str(), &address) == 1)
-        return host.starts_with("0.");
+    // In its old forms too, which the resolver takes: "0", "127.1" or "0x7f000001".
+    if (inet_aton(host.c_str(), &address) != 0)
+        return ntohl(address.s_addr) >> 24 == 0 || ntohl(address.s_addr) >> 24 == 127;
     if (host.starts_with('[') && inet_pton(AF_INET6, host.substr(1, host.size() - 2).c_str(), &address6) == 1)
         return IN6_IS_ADDR_UNSPECIFIED(&address6) || IN6_IS_ADDR_V4MAPPED(&address6) || IN6_IS_ADDR_V4COMPAT(&address6);
     return isSameName(end, std::string(localhost)) || isSameName(end, "localhost.");
@@ -136,6 +131,12 @@ std::string Destination::withoutValues() const {
 
 CURLU* Destination::url() const {
     return url_.get();
+}
+
+bool isLoopback(const std::string& host) {
+    in_addr address{};
+    const bool isIPv4 = inet_pton(AF_INET, host.c_str(), &address) == 1;
+    return isSameName(host, "localhost") || host == "[::1]" || host == "::1" || (isIPv4 && host.starts_with("127."));
 }
 
 bool isProxyURL(const std::string& url) {

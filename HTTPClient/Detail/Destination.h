@@ -51,6 +51,9 @@ private:
     std::string refusal_;
 };
 
+/// Whether the host's name or address is one by which each machine calls itself.
+bool isLoopback(const std::string& host);
+
 /// Whether it is the URL of a proxy of a known kind, with or without credentials.
 bool isProxyURL(const std::string& url);
 

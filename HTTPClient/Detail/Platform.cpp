@@ -1,7 +1,6 @@
 #include "HTTPClient/Detail/Platform.h"
 
 #include <array>
-#include <cerrno>
 #include <csignal>
 #include <cstddef>
 #include <linux/tcp.h>
@@ -84,12 +83,6 @@ bool isConnectedTo(int socket, const std::string& address, int port) {
 bool hasUnread(int socket) {
     pollfd watched{socket, POLLIN, 0};
     return poll(&watched, 1, 0) > 0;
-}
-
-bool hasEnded(int socket) {
-    char next = 0;
-    const ssize_t count = recv(socket, &next, 1, MSG_PEEK | MSG_DONTWAIT);
-    return count == 0 || (count < 0 && errno != EAGAIN && errno != EINTR);
 }
 
 std::uint64_t countReceived(int socket) {

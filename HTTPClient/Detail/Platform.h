@@ -32,9 +32,6 @@ bool isConnectedTo(int socket, const std::string& address, int port);
 /// Whether something has come that nobody has read, the end of the connection included.
 bool hasUnread(int socket);
 
-/// Whether the other end has closed the connection, or it is broken, and all that had come before is read.
-bool hasEnded(int socket);
-
 /// How many bytes have come over the connection; 0 where the system does not tell.
 std::uint64_t countReceived(int socket);
 

@@ -29,6 +29,10 @@ constexpr const char* cutShort = "the response was cut short";
 // Bytes that a connection may receive that are part of no response.
 constexpr double forHandshakes = 65536;
 
+[[noreturn]] void failRedirect(const std::string& reason) {
+    throw TransferError(FailureKind::REFUSED, "redirect not followed: " + reason);
+}
+
 CurlHeaders toCurl(const Headers& headers) {
     CurlHeaders list;
     const auto append = [&](const std::string& line) {
@@ -159,8 +163,10 @@ bool Transfer::start(Connections& connections) {
         return false;
     header_ = ResponseHeader();
     socket_ = CURL_SOCKET_BAD;
+    connectionId_ = 0;
     isHTTP2_ = false;
     isCut_ = false;
+    isSent_ = false;
     if (!attemptStart_) {
         attemptStart_ = Clock::now();
         ++attempts_;
@@ -206,6 +212,7 @@ void Transfer::setConnection() {
         set(CURLOPT_FRESH_CONNECT, 1L);
     set(CURLOPT_PREREQFUNCTION, &Transfer::checkConnection);
     set(CURLOPT_PREREQDATA, this);
+    set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L); // A proxy's response is not the server's.
     set(CURLOPT_PROTOCOLS_STR, "http,https");
     // Only OpenSSL tells what has been chosen, and how the connection has ended.
     set(CURLOPT_HTTP_VERSION, static_cast<long>(runsOnOpenSSL() ? CURL_HTTP_VERSION_2TLS : CURL_HTTP_VERSION_1_1));
@@ -271,16 +278,18 @@ bool Transfer::attempt(Action action) noexcept {
 template <auto read>
 std::size_t Transfer::receive(char* bytes, std::size_t, std::size_t count, void* transfer) noexcept {
     auto& receiver = *static_cast<Transfer*>(transfer);
-    return receiver.attempt([&] { (receiver.*read)({bytes, count}); }) ? count : 0;
+    const bool isGood = receiver.attempt([&] { (receiver.*read)({bytes, count}); });
+    if (!isGood)
+        receiver.giveUpConnection();
+    return isGood ? count : 0;
 }
 
 // What libcurl calls before it sends a request. It would use a connection on which something has come, and take that
 // for the response.
 int Transfer::checkConnection(void* transfer, char* peer, char*, int peerPort, int localPort) noexcept {
     auto& user = *static_cast<Transfer*>(transfer);
-    user.socket_ = CURL_SOCKET_BAD;
-    user.attempt([&] { user.socket_ = user.connections_->find(localPort, peer, peerPort); });
-    user.receivedBefore_ = user.socket_ == CURL_SOCKET_BAD ? 0 : countReceived(user.socket_);
+    if (!user.attempt([&] { user.meetPeer(peer, peerPort, localPort); }))
+        return CURL_PREREQFUNC_ABORT;
     const bool isTLS = user.destination_.isHttps();
     // In HTTP/2 what comes says which request it belongs to, and there is always something to say.
     user.isHTTP2_ = speaksHTTP2(user.easy_.get());
@@ -297,16 +306,32 @@ int Transfer::checkConnection(void* transfer, char* peer, char*, int peerPort, i
 // What libcurl calls again and again, the last time before it closes the connection.
 int Transfer::watch(void* transfer, curl_off_t total, curl_off_t received, curl_off_t, curl_off_t) noexcept {
     auto& watched = *static_cast<Transfer*>(transfer);
-    if (watched.header_.endsWithConnection())
-        watched.isCut_ = watched.hasConnectionEnded() && lacksCloseNotify(watched.easy_.get());
+    // A stream of HTTP/2 has an end of its own, without which libcurl fails.
+    if (watched.header_.endsWithConnection() && !watched.isHTTP2_)
+        watched.isCut_ = lacksCloseNotify(watched.easy_.get());
     watched.reportProgress(total, received);
     const bool isGood = watched.attempt([&] { watched.checkProgress(); });
+    if (!isGood)
+        watched.giveUpConnection();
     return isGood ? 0 : 1;
 }
 
-// Without a length, that of HTTP/1.1 ends with the response.
-bool Transfer::hasConnectionEnded() const {
-    return !isHTTP2_ || socket_ == CURL_SOCKET_BAD || hasEnded(socket_);
+void Transfer::giveUpConnection() {
+    curl_easy_setopt(easy_.get(), CURLOPT_FORBID_REUSE, 1L);
+}
+
+void Transfer::meetPeer(const std::string& peer, int peerPort, int localPort) {
+    socket_ = connections_->find(localPort, peer, peerPort);
+    receivedBefore_ = socket_ == CURL_SOCKET_BAD ? 0 : countReceived(socket_);
+    connectionId_ = connections_->idOf(socket_);
+    // A redirect may lead to this machine by a name that only the resolver knows. A proxy on it is met first.
+    const bool isHere = isLoopback(peer) || peer.starts_with("::ffff:");
+    startsHere_ = startsHere_.value_or(isHere);
+    if (isHere && !*startsHere_)
+        failRedirect("it leads to this machine");
+    // libcurl would send it again where a stream of HTTP/2 is refused.
+    if (std::exchange(isSent_, true) && method_ == HTTPRequest::Method::POST)
+        throw TransferError(FailureKind::NETWORK, "the server did not take the request");
 }
 
 void Transfer::readHeaderLine(std::string_view line) {
@@ -364,6 +389,9 @@ void Transfer::checkReceived() {
 }
 
 Transfer::Next Transfer::next(CURLcode result) noexcept {
+    // libcurl would keep that of HTTP/2, even if the server has fallen silent on it.
+    if (isHTTP2_ && result != CURLE_OK)
+        connections_->giveUp(socket_, connectionId_);
     takesNewConnection_ = std::exchange(isStale_, false);
     if (takesNewConnection_)
         return Next::FOLLOW;
@@ -383,8 +411,9 @@ Transfer::Next Transfer::next(CURLcode result) noexcept {
 
 // Throws what is wrong with the response.
 Transfer::Next Transfer::decide(CURLcode result) {
+    const char* const detail = result == CURLE_COULDNT_CONNECT ? connections_->openFailure() : curlError_.data();
     if (result != CURLE_OK)
-        throw explain(result, easy_.get(), curlError_.data(), {token_, refusedToken_});
+        throw explain(result, easy_.get(), detail, {token_, refusedToken_});
     if (header_.hasEnded() && !header_.redirection().empty()) {
         redirect();
         return Next::FOLLOW;
@@ -443,18 +472,15 @@ Transfer::Clock::time_point Transfer::due() const {
 }
 
 void Transfer::redirect() {
-    const auto refuse = [](const std::string& reason) {
-        throw TransferError(FailureKind::REFUSED, "redirect not followed: " + reason);
-    };
     if (redirects_++ >= options_.maxRedirects)
-        refuse(fmt::format("there are more than {}", std::max(options_.maxRedirects, 0)));
+        failRedirect(fmt::format("there are more than {}", std::max(options_.maxRedirects, 0)));
     Destination next = destination_.redirected(header_.redirection());
     if (!next.refusal().empty())
-        refuse(next.refusal());
+        failRedirect(next.refusal());
     if (destination_.isHttps() && !next.isHttps())
-        refuse("it leads from https to http");
+        failRedirect("it leads from https to http");
     if (!destination_.isLocal() && next.mayBeLocal())
-        refuse("it leads to this machine");
+        failRedirect("it leads to this machine");
     easy_.reset(); // It points to what changes now.
     // What the caller meant for one server is none of another's business.
     if (!next.isSameOrigin(destination_)) {
@@ -469,7 +495,8 @@ void Transfer::redirect() {
 void Transfer::reportProgress(curl_off_t total, curl_off_t received) noexcept {
     constexpr auto interval = std::chrono::milliseconds(100);
     const Clock::time_point now = Clock::now();
-    if (!options_.onProgress || received <= 0 || !header_.redirection().empty() || now - lastProgress_ < interval)
+    const bool isSuccessful = header_.status() / 100 == 2;
+    if (!options_.onProgress || received <= 0 || !isSuccessful || now - lastProgress_ < interval)
         return;
     lastProgress_ = now;
     try {
@@ -571,9 +598,9 @@ std::string Transfer::place() const {
     return redirects_ == 0 ? destination_.name() : "where a redirect leads";
 }
 
-// For a log. A redirect is the server's word too.
+// For a log. The path of a redirect is the server's word too, and may repeat what the request has told it.
 std::string Transfer::shownURL() const {
-    std::string url = destination_.withoutValues();
+    std::string url = redirects_ == 0 ? destination_.withoutValues() : destination_.name();
     return holdsSecret(url, {token_, refusedToken_}) ? "a URL that contains the token" : url;
 }
 

@@ -71,6 +71,9 @@ public:
     /// The handle that `start` made.
     CURL* handle() const;
 
+    /// Lets no other request use the connection, over which the rest of the response may still come.
+    void giveUpConnection();
+
     /// `result` is what became of the handle.
     Next next(CURLcode result) noexcept;
 
@@ -95,9 +98,9 @@ private:
     static std::size_t receive(char* bytes, std::size_t, std::size_t count, void* transfer) noexcept;
     static int checkConnection(void* transfer, char* peer, char*, int peerPort, int localPort) noexcept;
     static int watch(void* transfer, curl_off_t total, curl_off_t received, curl_off_t, curl_off_t) noexcept;
+    void meetPeer(const std::string& peer, int peerPort, int localPort);
     template <class Action>
     bool attempt(Action action) noexcept;
-    bool hasConnectionEnded() const;
     void readHeaderLine(std::string_view line);
     void readBody(std::string_view bytes);
     void checkCancelled() const;
@@ -150,8 +153,11 @@ private:
     curl_socket_t socket_ = CURL_SOCKET_BAD;
     std::uint64_t receivedBefore_ = 0; ///< Over that socket, before the request.
     bool hasResponseBegun_ = false;
+    std::uint64_t connectionId_ = 0;
     bool isHTTP2_ = false;
-    bool isCut_ = false; ///< Whether a response without a length may lack its end.
+    bool isCut_ = false;             ///< Whether a response without a length may lack its end.
+    bool isSent_ = false;            ///< Whether this exchange's request has been.
+    std::optional<bool> startsHere_; ///< Whether the first peer, which may be a proxy, is this machine.
 
     ResponseHeader header_;
     ResponseBody body_;

@@ -198,6 +198,7 @@ void TransferThread::Loop::answer(Session& session, const TokenQuestion& questio
 void TransferThread::Loop::run() {
     nameThisThread("orvane-transfer");
     for (int failures = 0; !isEnding();) {
+        beginRound();
         endCancelled();
         restartDue();
         startWaiting();
@@ -216,6 +217,8 @@ void TransferThread::Loop::run() {
     }
     // On this thread, since closing TLS connections may write to broken ones, and raise a signal for it that this
     // thread does not take.
+    beginRound();
+    connections_.hurry();
     multi_.reset();
 }
 
@@ -243,8 +246,10 @@ void TransferThread::Loop::endCancelled() {
     takeFrom(delayed_);
     takeFrom(active_);
     for (Transfer& transfer : cancelled)
-        if (transfer.handle())
+        if (transfer.handle()) {
+            transfer.giveUpConnection();
             curl_multi_remove_handle(multi_.get(), transfer.handle());
+        }
     end(cancelled, [](Transfer& transfer) { transfer.respondCancelled(); });
 }
 
@@ -261,9 +266,7 @@ void TransferThread::Loop::beginRound() {
 // False if the system does not let it wait.
 bool TransferThread::Loop::performAndWait() {
     int running = 0;
-    beginRound();
     const CURLMcode performed = curl_multi_perform(multi_.get(), &running);
-    connections_.endRound();
     // What has finished makes room for what waits.
     if (finishDone())
         return true;

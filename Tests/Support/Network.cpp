@@ -6,6 +6,7 @@
 #include <boost/algorithm/string/replace.hpp>
 #include <chrono>
 #include <cstdlib>
+#include <limits>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <openssl/ssl.h>
@@ -85,7 +86,10 @@ void respondInFrames(const json& row, Connection& connection) {
     };
     send({4, 0, ""}, 0);
     connection.read(std::string_view("PRI * HTTP/2.0\r\n\r\nSM\r\n\r\n").size());
+    int streams = row.value("streams", std::numeric_limits<int>::max());
     while (const char stream = readStream(connection)) {
+        if (streams-- <= 0)
+            continue;
         for (const json& frame : row["frames"])
             send(frame, stream);
         while (row.contains("againFrame") && send(row["againFrame"], 0)) {
