@@ -2,16 +2,19 @@
 
 #include "Base/QxBaseCore10/JSONNode.h"
 #include "Base/QxBaseCore10/Strings.h"
+#include "Base/QxBaseCore10/Uri.h"
 #include "Host/AssemblyReport.h"
 #include "Host/Console.h"
 #include "Host/FailureText.h"
 #include "Host/FolderReport.h"
 #include "Host/ServiceConnection.h"
+#include "Host/TokenFile.h"
 #include "Server/Orvane/FolderContentLink.h"
 #include "Server/Orvane/Payloads/FullAssemblyDataV3.h"
 
 #include <csignal>
 #include <fmt/format.h>
+#include <utility>
 
 namespace OrvaneHost {
 
@@ -21,122 +24,115 @@ using Orvane::FolderContentLink;
 using Orvane::Payloads::FullAssemblyData;
 using Orvane::Payloads::FullAssemblyDataV3;
 
-// What the library told of one request.
-template <class Data>
-struct Outcome {
-    bool success = false;
-    Data data;
-};
+// The library puts a folder's URN into the URL as it is, where these have a meaning of their own.
+std::string encodedURN(const std::string& urn) {
+    return urn.find_first_of("?#%") == std::string::npos ? urn : Qx::Uri::UriEncode(urn);
+}
 
 FolderContentLink linkOf(const std::string& urnOrLink) {
     return FolderContentLink::isOrvaneFolderContentLink(urnOrLink) ? FolderContentLink::fromContentLink(urnOrLink)
-                                                                   : FolderContentLink::fromUrn(urnOrLink);
+                                                                   : FolderContentLink::fromUrn(encodedURN(urnOrLink));
 }
 
-int printReport(const CommandLine& commandLine, const Report& report) {
-    printOutput(commandLine.json ? toJSON(report) : toText(report));
-    return 0;
-}
-
-int printFailure(const Qx::HTTPResponse& response, const std::string& urn, const CommandLine& commandLine) {
-    printError(explainFailure(response, urn, commandLine));
+int printFailure(const std::string& line) {
+    printError(line);
     return 1;
-}
-
-using Listing = Outcome<Qx::JSONNode>;
-
-Qx::Orvanedm::FolderContentsCallback keepIn(Listing& listing) {
-    return [&listing](bool success, const Qx::JSONNode& contents) { listing = {success, contents}; };
-}
-
-// Several folders go out as one batch.
-void requestBatch(Qx::Orvanedm& orvanedm, const CommandLine& commandLine, std::vector<Listing>& listings) {
-    std::vector<Qx::HTTPRequest> requests;
-    for (std::size_t i = 0; i < listings.size(); ++i) {
-        requests.emplace_back(BOOST_CURRENT_LOCATION);
-        orvanedm.buildOrvaneFolderContentsRequest(linkOf(commandLine.urns[i]), commandLine.query, keepIn(listings[i]),
-                                                  requests.back());
-    }
-    orvanedm.getFolderContents(std::move(requests), [](const std::vector<Qx::HTTPResponse>&) {});
 }
 
 // A report is worth printing though it could not be recorded, but the user has to know.
 int finish(const ServiceConnection& connection, int exitStatus) {
+    flushOutput();
     const std::string problem = connection.recordingProblem();
-    if (problem.empty())
-        return exitStatus;
-    printError(fmt::format("not all could be recorded: {}; check --record", problem));
-    return 1;
+    return problem.empty() ? exitStatus
+                           : printFailure(fmt::format("not all could be recorded: {}; check --record", problem));
 }
 
+// Each folder is printed as soon as its answer comes.
 int runFolder(const CommandLine& commandLine) {
-    std::vector<Listing> listings(commandLine.urns.size());
     ServiceConnection connection(commandLine);
-    if (listings.size() == 1)
-        connection.orvanedm().getFolderContents(linkOf(commandLine.urns.front()), commandLine.query,
-                                                keepIn(listings.front()));
-    else
-        requestBatch(connection.orvanedm(), commandLine, listings);
-    const std::vector<Qx::HTTPResponse> responses = connection.waitForResponses();
-
+    std::size_t unanswered = commandLine.urns.size();
     int exitStatus = 0;
     const char* separator = "";
-    for (std::size_t i = 0; i < listings.size(); ++i) {
-        const std::string& urn = commandLine.urns[i];
-        const auto& [success, contents] = listings[i];
+    const auto print = [&](const std::string& urn, bool success, const Qx::JSONNode& contents) {
+        --unanswered;
         if (!success) {
-            exitStatus = printFailure(responses[i], urn, commandLine);
+            exitStatus = printFailure(explainFailure(connection.response(), urn, commandLine));
         } else if (commandLine.json) {
             printOutput(folderJSON(urn, contents));
         } else {
-            printOutput(fmt::format("{}{}", separator, folderText(urn, contents)));
-            separator = "\n";
+            printOutput(std::exchange(separator, "\n"));
+            printFolder(urn, contents, commandLine.wide);
         }
-    }
+        flushOutput();
+    };
+    for (const std::string& urn : commandLine.urns)
+        connection.orvanedm().getFolderContents(
+            linkOf(urn), commandLine.query,
+            [&](bool success, const Qx::JSONNode& contents) { print(urn, success, contents); });
+    connection.runCallbacks(unanswered);
     return finish(connection, exitStatus);
 }
 
-int runAssembly(const CommandLine& commandLine) {
+// Any JSON is a success to the library; this says that it is the assembly that was asked for.
+template <class Report>
+int printAnswer(const CommandLine& commandLine, ServiceConnection& connection, bool success,
+                const FullAssemblyData* assembly, Report report) {
     const std::string& urn = commandLine.urns.front();
-    Outcome<std::shared_ptr<FullAssemblyData>> outcome;
+    if (!success)
+        return finish(connection, printFailure(explainFailure(connection.response(), urn, commandLine)));
+    if (!assembly || assembly->getId() != urn)
+        return finish(connection, printFailure(explainStrangeAnswer(connection.response(), urn)));
+    if (commandLine.json)
+        printOutput(toJSON(report()));
+    else
+        printText(report(), commandLine.wide);
+    return finish(connection, 0);
+}
+
+int runAssembly(const CommandLine& commandLine) {
     ServiceConnection connection(commandLine);
+    std::size_t unanswered = 1;
+    bool hasSucceeded = false;
+    std::shared_ptr<FullAssemblyDataV3> assembly;
     connection.orvanedm().getFullAssemblyStatus(
-        urn,
-        [&outcome](bool success, const std::shared_ptr<FullAssemblyData>& data) {
-            outcome = {success, data};
+        commandLine.urns.front(),
+        [&](bool success, const std::shared_ptr<FullAssemblyData>& data) {
+            --unanswered;
+            hasSucceeded = success;
+            assembly = std::dynamic_pointer_cast<FullAssemblyDataV3>(data);
         },
         commandLine.algorithm, Qx::ToIString(commandLine.workflow));
-    const std::vector<Qx::HTTPResponse> responses = connection.waitForResponses();
-    const auto assembly = std::dynamic_pointer_cast<FullAssemblyDataV3>(outcome.data);
-    return finish(connection, outcome.success && assembly
-                                  ? printReport(commandLine, reportAssembly(*assembly, connection.events()))
-                                  : printFailure(responses.front(), urn, commandLine));
+    connection.runCallbacks(unanswered);
+    return printAnswer(commandLine, connection, hasSucceeded, assembly.get(),
+                       [&] { return reportAssembly(*assembly, connection.events()); });
 }
 
 int runAccess(const CommandLine& commandLine) {
-    const std::string& urn = commandLine.urns.front();
-    Outcome<FullAssemblyData> outcome;
     ServiceConnection connection(commandLine);
+    std::size_t unanswered = 1;
+    bool hasSucceeded = false;
+    FullAssemblyData assembly;
     connection.orvanedm().requestFullAssemblyAccess(
-        urn,
-        [&outcome](bool success, const FullAssemblyData& data) {
-            outcome = {success, data};
+        commandLine.urns.front(),
+        [&](bool success, const FullAssemblyData& data) {
+            --unanswered;
+            hasSucceeded = success;
+            assembly = data;
         },
         commandLine.algorithm);
-    const std::vector<Qx::HTTPResponse> responses = connection.waitForResponses();
-    return finish(connection, outcome.success ? printReport(commandLine, reportAccess(outcome.data))
-                                              : printFailure(responses.front(), urn, commandLine));
+    connection.runCallbacks(unanswered);
+    return printAnswer(commandLine, connection, hasSucceeded, &assembly, [&] { return reportAccess(assembly); });
 }
 
 int runServe(const CommandLine& commandLine) {
     // Blocked before the service starts its threads, so that none of them takes the signal.
     sigset_t interrupts;
     sigemptyset(&interrupts);
-    sigaddset(&interrupts, SIGINT);
-    sigaddset(&interrupts, SIGTERM);
+    for (const int signal : {SIGHUP, SIGINT, SIGTERM})
+        sigaddset(&interrupts, signal);
     pthread_sigmask(SIG_BLOCK, &interrupts, nullptr);
 
-    const std::string ownToken = readToken(commandLine.tokenFile);
+    const std::string ownToken = readToken(commandLine.tokenFile, commandLine.timeout);
     using Orvane::Testing::PreparedAnswers;
     const Orvane::Testing::LocalService service(commandLine.dataFolder.empty()
                                                     ? PreparedAnswers::sample()
@@ -144,8 +140,11 @@ int runServe(const CommandLine& commandLine) {
                                                 ownToken.empty() ? sampleToken : ownToken, commandLine.port);
     printOutput(fmt::format("Serving at {}\nThe bearer token is {}. Interrupt to stop.\n", service.baseUri(),
                             ownToken.empty() ? fmt::format("\"{}\"", sampleToken) : "yours"));
+    flushOutput();
     int received = 0;
     sigwait(&interrupts, &received);
+    // Another one ends the program at once.
+    pthread_sigmask(SIG_UNBLOCK, &interrupts, nullptr);
     return 0;
 }
 

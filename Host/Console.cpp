@@ -10,11 +10,22 @@
 
 namespace OrvaneHost {
 
-void printOutput(const std::string& text) {
-    const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
-    if (!written || std::fflush(stdout) != 0)
+namespace {
+
+void requireWritten(bool isWritten) {
+    if (!isWritten)
         throw std::runtime_error(
             fmt::format("can't write to standard output: {}; check where it leads", std::strerror(errno)));
+}
+
+} // namespace
+
+void printOutput(const std::string& text) {
+    requireWritten(std::fwrite(text.data(), 1, text.size(), stdout) == text.size());
+}
+
+void flushOutput() {
+    requireWritten(std::fflush(stdout) == 0);
 }
 
 void printError(const std::string& line) {

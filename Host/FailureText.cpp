@@ -1,9 +1,13 @@
 #include "Host/FailureText.h"
 
+#include "Base/QxBaseCore10/JSONNode.h"
+#include "Base/QxBaseCore10/Status.h"
 #include "Host/Printable.h"
 #include "Server/Orvane/FolderContentLink.h"
 
+#include <cstdlib>
 #include <fmt/format.h>
+#include <optional>
 
 namespace OrvaneHost {
 
@@ -11,22 +15,39 @@ namespace {
 
 using FailureKind = Qx::HTTPResponse::FailureKind;
 
-std::string explainTransportFailure(const Qx::HTTPResponse& response, const std::string& urn,
+std::string shownURN(const std::string& urnOrLink) {
+    return shortened(withoutCredentials(urnOrLink), 120);
+}
+
+// Nothing for the service inside the program, whose URL nobody has named.
+std::string checkService(const CommandLine& commandLine) {
+    return commandLine.service.empty() ? "" : "--service, ";
+}
+
+std::string checkNetwork(const CommandLine& commandLine) {
+    std::string advice = "check " + checkService(commandLine) + "that the service runs, and your network";
+    for (const char* variable : {"https_proxy", "http_proxy", "all_proxy", "HTTPS_PROXY", "ALL_PROXY"})
+        if (const char* proxy = std::getenv(variable); proxy && *proxy != '\0')
+            return advice + ", with the proxy that " + variable + " names";
+    return advice;
+}
+
+std::string explainTransportFailure(const Qx::HTTPResponse& response, const std::string& urn, bool isLink,
                                     const CommandLine& commandLine) {
     const std::string& reason = response.getReason();
     switch (response.getFailureKind()) {
     case FailureKind::REFUSED:
         // Not shown: what is wrong with it may be a password.
-        if (Orvane::FolderContentLink::isOrvaneFolderContentLink(urn))
+        if (isLink)
             return fmt::format(
                 "the request for a link was refused: {}; check it, or, to send your token to its host on "
                 "purpose, name that host with --service",
                 reason);
         return fmt::format("the request for {} was refused: {}; check --service", urn, reason);
     case FailureKind::TLS:
-        return fmt::format("no secure connection for {}: {}; check --service, the time of this machine, and which "
-                           "certificates it trusts",
-                           urn, reason);
+        return fmt::format("no secure connection for {}: {}; {}, the time of this machine, and which certificates it "
+                           "trusts",
+                           urn, reason, checkNetwork(commandLine));
     case FailureKind::TIMEOUT:
         return fmt::format("no answer for {} in time: {}; try again later, or wait longer with --timeout (now {} s)",
                            urn, reason, commandLine.timeout.count());
@@ -34,7 +55,8 @@ std::string explainTransportFailure(const Qx::HTTPResponse& response, const std:
         return fmt::format("the answer for {} is too large: {}; allow more with --max-size (now {} MiB)", urn, reason,
                            commandLine.maxSizeInMiB);
     case FailureKind::MALFORMED_RESPONSE:
-        return fmt::format("no proper answer for {}: {}; check --service, and any proxy between", urn, reason);
+        return fmt::format("no proper answer for {}: {}; check {}and any proxy between", urn, reason,
+                           checkService(commandLine));
     case FailureKind::OUT_OF_MEMORY:
         return fmt::format("no memory for the answer for {}; close other programs, or give this one more", urn);
     case FailureKind::NONE:
@@ -43,32 +65,80 @@ std::string explainTransportFailure(const Qx::HTTPResponse& response, const std:
     case FailureKind::CLOSED:
         break;
     }
-    return fmt::format("no answer for {}: {}; check --service, that the service runs, your network and its proxy", urn,
-                       reason);
+    return fmt::format("no answer for {}: {}; {}", urn, reason, checkNetwork(commandLine));
+}
+
+// The body as JSON, or nothing if it is none, or there is no memory to read it.
+std::optional<Qx::JSONNode> jsonOf(const Qx::HTTPResponse& response) {
+    Qx::Status status;
+    return Qx::JSONNode::parse(response.getBody(), status, Qx::HTTPResponse::padding);
+}
+
+// What the first of the errors in an answer says, to be put after other words. If the user has typed a password, the
+// service may repeat it.
+std::string wordsOf(const Qx::HTTPResponse& response, const std::string& urnOrLink) {
+    if (urnOrLink.find('@') != std::string::npos)
+        return {};
+    const Qx::JSONNode errors(jsonOf(response).value_or(Qx::JSONNode())["errors"]);
+    if (!(errors.begin() != errors.end()))
+        return {};
+    const Qx::JSONNode first(*errors.begin());
+    const std::string words = first["detail"].asHString(first["title"].asHString(""));
+    return words.empty() ? "" : fmt::format(", which says \"{}\"", shortened(words, 200));
+}
+
+std::string explainUnread(const Qx::HTTPResponse& response, const std::string& urn, const CommandLine& commandLine) {
+    // The library fails without memory too.
+    const bool isJSON = jsonOf(response).has_value();
+    if (isJSON)
+        return fmt::format("no memory to read the answer for {}; close other programs, or give this one more", urn);
+    return fmt::format("the answer for {} is not JSON; check {}", urn,
+                       commandLine.service.empty() ? "the data" : "--service");
+}
+
+std::string whenToComeBack(const Qx::HTTPResponse& response) {
+    const std::string when = shortened(response.getHeader("Retry-After").value_or(""), 40);
+    if (when.empty())
+        return "try again later";
+    const bool isNumber = when.find_first_not_of("0123456789") == std::string::npos;
+    return isNumber ? "try again in " + when + " s" : "try again after " + when;
 }
 
 } // namespace
 
 std::string explainFailure(const Qx::HTTPResponse& response, const std::string& urnOrLink,
                            const CommandLine& commandLine) {
-    const std::string urn = withoutCredentials(urnOrLink);
+    const std::string urn = shownURN(urnOrLink);
     const int status = response.getStatus();
+    if (status == 0)
+        return explainTransportFailure(response, urn, Orvane::FolderContentLink::isOrvaneFolderContentLink(urnOrLink),
+                                       commandLine);
     if (response.isSuccessful())
-        return fmt::format("the answer for {} is not JSON; check --service", urn);
+        return explainUnread(response, urn, commandLine);
+    const std::string words = wordsOf(response, urnOrLink);
     switch (status) {
-    case 0:
-        return explainTransportFailure(response, urn, commandLine);
     case 401:
-        return "the service does not accept the token (401); set ORVANE_TOKEN or --token-file to a valid one";
+        return fmt::format("the service does not accept the token (401){}; set ORVANE_TOKEN or --token-file to a valid "
+                           "one",
+                           words);
     case 403:
-        return fmt::format("you may not see {} (403); ask its owner for access", urn);
+        return fmt::format("you may not see {} (403){}; ask its owner for access", urn, words);
     case 404:
-        return fmt::format("the service does not know {} (404); check the URN", urn);
+        return fmt::format("the service does not know {} (404){}; check {}the URN", urn, words,
+                           commandLine.service.empty() ? "" : "--service and ");
+    case 429:
+        return fmt::format("the service has too many requests to answer that for {} (429){}; {}", urn, words,
+                           whenToComeBack(response));
     default:
-        return fmt::format("the service {} (status {}); {}",
-                           status < 500 ? "takes no such request for " + urn : "failed on " + urn, status,
-                           status < 500 ? "check --service and the URN" : "try again later");
+        return fmt::format("the service {} (status {}){}; {}",
+                           status < 500 ? "takes no such request for " + urn : "failed on " + urn, status, words,
+                           status < 500 ? "check --service and the URN" : whenToComeBack(response));
     }
+}
+
+std::string explainStrangeAnswer(const Qx::HTTPResponse& response, const std::string& urn) {
+    return fmt::format("the answer holds no assembly of {}{}; check --service and the URN", shownURN(urn),
+                       wordsOf(response, urn));
 }
 
 } // namespace OrvaneHost

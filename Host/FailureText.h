@@ -11,4 +11,7 @@ namespace OrvaneHost {
 /// line.
 std::string explainFailure(const Qx::HTTPResponse& response, const std::string& urn, const CommandLine& commandLine);
 
+/// The same for an answer of success that is JSON, but no assembly of that version.
+std::string explainStrangeAnswer(const Qx::HTTPResponse& response, const std::string& urn);
+
 } // namespace OrvaneHost

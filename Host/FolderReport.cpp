@@ -2,6 +2,7 @@
 
 #include "Base/QxBaseCore10/JSONNode.h"
 #include "Base/QxBaseCore10/Strings.h"
+#include "Host/Console.h"
 #include "Host/Printable.h"
 #include "Server/Orvane/Payloads/FilesData.h"
 #include "Server/Orvane/Payloads/FolderData.h"
@@ -37,19 +38,21 @@ Report::Table listFiles(const Qx::JSONNode& included) {
 
 } // namespace
 
-std::string folderText(const std::string& urn, const Qx::JSONNode& contents) {
+void printFolder(const std::string& urn, const Qx::JSONNode& contents, bool isWide) {
     const Qx::JSONNode included(contents["included"]);
-    if (!included.exists("folders") && !included.exists("files"))
-        return fmt::format("Contents of {}\n  {}\n", printable(urn), printable(contents.toText()));
+    if (!included.exists("folders") && !included.exists("files")) {
+        printOutput(fmt::format("Contents of {}\n  {}\n", printable(urn), printable(contents.toText())));
+        return;
+    }
     const std::string name = Qx::JSONNode(contents["data"])["name"].asHString("");
     Report report{"Contents of " + (name.empty() ? urn : name), {}, {listFolders(included), listFiles(included)}};
     report.facts = {{"id", "folder", urn}};
-    return toText(report);
+    printText(report, isWide);
 }
 
 std::string folderJSON(const std::string& urn, const Qx::JSONNode& contents) {
-    return fmt::format("{{\"urn\":{},\"contents\":{}}}\n", boost::json::serialize(boost::json::string(urn)),
-                       contents.toText());
+    return withoutTricks(fmt::format("{{\"urn\":{},\"contents\":{}}}\n",
+                                     boost::json::serialize(boost::json::string(urn)), contents.toText()));
 }
 
 } // namespace OrvaneHost

@@ -10,11 +10,11 @@ class JSONNode;
 
 namespace OrvaneHost {
 
-/// The folders and files of a folder's contents for a person, or the whole answer as it came where it has
+/// Prints the folders and files of a folder's contents as `printText` does, or the whole answer as it came where it has
 /// none under "included.folders" and "included.files".
-std::string folderText(const std::string& urn, const Qx::JSONNode& contents);
+void printFolder(const std::string& urn, const Qx::JSONNode& contents, bool isWide);
 
-/// The answer as it came, with the URN that it answers for, as one line of JSON.
+/// The answer as it came, with the URN that it answers for, as one line of JSON like that of `toJSON`.
 std::string folderJSON(const std::string& urn, const Qx::JSONNode& contents);
 
 } // namespace OrvaneHost

@@ -1,14 +1,14 @@
 #include "Host/Report.h"
 
-#include "Base/QxBaseCore10/Strings.h"
+#include "Host/Console.h"
 #include "Host/Printable.h"
 
 #include <algorithm>
 #include <boost/json/serialize.hpp>
 #include <boost/json/value.hpp>
-#include <cwchar>
 #include <fmt/format.h>
 #include <iterator>
+#include <utility>
 
 namespace OrvaneHost {
 
@@ -16,38 +16,51 @@ namespace {
 
 using Cells = std::vector<std::string>;
 
-std::string factText(const Report::Fact& fact) {
+constexpr std::size_t maxCellWidth = 80;
+
+std::string textOf(const Report::Fact& fact) {
     const auto* text = std::get_if<std::string>(&fact.value);
-    return text ? printable(*text) : std::to_string(std::get<std::int64_t>(fact.value));
+    return text ? *text : std::to_string(std::get<std::int64_t>(fact.value));
 }
 
-// Two spaces in front and between; nothing behind the last cell.
-void appendLine(std::string& text, const Cells& cells, const std::vector<std::size_t>& widths) {
+std::string cellOf(const std::string& text, bool isWide) {
+    return isWide ? printable(text) : shortened(text, maxCellWidth);
+}
+
+// Two spaces in front and between; nothing behind the last cell that holds something.
+void printLine(const Cells& cells, const std::vector<std::size_t>& widths) {
     std::string line;
-    for (std::size_t i = 0; i < cells.size(); ++i)
-        fmt::format_to(std::back_inserter(line), "  {}{:{}}", cells[i], "", widths[i] - displayWidth(cells[i]));
-    line.erase(line.find_last_not_of(' ') + 1);
-    text += line + '\n';
+    std::size_t missing = 0;
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        if (!cells[i].empty())
+            fmt::format_to(std::back_inserter(line), "{:{}}{}", "", std::exchange(missing, 0) + 2, cells[i]);
+        missing += widths[i] - std::min(displayWidth(cells[i]), widths[i]) + (cells[i].empty() ? 2 : 0);
+    }
+    printOutput(line + '\n');
 }
 
-void appendAligned(std::string& text, const std::vector<Cells>& lines) {
+void printAligned(const std::vector<Cells>& lines) {
     std::vector<std::size_t> widths;
     for (const Cells& cells : lines) {
         widths.resize(std::max(widths.size(), cells.size()));
         for (std::size_t i = 0; i < cells.size(); ++i)
             widths[i] = std::max(widths[i], displayWidth(cells[i]));
     }
+    // With all texts whole, one that is long must not make all lines long.
+    for (std::size_t& width : widths)
+        width = std::min(width, maxCellWidth);
     for (const Cells& cells : lines)
-        appendLine(text, cells, widths);
+        printLine(cells, widths);
 }
 
-std::vector<Cells> linesOf(const Report::Table& table) {
+std::vector<Cells> linesOf(const Report::Table& table, bool isWide) {
     std::vector<Cells> lines(1);
     for (const Report::Column& column : table.columns)
         lines.front().push_back(column.label);
     for (const auto& row : table.rows) {
         lines.emplace_back();
-        std::transform(row.begin(), row.end(), std::back_inserter(lines.back()), printable);
+        for (const std::string& text : row)
+            lines.back().push_back(cellOf(text, isWide));
     }
     return lines;
 }
@@ -65,26 +78,18 @@ boost::json::array arrayOf(const Report::Table& table) {
 
 } // namespace
 
-std::size_t displayWidth(std::string_view text) {
-    std::size_t width = 0;
-    for (const wchar_t character : Qx::ToIString(text))
-        width += static_cast<std::size_t>(std::max(wcwidth(character), 0));
-    return width;
-}
-
-std::string toText(const Report& report) {
-    std::string text = printable(report.title) + '\n';
+void printText(const Report& report, bool isWide) {
+    printOutput(cellOf(report.title, isWide) + '\n');
     std::vector<Cells> facts;
     for (const Report::Fact& fact : report.facts)
-        facts.push_back({fact.label, factText(fact)});
-    appendAligned(text, facts);
+        facts.push_back({fact.label, cellOf(textOf(fact), isWide)});
+    printAligned(facts);
     for (const Report::Table& table : report.tables) {
         if (table.rows.empty())
             continue;
-        fmt::format_to(std::back_inserter(text), "\n{} ({})\n", table.title, table.rows.size());
-        appendAligned(text, linesOf(table));
+        printOutput(fmt::format("\n{} ({})\n", table.title, table.rows.size()));
+        printAligned(linesOf(table, isWide));
     }
-    return text;
 }
 
 std::string toJSON(const Report& report) {
@@ -93,7 +98,7 @@ std::string toJSON(const Report& report) {
         std::visit([&](const auto& value) { object[fact.key] = value; }, fact.value);
     for (const Report::Table& table : report.tables)
         object[table.key] = arrayOf(table);
-    return boost::json::serialize(object) + '\n';
+    return withoutTricks(boost::json::serialize(object)) + '\n';
 }
 
 } // namespace OrvaneHost

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -33,14 +32,13 @@ struct Report {
     std::vector<Table> tables;
 };
 
-/// The report with aligned columns, each as wide as its widest cell. Texts are made `printable`. Tables without rows
-/// are left out.
-std::string toText(const Report& report);
+/// Prints the report to standard output, with aligned columns, each as wide as its widest cell. Texts are made
+/// `printable`, and `shortened` to 80 columns unless `isWide`. Tables without rows are left out. Throws as
+/// `printOutput` does.
+void printText(const Report& report, bool isWide);
 
-/// The report as one line of JSON: an object of the facts, and of the tables as arrays of objects.
+/// The report as one line of JSON: an object of the facts, and of the tables as arrays of objects. What could play
+/// tricks on a terminal is escaped.
 std::string toJSON(const Report& report);
-
-/// How many columns of a terminal a UTF-8 text takes, by the current locale.
-std::size_t displayWidth(std::string_view text);
 
 } // namespace OrvaneHost

@@ -4,10 +4,9 @@
 #include "Base/QxBaseCore10/CloudBrowser.h"
 #include "Base/QxBaseCore10/Strings.h"
 #include "HTTPClient/CurlHTTPClient.h"
+#include "Host/TokenFile.h"
 
-#include <cstdlib>
 #include <fmt/format.h>
-#include <fstream>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
@@ -26,7 +25,7 @@ std::string withoutSlashAtEnd(std::string url) {
 }
 
 std::string tokenFor(const CommandLine& commandLine) {
-    std::string token = readToken(commandLine.tokenFile);
+    std::string token = readToken(commandLine.tokenFile, commandLine.timeout);
     if (!token.empty())
         return token;
     if (commandLine.service.empty())
@@ -63,18 +62,6 @@ void setServiceUrls(const std::string& service, const std::string& v3Service) {
 
 } // namespace
 
-std::string readToken(const std::string& tokenFile) {
-    if (tokenFile.empty()) {
-        const char* token = std::getenv("ORVANE_TOKEN");
-        return token ? token : "";
-    }
-    std::ifstream file(tokenFile);
-    std::string token;
-    if (!(file >> token))
-        throw std::runtime_error("can't read a token from its file; check --token-file");
-    return token;
-}
-
 ServiceConnection::ServiceConnection(const CommandLine& commandLine) {
     Qx::CurlHTTPClientOptions options = optionsFor(commandLine);
     std::string service = withoutSlashAtEnd(commandLine.service);
@@ -86,14 +73,15 @@ ServiceConnection::ServiceConnection(const CommandLine& commandLine) {
         commandLine.v3Service.empty() ? service + "/v3" : withoutSlashAtEnd(commandLine.v3Service);
     setServiceUrls(service, v3Service);
     options.tokenOrigins = {service, v3Service};
+    options.executor = [this](std::function<void()> completion) { mainThread_.post(std::move(completion)); };
+    options.onResponse = [this](const Qx::HTTPRequest&, const Qx::HTTPResponse& response) { response_ = response; };
 
     std::shared_ptr<Qx::IHTTPClient> client = makeClient(options);
     if (!commandLine.recordFolder.empty())
         client = recorder_ =
             std::make_shared<Orvane::Testing::RecordingHTTPClient>(std::move(client), commandLine.recordFolder);
-    httpClient_ = std::make_shared<ObservedHTTPClient>(std::move(client));
-    orvanedm_.emplace(httpClient_, optionsName);
-    orvanedm_->setAsync(commandLine.async);
+    orvanedm_.emplace(std::move(client), optionsName);
+    orvanedm_->setAsync(commandLine.async || commandLine.urns.size() > 1);
 }
 
 Qx::Orvanedm& ServiceConnection::orvanedm() {
@@ -104,8 +92,13 @@ std::string ServiceConnection::recordingProblem() const {
     return recorder_ ? recorder_->problem() : std::string();
 }
 
-std::vector<Qx::HTTPResponse> ServiceConnection::waitForResponses() {
-    return httpClient_->waitForResponses();
+void ServiceConnection::runCallbacks(const std::size_t& unanswered) {
+    while (unanswered > 0)
+        mainThread_.runNext();
+}
+
+const Qx::HTTPResponse& ServiceConnection::response() const {
+    return response_;
 }
 
 std::vector<Qx::Analytics::Report> ServiceConnection::events() const {

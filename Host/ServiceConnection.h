@@ -2,12 +2,13 @@
 
 #include "Base/QxBaseCore10/Analytics.h"
 #include "Host/CommandLine.h"
-#include "Host/ObservedHTTPClient.h"
+#include "Host/MainThread.h"
 #include "Server/Orvane/Orvanedm.h"
 #include "Testing/LocalService.h"
 #include "Testing/RecordingHTTPClient.h"
 #include "Testing/ScopedState.h"
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
@@ -18,13 +19,9 @@ namespace OrvaneHost {
 /// The token that the sample project is served under where the user has none of their own.
 constexpr const char* sampleToken = "sample-token";
 
-/// The user's token, from the file or else from the environment; empty if there is none. Throws
-/// `std::runtime_error` with a message of one line if the file can't be read or is empty.
-std::string readToken(const std::string& tokenFile);
-
 /// All that one command needs to talk to the service: the service itself if it is the local one, its
 /// URLs in the application options, the HTTP client and the library's client, and the usage events that
-/// it tracks.
+/// it tracks. Belongs to the main thread, in which all callbacks run.
 class ServiceConnection {
 public:
     /// Throws an exception with a message of one line if there is no token for a service of the user's, the token file
@@ -36,17 +33,22 @@ public:
     /// Why the answers could not all be recorded, in one line; empty if they were, or were not to be.
     std::string recordingProblem() const;
 
-    /// Waits as `ObservedHTTPClient::waitForResponses` does.
-    std::vector<Qx::HTTPResponse> waitForResponses();
+    /// Runs the callbacks of asynchronous requests in this thread as their responses come, until `unanswered`, which
+    /// they count down, is 0.
+    void runCallbacks(const std::size_t& unanswered);
 
-    /// The usage events tracked so far. Ask behind `waitForResponses`.
+    /// The response for which a callback runs, or the last has run.
+    const Qx::HTTPResponse& response() const;
+
+    /// The usage events tracked so far.
     std::vector<Qx::Analytics::Report> events() const;
 
 private:
     std::optional<Orvane::Testing::LocalService> localService_;
-    Orvane::Testing::CapturedEvents events_; // Before the client, whose completions track them until it has ended.
+    Orvane::Testing::CapturedEvents events_;
     std::shared_ptr<Orvane::Testing::RecordingHTTPClient> recorder_; // Null if nothing is recorded.
-    std::shared_ptr<ObservedHTTPClient> httpClient_;
+    MainThread mainThread_;
+    Qx::HTTPResponse response_;
     std::optional<Qx::Orvanedm> orvanedm_;
 };
 

@@ -5,6 +5,7 @@
 #include <clocale>
 #include <csignal>
 #include <exception>
+#include <new>
 
 namespace {
 
@@ -17,6 +18,7 @@ int run(int argc, const char* const* argv) {
     CommandLine commandLine;
     if (const auto end = parseCommandLine(argc, argv, commandLine)) {
         printOutput(end->output);
+        flushOutput();
         if (end->error.empty())
             return 0;
         printError(end->error);
@@ -30,11 +32,15 @@ int run(int argc, const char* const* argv) {
 int main(int argc, char** argv) {
     occupyStandardStreams();
     keepMemoryPrivate();
-    // A closed pipe is to be reported like any other failure, and names have to be measured to be aligned.
-    std::signal(SIGPIPE, SIG_IGN);
-    std::setlocale(LC_CTYPE, "C.UTF-8");
+    // Whoever closes a pipe wants no more output, and no message. Nothing but output raises
+    // that signal.
+    std::signal(SIGPIPE, SIG_DFL);
+    std::setlocale(LC_CTYPE, "C.UTF-8"); // Names have to be measured to be aligned.
     try {
         return run(argc, argv);
+    } catch (const std::bad_alloc&) {
+        printError("there is too little memory; close other programs, or allow this one more");
+        return failed;
     } catch (const std::exception& error) {
         printError(error.what());
         return failed;

@@ -36,7 +36,7 @@ HTTPResponse answer(const PreparedAnswers& answers, const std::string& token, co
     const std::string target(request.target);
     if (auto prepared = answers.find(request.isPost ? Method::POST : Method::GET, target))
         return *std::move(prepared);
-    return errorResponse(404, "Not found", "The service has nothing under " + target + " here.");
+    return errorResponse(404, "Not found", "There is nothing under " + target + " here.");
 }
 
 } // namespace

@@ -31,10 +31,10 @@ int statusOf(const Qx::JSONNode& root) {
     const Qx::JSONNode errors(root["errors"]);
     if (errors.begin() == errors.end())
         return 200;
-    int status = 500;
-    const std::string text = Qx::JSONNode(*errors.begin())["status"].asHString("");
-    std::from_chars(text.data(), text.data() + text.size(), status);
-    return status;
+    int status = 0;
+    const std::string text = Qx::JSONNode(*errors.begin())["status"].asHString("500");
+    const char* const end = text.data() + text.size();
+    return std::from_chars(text.data(), end, status).ptr == end ? status : 0;
 }
 
 // The path and query of a URL.
@@ -61,9 +61,16 @@ PreparedAnswers PreparedAnswers::fromFolder(const std::filesystem::path& folder)
         Detail::Exchange exchange = Detail::readExchange(file);
         answers.add(exchange.method, exchange.url, std::move(exchange.response));
     }
-    for (const auto& [name, kind] : folderNames)
-        for (const std::filesystem::path& file : Detail::filesIn(folder / name, ".json"))
-            answers.addJSON(kind, Detail::readFile(file), file.string());
+    for (const auto& [name, kind] : folderNames) {
+        std::map<std::string, std::filesystem::path> fileOfURN;
+        for (const std::filesystem::path& file : Detail::filesIn(folder / name, ".json")) {
+            const std::string urn = answers.addJSON(kind, Detail::readFile(file), file.string());
+            const auto [first, isFirst] = fileOfURN.try_emplace(urn, file);
+            if (!isFirst)
+                throw std::runtime_error(
+                    fmt::format("\"{}\" and \"{}\" answer for the same URN", first->second.string(), file.string()));
+        }
+    }
     if (answers.byURN_.empty() && answers.byURL_.empty())
         throw std::runtime_error(fmt::format(
             "no file *.json in \"folders\", \"assemblies\" or \"access\" of \"{}\", and no recorded exchange",
@@ -82,13 +89,17 @@ void PreparedAnswers::add(Method method, const std::string& url, HTTPResponse re
         byURL_.insert_or_assign({method, url}, std::move(response));
 }
 
-void PreparedAnswers::addJSON(Endpoint::Kind kind, const std::string& json, const std::string& origin) {
+std::string PreparedAnswers::addJSON(Endpoint::Kind kind, const std::string& json, const std::string& origin) {
     const Qx::JSONNode root(json);
     const Qx::JSONNode data(root["data"]);
+    const int status = statusOf(root);
     if (!data.exists("id"))
         throw std::runtime_error(fmt::format("\"{}\" is not JSON with a key \"data.id\"", origin));
-    add({kind, data["id"].asHString("")},
-        HTTPResponse(statusOf(root), json, {{"Content-Type", "application/json; charset=utf-8"}}));
+    if (!Detail::isFinalStatus(status))
+        throw std::runtime_error(fmt::format("the first error in \"{}\" has no status from 200 to 599", origin));
+    std::string urn = data["id"].asHString("");
+    add({kind, urn}, HTTPResponse(status, json, {{"Content-Type", "application/json; charset=utf-8"}}));
+    return urn;
 }
 
 void PreparedAnswers::addForAny(HTTPResponse response) {

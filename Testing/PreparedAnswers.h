@@ -25,7 +25,8 @@ public:
     /// Reads what a `RecordingHTTPClient` has written into `folder`, and the files *.json in its folders "folders",
     /// "assemblies" and "access", as far as they are there: each such file is the body of the response for the URN
     /// under its key "data.id", with the status of the first of its "errors", or 200. Throws `std::runtime_error` with
-    /// a message of one line if there is no answer at all, or a file is none.
+    /// a message of one line if there is no answer at all, a file is none, its status is not from 200 to 599, or two
+    /// such files answer for the same URN.
     static PreparedAnswers fromFolder(const std::filesystem::path& folder);
 
     /// Prepares the answer to requests for that URN, in place of one that is there.
@@ -35,9 +36,9 @@ public:
     /// URL is that of a request for a URN, it stands for all such requests.
     void add(Method method, const std::string& url, Qx::HTTPResponse response);
 
-    /// Prepares JSON with a key "data.id", as in the files of `fromFolder`. Throws `std::runtime_error`, with `origin`
-    /// in its message, if it is none.
-    void addJSON(Endpoint::Kind kind, const std::string& json, const std::string& origin);
+    /// Prepares JSON with a key "data.id", as in the files of `fromFolder`, and returns the URN that it answers for.
+    /// Throws `std::runtime_error`, with `origin` in its message, if it is none.
+    std::string addJSON(Endpoint::Kind kind, const std::string& json, const std::string& origin);
 
     /// Prepares the answer to all requests for which there is no other.
     void addForAny(Qx::HTTPResponse response);

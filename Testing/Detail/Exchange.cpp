@@ -22,14 +22,17 @@ std::filesystem::path bodyOf(std::filesystem::path file) {
 }
 
 HTTPResponse readResponse(const Qx::JSONNode& root, const std::filesystem::path& file) {
-    std::int32_t status = 0;
+    using FailureKind = HTTPResponse::FailureKind;
+    std::int32_t status = -1;
+    std::int32_t kind = 0;
     root["status"].get(status);
-    if (status == 0) {
-        std::int32_t kind = 0;
-        root["failureKind"].get(kind);
-        return HTTPResponse::transportFailure(static_cast<HTTPResponse::FailureKind>(kind),
-                                              root["reason"].asHString(""));
-    }
+    root["failureKind"].get(kind);
+    const bool isFailure = status == 0 && kind > static_cast<std::int32_t>(FailureKind::NONE) &&
+                           kind <= static_cast<std::int32_t>(FailureKind::OUT_OF_MEMORY);
+    if (isFailure)
+        return HTTPResponse::transportFailure(static_cast<FailureKind>(kind), root["reason"].asHString(""));
+    if (!isFinalStatus(status))
+        throw std::runtime_error(fmt::format("\"{}\" has no status from 200 to 599", file.string()));
     HTTPResponse::Headers headers;
     for (const Qx::JSONRef header : Qx::JSONNode(root["headers"])) {
         const Qx::JSONNode pair(header);
@@ -39,6 +42,10 @@ HTTPResponse readResponse(const Qx::JSONNode& root, const std::filesystem::path&
 }
 
 } // namespace
+
+bool isFinalStatus(int status) {
+    return status >= 200 && status <= 599;
+}
 
 const char* nameOf(HTTPRequest::Method method) {
     return method == HTTPRequest::Method::POST ? "POST" : "GET";

@@ -18,6 +18,9 @@ struct Exchange {
     std::chrono::microseconds time{0}; ///< From the request to the response.
 };
 
+/// Whether a response that a server sends may have that status.
+bool isFinalStatus(int status);
+
 inline constexpr const char* exchangeExtension = ".exchange";
 
 /// "GET" or "POST".

@@ -25,12 +25,15 @@ std::vector<std::filesystem::path> filesIn(const std::filesystem::path& folder, 
         if (!std::filesystem::exists(folder))
             return files;
         for (const auto& entry : std::filesystem::directory_iterator(folder))
-            if (entry.is_regular_file() && entry.path().extension() == extension)
+            if (entry.path().extension() == extension)
                 files.push_back(entry.path());
+        std::sort(files.begin(), files.end());
+        for (const std::filesystem::path& file : files)
+            if (!std::filesystem::is_regular_file(file))
+                fail("read", file, "it is no file");
     } catch (const std::filesystem::filesystem_error& error) {
-        fail("read", folder, error.code().message());
+        fail("read", error.path1(), error.code().message());
     }
-    std::sort(files.begin(), files.end());
     return files;
 }
 

@@ -21,6 +21,7 @@
 #include <chrono>
 #include <exception>
 #include <list>
+#include <new>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -92,6 +93,8 @@ public:
 
 private:
     struct Connection {
+        explicit Connection(tcp::socket socket) : stream(std::move(socket)) {}
+
         beast::tcp_stream stream;
         bool isAnswering = false;
     };
@@ -123,7 +126,11 @@ Server::Loop::Loop(Handler handler, int port)
 }
 
 Server::Loop::~Loop() {
-    asio::post(context_, [this] { stop(); });
+    try {
+        asio::post(context_, [this] { stop(); });
+    } catch (const std::bad_alloc&) {
+        context_.stop();
+    }
     thread_.join();
 }
 
@@ -168,7 +175,7 @@ asio::awaitable<void> Server::Loop::acceptAll() {
 void Server::Loop::start(tcp::socket socket) {
     error_code error;
     socket.set_option(tcp::no_delay(true), error);
-    const auto connection = connections_.emplace(connections_.end(), beast::tcp_stream(std::move(socket)));
+    const auto connection = connections_.emplace(connections_.end(), std::move(socket));
     const auto end = [this, connection](const std::exception_ptr&) {
         connections_.erase(connection);
         if (isStopping_ && connections_.empty())
