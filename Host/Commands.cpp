@@ -23,6 +23,7 @@ namespace {
 using Orvane::FolderContentLink;
 using Orvane::Payloads::FullAssemblyData;
 using Orvane::Payloads::FullAssemblyDataV3;
+using Orvane::Testing::PreparedAnswers;
 
 // The library puts a folder's URN into the URL as it is, where these have a meaning of their own.
 std::string encodedURN(const std::string& urn) {
@@ -124,20 +125,23 @@ int runAccess(const CommandLine& commandLine) {
     return printAnswer(commandLine, connection, hasSucceeded, &assembly, [&] { return reportAccess(assembly); });
 }
 
+PreparedAnswers answersFor(const CommandLine& commandLine) {
+    return commandLine.dataFolder.empty() ? PreparedAnswers::sample()
+                                          : PreparedAnswers::fromFolder(commandLine.dataFolder);
+}
+
 int runServe(const CommandLine& commandLine) {
-    // Blocked before the service starts its threads, so that none of them takes the signal.
+    const std::string ownToken = readToken(commandLine.tokenFile, commandLine.timeout);
+    PreparedAnswers answers = answersFor(commandLine);
+
+    // Blocked before the service starts its thread, so that this does not take the signal.
     sigset_t interrupts;
     sigemptyset(&interrupts);
     for (const int signal : {SIGHUP, SIGINT, SIGTERM})
         sigaddset(&interrupts, signal);
     pthread_sigmask(SIG_BLOCK, &interrupts, nullptr);
-
-    const std::string ownToken = readToken(commandLine.tokenFile, commandLine.timeout);
-    using Orvane::Testing::PreparedAnswers;
-    const Orvane::Testing::LocalService service(commandLine.dataFolder.empty()
-                                                    ? PreparedAnswers::sample()
-                                                    : PreparedAnswers::fromFolder(commandLine.dataFolder),
-                                                ownToken.empty() ? sampleToken : ownToken, commandLine.port);
+    const Orvane::Testing::LocalService service(std::move(answers), ownToken.empty() ? sampleToken : ownToken,
+                                                commandLine.port);
     printOutput(fmt::format("Serving at {}\nThe bearer token is {}. Interrupt to stop.\n", service.baseUri(),
                             ownToken.empty() ? fmt::format("\"{}\"", sampleToken) : "yours"));
     flushOutput();

@@ -2,7 +2,7 @@
 
 #include "Testing/Detail/Server.h"
 
-#include <cerrno>
+#include <algorithm>
 #include <fmt/format.h>
 #include <stdexcept>
 #include <string_view>
@@ -42,6 +42,9 @@ HTTPResponse answer(const PreparedAnswers& answers, const std::string& token, co
 } // namespace
 
 LocalService::LocalService(PreparedAnswers answers, const std::string& token, int port) {
+    constexpr int maxPort = 65535;
+    if (port < 0 || port > maxPort)
+        throw std::runtime_error(fmt::format("there is no port {}; choose one up to {}", port, maxPort));
     const auto handler = [answers = std::move(answers), token](const Detail::Server::Request& request) {
         return answer(answers, token, request);
     };

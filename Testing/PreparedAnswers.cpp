@@ -59,22 +59,23 @@ PreparedAnswers PreparedAnswers::fromFolder(const std::filesystem::path& folder)
     PreparedAnswers answers;
     for (const std::filesystem::path& file : Detail::filesIn(folder, Detail::exchangeExtension)) {
         Detail::Exchange exchange = Detail::readExchange(file);
+        answers.add(exchange.method, withoutHost(exchange.url), exchange.response);
         answers.add(exchange.method, exchange.url, std::move(exchange.response));
     }
     for (const auto& [name, kind] : folderNames) {
         std::map<std::string, std::filesystem::path> fileOfURN;
         for (const std::filesystem::path& file : Detail::filesIn(folder / name, ".json")) {
-            const std::string urn = answers.addJSON(kind, Detail::readFile(file), file.string());
+            const std::string urn = answers.addJSON(kind, Detail::readFile(file), Detail::shown(file));
             const auto [first, isFirst] = fileOfURN.try_emplace(urn, file);
             if (!isFirst)
-                throw std::runtime_error(
-                    fmt::format("\"{}\" and \"{}\" answer for the same URN", first->second.string(), file.string()));
+                throw std::runtime_error(fmt::format("{} and {} answer for the same URN", Detail::shown(first->second),
+                                                     Detail::shown(file)));
         }
     }
     if (answers.byURN_.empty() && answers.byURL_.empty())
-        throw std::runtime_error(fmt::format(
-            "no file *.json in \"folders\", \"assemblies\" or \"access\" of \"{}\", and no recorded exchange",
-            folder.string()));
+        throw std::runtime_error(
+            fmt::format("no file *.json in \"folders\", \"assemblies\" or \"access\" of {}, and no recorded exchange",
+                        Detail::shown(folder)));
     return answers;
 }
 
@@ -94,9 +95,9 @@ std::string PreparedAnswers::addJSON(Endpoint::Kind kind, const std::string& jso
     const Qx::JSONNode data(root["data"]);
     const int status = statusOf(root);
     if (!data.exists("id"))
-        throw std::runtime_error(fmt::format("\"{}\" is not JSON with a key \"data.id\"", origin));
+        throw std::runtime_error(fmt::format("{} is not JSON with a key \"data.id\"", origin));
     if (!Detail::isFinalStatus(status))
-        throw std::runtime_error(fmt::format("the first error in \"{}\" has no status from 200 to 599", origin));
+        throw std::runtime_error(fmt::format("the first error in {} has no status from 200 to 599", origin));
     std::string urn = data["id"].asHString("");
     add({kind, urn}, HTTPResponse(status, json, {{"Content-Type", "application/json; charset=utf-8"}}));
     return urn;

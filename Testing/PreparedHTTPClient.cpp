@@ -6,7 +6,9 @@
 #include <atomic>
 #include <exception>
 #include <fmt/format.h>
+#include <functional>
 #include <memory>
+#include <mutex>
 #include <stdexcept>
 #include <utility>
 
@@ -17,29 +19,44 @@ namespace {
 using Qx::HTTPRequest;
 using Qx::HTTPResponse;
 
-// The responses of a batch, as far as they have come.
+// Takes the response of a request that was sent.
+using Respond = std::function<void(const HTTPResponse& response)>;
+
+// Requests that were sent together, with their responses as far as they have come.
 class Batch {
 public:
-    Batch(std::size_t size, Qx::IHTTPClient::BatchCallback callback)
-        : responses_(size), missing_(size), callback_(std::move(callback)) {}
+    Batch(std::vector<HTTPRequest> requests, Qx::IHTTPClient::BatchCallback callback)
+        : requests_(std::move(requests)),
+          responses_(requests_.size()),
+          missing_(requests_.size()),
+          callback_(std::move(callback)) {}
+
+    std::size_t size() const { return requests_.size(); }
+    const HTTPRequest& request(std::size_t index) const { return requests_[index]; }
 
     // What the callback of the last request throws comes out after that of the batch has run.
-    void complete(const HTTPRequest::Callback& callback, std::size_t index, const HTTPResponse& response) {
+    void complete(std::size_t index, const HTTPResponse& response) {
         responses_[index] = response;
         std::exception_ptr thrown;
         try {
-            if (callback)
-                callback(response);
+            if (requests_[index].getCallback())
+                requests_[index].getCallback()(response);
         } catch (...) {
             thrown = std::current_exception();
         }
-        if (--missing_ == 0 && callback_)
-            callback_(std::move(responses_));
+        if (--missing_ == 0)
+            end();
         if (thrown)
             std::rethrow_exception(thrown);
     }
 
+    void end() {
+        if (callback_)
+            callback_(std::move(responses_));
+    }
+
 private:
+    const std::vector<HTTPRequest> requests_;
     std::vector<HTTPResponse> responses_;
     std::atomic<std::size_t> missing_;
     const Qx::IHTTPClient::BatchCallback callback_;
@@ -47,75 +64,109 @@ private:
 
 } // namespace
 
-PreparedHTTPClient::PreparedHTTPClient(PreparedAnswers answers) : answers_(std::move(answers)) {}
+// Shared with whoever is completing requests: a completion may destroy the client.
+struct PreparedHTTPClient::State {
+    struct Sent {
+        HTTPRequest request;
+        Respond respond;
+        bool isWaiting = false;
+    };
 
-PreparedHTTPClient::PreparedHTTPClient(HTTPResponse forAny) {
-    answers_.addForAny(std::move(forAny));
+    mutable std::mutex mutex;
+    PreparedAnswers answers;
+    bool isHolding = false;
+    std::vector<Sent> sent;
+
+    void send(const HTTPRequest& request, const Respond& respond) {
+        std::unique_lock lock(mutex);
+        sent.push_back({request, respond, isHolding});
+        if (isHolding)
+            return;
+        const HTTPResponse response = answerTo(request);
+        lock.unlock();
+        respond(response);
+    }
+
+    // False if there are not so many that wait.
+    bool complete(std::size_t index, const HTTPResponse* response) {
+        std::unique_lock lock(mutex);
+        const auto waiting =
+            std::find_if(sent.begin(), sent.end(), [&](const Sent& each) { return each.isWaiting && index-- == 0; });
+        if (waiting == sent.end())
+            return false;
+        const HTTPResponse given = response ? *response : answerTo(waiting->request);
+        waiting->isWaiting = false;
+        const Respond respond = std::move(waiting->respond);
+        lock.unlock();
+        respond(given);
+        return true;
+    }
+
+    // To be called under the lock.
+    HTTPResponse answerTo(const HTTPRequest& request) const {
+        if (auto response = answers.find(request.getMethod(), request.getURL()))
+            return *std::move(response);
+        std::string expected;
+        for (const std::string& known : answers.expectedRequests())
+            expected.append(expected.empty() ? "" : ", ").append(known);
+        return HTTPResponse::transportFailure(HTTPResponse::FailureKind::REFUSED,
+                                              fmt::format("unexpected request {} {}; expected: {}",
+                                                          Detail::nameOf(request.getMethod()), request.getURL(),
+                                                          expected.empty() ? "none" : expected));
+    }
+};
+
+PreparedHTTPClient::PreparedHTTPClient(PreparedAnswers answers) : state_(std::make_shared<State>()) {
+    state_->answers = std::move(answers);
+}
+
+PreparedHTTPClient::PreparedHTTPClient(HTTPResponse forAny) : state_(std::make_shared<State>()) {
+    state_->answers.addForAny(std::move(forAny));
 }
 
 void PreparedHTTPClient::setAnswers(PreparedAnswers answers) {
-    const std::lock_guard lock(mutex_);
-    answers_ = std::move(answers);
+    const std::lock_guard lock(state_->mutex);
+    state_->answers = std::move(answers);
 }
 
 void PreparedHTTPClient::queueRequest(HTTPRequest& request) {
-    send(request, request.getCallback());
+    const auto state = state_;
+    state->send(request, [completion = request.getCallback()](const HTTPResponse& response) {
+        if (completion)
+            completion(response);
+    });
 }
 
 void PreparedHTTPClient::whenAllRequests(std::vector<HTTPRequest>& requests, BatchCallback callback,
                                          HTTPRequest::ExecutionType executionType) {
-    if (requests.empty() && callback)
-        callback({});
-    const auto batch = std::make_shared<Batch>(requests.size(), std::move(callback));
-    for (std::size_t index = 0; index < requests.size(); ++index) {
-        HTTPRequest request = requests[index];
+    const auto state = state_;
+    const auto batch = std::make_shared<Batch>(requests, std::move(callback));
+    if (requests.empty())
+        batch->end();
+    std::exception_ptr firstThrown;
+    for (std::size_t index = 0; index < batch->size(); ++index) {
+        HTTPRequest request = batch->request(index);
         request.executionType = executionType;
-        send(request, [batch, completion = request.getCallback(), index](const HTTPResponse& response) {
-            batch->complete(completion, index, response);
-        });
+        try {
+            state->send(request, [batch, index](const HTTPResponse& response) { batch->complete(index, response); });
+        } catch (...) {
+            if (!firstThrown)
+                firstThrown = std::current_exception();
+        }
     }
-}
-
-void PreparedHTTPClient::send(const HTTPRequest& request, const Respond& respond) {
-    std::unique_lock lock(mutex_);
-    sent_.push_back({request, respond, isHolding_});
-    if (isHolding_ || !respond)
-        return;
-    const HTTPResponse response = answerTo(request);
-    lock.unlock();
-    respond(response);
-}
-
-// To be called under the lock.
-HTTPResponse PreparedHTTPClient::answerTo(const HTTPRequest& request) const {
-    if (auto response = answers_.find(request.getMethod(), request.getURL()))
-        return *std::move(response);
-    std::string expected;
-    for (const std::string& known : answers_.expectedRequests())
-        expected.append(expected.empty() ? "" : ", ").append(known);
-    return HTTPResponse::transportFailure(HTTPResponse::FailureKind::REFUSED,
-                                          fmt::format("unexpected request {} {}; expected: {}",
-                                                      Detail::nameOf(request.getMethod()), request.getURL(),
-                                                      expected.empty() ? "none" : expected));
+    if (firstThrown)
+        std::rethrow_exception(firstThrown);
 }
 
 void PreparedHTTPClient::hold(bool isHolding) {
-    const std::lock_guard lock(mutex_);
-    isHolding_ = isHolding;
+    const std::lock_guard lock(state_->mutex);
+    state_->isHolding = isHolding;
 }
 
 std::size_t PreparedHTTPClient::waiting() const {
-    const std::lock_guard lock(mutex_);
-    return static_cast<std::size_t>(
-        std::count_if(sent_.begin(), sent_.end(), [](const Sent& sent) { return sent.isWaiting; }));
-}
-
-// To be called under the lock.
-PreparedHTTPClient::Sent& PreparedHTTPClient::waitingAt(std::size_t index) {
-    for (Sent& sent : sent_)
-        if (sent.isWaiting && index-- == 0)
-            return sent;
-    throw std::out_of_range("no such request waits");
+    const std::lock_guard lock(state_->mutex);
+    return static_cast<std::size_t>(std::count_if(state_->sent.begin(), state_->sent.end(),
+                                                  [](const State::Sent& sent) { return sent.isWaiting; }));
 }
 
 void PreparedHTTPClient::answerNext() {
@@ -123,41 +174,43 @@ void PreparedHTTPClient::answerNext() {
 }
 
 void PreparedHTTPClient::answer(std::size_t index) {
-    complete(index, nullptr);
+    const auto state = state_;
+    if (!state->complete(index, nullptr))
+        throw std::out_of_range("no such request waits");
 }
 
 void PreparedHTTPClient::answer(std::size_t index, const HTTPResponse& response) {
-    complete(index, &response);
-}
-
-void PreparedHTTPClient::complete(std::size_t index, const HTTPResponse* response) {
-    std::unique_lock lock(mutex_);
-    Sent& sent = waitingAt(index);
-    const HTTPResponse given = response ? *response : answerTo(sent.request);
-    sent.isWaiting = false;
-    const Respond respond = std::move(sent.respond);
-    lock.unlock();
-    // The completion may destroy this client.
-    if (respond)
-        respond(given);
+    const auto state = state_;
+    if (!state->complete(index, &response))
+        throw std::out_of_range("no such request waits");
 }
 
 void PreparedHTTPClient::answerAll() {
-    while (waiting() > 0)
-        answerNext();
+    const auto state = state_;
+    while (state->complete(0, nullptr)) {
+    }
+}
+
+void PreparedHTTPClient::cancelAll() {
+    const auto state = state_;
+    const auto cancelled =
+        HTTPResponse::transportFailure(HTTPResponse::FailureKind::CANCELLED, "the request was cancelled");
+    for (std::size_t left = waiting(); left > 0 && state->complete(0, &cancelled); --left) {
+    }
 }
 
 std::vector<HTTPRequest> PreparedHTTPClient::requests() const {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard lock(state_->mutex);
     std::vector<HTTPRequest> requests;
-    for (const Sent& sent : sent_)
+    requests.reserve(state_->sent.size());
+    for (const State::Sent& sent : state_->sent)
         requests.push_back(sent.request);
     return requests;
 }
 
 void PreparedHTTPClient::clear() {
-    const std::lock_guard lock(mutex_);
-    sent_.clear();
+    const std::lock_guard lock(state_->mutex);
+    state_->sent.clear();
 }
 
 } // namespace Orvane::Testing

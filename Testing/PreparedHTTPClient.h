@@ -4,8 +4,7 @@
 #include "Testing/PreparedAnswers.h"
 
 #include <cstddef>
-#include <functional>
-#include <mutex>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -15,7 +14,8 @@ namespace Orvane::Testing {
 ///
 /// A request for which there is no answer completes with a failure of kind `REFUSED`, whose reason lists what was
 /// expected. All completions run in the thread that sends the request or lets its answer go, whatever its execution
-/// type says, so that a test is deterministic. It may be used from several threads at once.
+/// type says, so that a test is deterministic. It may be used from several threads at once, and a completion may
+/// destroy it.
 class PreparedHTTPClient : public Qx::IHTTPClient {
 public:
     /// Without answers every request is unexpected, unless the test holds it and answers it itself.
@@ -46,6 +46,9 @@ public:
     /// Answers all that wait, in order, those included that completions send meanwhile.
     void answerAll();
 
+    /// Completes all that wait with a failure of kind `CANCELLED`, as `Qx::CurlHTTPClient::cancelAll` does.
+    void cancelAll();
+
     /// All requests so far, in order.
     std::vector<Qx::HTTPRequest> requests() const;
 
@@ -53,24 +56,9 @@ public:
     void clear();
 
 private:
-    // Takes the response of a request that was sent.
-    using Respond = std::function<void(const Qx::HTTPResponse& response)>;
+    struct State;
 
-    struct Sent {
-        Qx::HTTPRequest request;
-        Respond respond;
-        bool isWaiting = false;
-    };
-
-    void send(const Qx::HTTPRequest& request, const Respond& respond);
-    void complete(std::size_t index, const Qx::HTTPResponse* response);
-    Qx::HTTPResponse answerTo(const Qx::HTTPRequest& request) const;
-    Sent& waitingAt(std::size_t index);
-
-    mutable std::mutex mutex_;
-    PreparedAnswers answers_;
-    bool isHolding_ = false;
-    std::vector<Sent> sent_;
+    const std::shared_ptr<State> state_;
 };
 
 } // namespace Orvane::Testing

@@ -1,15 +1,11 @@
 #include "Testing/RecordingHTTPClient.h"
 
 #include "Testing/Detail/Exchange.h"
-#include "Testing/Detail/Files.h"
 #include "Testing/Detail/NameMaker.h"
+#include "Testing/Detail/Secrets.h"
 
-#include <algorithm>
-#include <array>
-#include <cctype>
 #include <chrono>
 #include <exception>
-#include <fmt/format.h>
 #include <mutex>
 #include <utility>
 
@@ -21,25 +17,6 @@ using Qx::HTTPRequest;
 using Qx::HTTPResponse;
 using Clock = std::chrono::steady_clock;
 
-bool isSensitive(std::string name) {
-    constexpr std::array<std::string_view, 7> sensitive{
-        "authorization",      "proxy-authorization", "cookie", "set-cookie", "www-authenticate",
-        "proxy-authenticate", "authentication-info"};
-    std::transform(name.begin(), name.end(), name.begin(), [](char letter) {
-        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-    });
-    return std::find(sensitive.begin(), sensitive.end(), name) != sensitive.end() ||
-           name.find("token") != std::string::npos;
-}
-
-HTTPResponse withoutSecrets(const HTTPResponse& response) {
-    HTTPResponse::Headers headers;
-    for (const auto& header : response.getHeaders())
-        if (!isSensitive(header.first))
-            headers.push_back(header);
-    return HTTPResponse(response.getStatus(), std::string(response.getBody()), std::move(headers));
-}
-
 } // namespace
 
 class RecordingHTTPClient::Recorder {
@@ -47,19 +24,22 @@ public:
     Recorder(std::filesystem::path folder, RecordingOptions options) : folder_(std::move(folder)), options_(options) {
         attempt([&] {
             std::filesystem::create_directories(folder_);
-            number_ = Detail::filesIn(folder_, Detail::exchangeExtension).size();
+            number_ = Detail::lastExchangeIn(folder_);
         });
+        // What an earlier recorder has made up is another's; no body holds so many names.
+        constexpr std::size_t namesOfABody = 10'000'000;
+        names_ = Detail::NameMaker(number_ * namesOfABody + 1);
     }
 
     void record(HTTPRequest::Method method, const std::string& url, const HTTPResponse& response,
                 Clock::duration time) {
         const std::lock_guard lock(mutex_);
         attempt([&] {
-            Detail::Exchange exchange{method, url, response.getStatus() == 0 ? response : withoutSecrets(response),
+            Detail::Exchange exchange{method, Detail::withoutSecrets(url), Detail::withoutSecrets(response),
                                       std::chrono::duration_cast<std::chrono::microseconds>(time)};
             if (options_.makesUpNames)
                 exchange = names_.replaceIn(exchange);
-            writeExchange(exchange, nextFile());
+            number_ = Detail::writeExchange(exchange, folder_, number_ + 1);
         });
     }
 
@@ -69,15 +49,6 @@ public:
     }
 
 private:
-    // Names that sort in the order of the exchanges.
-    std::filesystem::path nextFile() {
-        std::filesystem::path file;
-        do
-            file = folder_ / fmt::format("{:06}{}", ++number_, Detail::exchangeExtension);
-        while (std::filesystem::exists(file));
-        return file;
-    }
-
     template <class Action>
     void attempt(Action action) noexcept {
         try {

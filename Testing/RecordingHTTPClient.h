@@ -11,18 +11,22 @@ namespace Orvane::Testing {
 
 /// How a `RecordingHTTPClient` records.
 struct RecordingOptions {
-    /// Replaces names and ids by made-up ones of the same kind, the same one by the same each time, so that a customer
-    /// may hand out what was recorded. Bodies that are not JSON are replaced by as many "x".
+    /// Replaces names, ids and whatever else may tell of a customer by made-up texts of the same kind, the same one by
+    /// the same each time, so that a customer may hand out what was recorded. What stays are the service's own words,
+    /// numbers that are no ids, and flags. Bodies that are not JSON are replaced by as many "x".
     bool makesUpNames = false;
 };
 
 /// Stands in front of another HTTP client and keeps each exchange in a folder, from which `PreparedAnswers::fromFolder`
 /// and `orvane serve --data` read it: method, URL, status, headers, the body byte for byte, and how long it took; or
-/// why there was no response. It keeps no header of the request and none of the response that may be a credential
-/// (Set-Cookie, Authorization and the like), so no token.
+/// why there was no response. Of several exchanges for one URN, whatever their query, the last is the one that is read.
+///
+/// It keeps no header of the request, and of the response none whose name says that it may hold a credential
+/// (Set-Cookie, X-Api-Key and the like); of a URL neither a user name and password nor the values of such keys of its
+/// query. A body is kept as it is.
 ///
 /// If it can't write, requests go on all the same, and `problem` says so. May be used from several threads at once, as
-/// far as the other client may.
+/// far as the other client may, and several recorders may write into one folder.
 class RecordingHTTPClient : public Qx::IHTTPClient {
 public:
     /// Creates the folder if there is none. Exchanges are added to those that it holds.

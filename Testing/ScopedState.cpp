@@ -5,6 +5,7 @@
 #include "Base/QxBaseCore10/CloudBrowser.h"
 #include "Base/QxBaseCore10/Utility.h"
 
+#include <algorithm>
 #include <condition_variable>
 #include <mutex>
 #include <utility>
@@ -76,7 +77,9 @@ std::vector<Qx::Analytics::Report> CapturedEvents::all() const {
 
 bool CapturedEvents::waitFor(std::size_t count, std::chrono::milliseconds time) const {
     std::unique_lock lock(events_->mutex);
-    return events_->tracked.wait_for(lock, time, [&] { return events_->all.size() >= count; });
+    // Longer than anybody waits, but no longer than the clock can count.
+    const std::chrono::milliseconds atMost = std::min<std::chrono::milliseconds>(time, std::chrono::hours(24));
+    return events_->tracked.wait_for(lock, atMost, [&] { return events_->all.size() >= count; });
 }
 
 void CapturedEvents::clear() {

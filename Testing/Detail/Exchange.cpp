@@ -1,11 +1,14 @@
 #include "Testing/Detail/Exchange.h"
 
 #include "Base/QxBaseCore10/JSONNode.h"
+#include "Base/QxBaseCore10/Strings.h"
 #include "Testing/Detail/Files.h"
 
+#include <algorithm>
 #include <boost/json/array.hpp>
 #include <boost/json/object.hpp>
 #include <boost/json/serialize.hpp>
+#include <charconv>
 #include <cstdint>
 #include <fmt/format.h>
 #include <stdexcept>
@@ -17,8 +20,29 @@ namespace {
 using Qx::HTTPRequest;
 using Qx::HTTPResponse;
 
+constexpr const char* bodyExtension = ".body";
+
+// Bytes as characters, since JSON holds no others: those of a URL or a header need not be UTF-8.
+std::string toText(const std::string& bytes) {
+    std::wstring characters;
+    for (const unsigned char byte : bytes)
+        characters += static_cast<wchar_t>(byte);
+    return Qx::ToHString(characters);
+}
+
+std::string toBytes(const std::string& text) {
+    std::string bytes;
+    for (const wchar_t character : Qx::ToIString(text))
+        bytes += static_cast<char>(character);
+    return bytes;
+}
+
+std::filesystem::path fileOf(const std::filesystem::path& folder, std::size_t number, const char* extension) {
+    return folder / fmt::format("{:06}{}", number, extension);
+}
+
 std::filesystem::path bodyOf(std::filesystem::path file) {
-    return file.replace_extension(".body");
+    return file.replace_extension(bodyExtension);
 }
 
 HTTPResponse readResponse(const Qx::JSONNode& root, const std::filesystem::path& file) {
@@ -32,11 +56,11 @@ HTTPResponse readResponse(const Qx::JSONNode& root, const std::filesystem::path&
     if (isFailure)
         return HTTPResponse::transportFailure(static_cast<FailureKind>(kind), root["reason"].asHString(""));
     if (!isFinalStatus(status))
-        throw std::runtime_error(fmt::format("\"{}\" has no status from 200 to 599", file.string()));
+        throw std::runtime_error(shown(file) + " has no status from 200 to 599");
     HTTPResponse::Headers headers;
     for (const Qx::JSONRef header : Qx::JSONNode(root["headers"])) {
         const Qx::JSONNode pair(header);
-        headers.emplace_back(pair["name"].asHString(""), pair["value"].asHString(""));
+        headers.emplace_back(toBytes(pair["name"].asHString("")), toBytes(pair["value"].asHString("")));
     }
     return HTTPResponse(status, readFile(bodyOf(file)), std::move(headers));
 }
@@ -53,21 +77,23 @@ const char* nameOf(HTTPRequest::Method method) {
 
 Exchange readExchange(const std::filesystem::path& file) {
     const Qx::JSONNode root(readFile(file));
-    if (!root.exists("url"))
-        throw std::runtime_error(fmt::format("\"{}\" is not a recorded exchange", file.string()));
-    const auto method = root["method"].asHString("") == "POST" ? HTTPRequest::Method::POST : HTTPRequest::Method::GET;
+    const std::string method = root["method"].asHString("");
+    const std::string url = toBytes(root["url"].asHString(""));
+    if (url.empty() || (method != "GET" && method != "POST"))
+        throw std::runtime_error(shown(file) + " is not a recorded exchange");
     std::int32_t time = 0;
     root["microseconds"].get(time);
-    return {method, root["url"].asHString(""), readResponse(root, file), std::chrono::microseconds(time)};
+    return {method == "POST" ? HTTPRequest::Method::POST : HTTPRequest::Method::GET, url, readResponse(root, file),
+            std::chrono::microseconds(time)};
 }
 
-void writeExchange(const Exchange& exchange, const std::filesystem::path& file) {
+std::size_t writeExchange(const Exchange& exchange, const std::filesystem::path& folder, std::size_t number) {
     const HTTPResponse& response = exchange.response;
     boost::json::array headers;
     for (const auto& [name, value] : response.getHeaders())
-        headers.push_back({{"name", name}, {"value", value}});
+        headers.push_back({{"name", toText(name)}, {"value", toText(value)}});
     boost::json::object json{{"method", nameOf(exchange.method)},
-                             {"url", exchange.url},
+                             {"url", toText(exchange.url)},
                              {"status", response.getStatus()},
                              {"headers", std::move(headers)},
                              {"microseconds", exchange.time.count()}};
@@ -75,9 +101,27 @@ void writeExchange(const Exchange& exchange, const std::filesystem::path& file) 
         json["failureKind"] = static_cast<std::int32_t>(response.getFailureKind());
         json["reason"] = response.getReason();
     }
-    // The body first, so that there is no exchange without one.
-    writeFile(bodyOf(file), response.getBody());
-    writeFile(file, boost::json::serialize(json) + '\n');
+    // The body first: whoever could create it has the number, and there is no exchange without one.
+    while (!createFile(fileOf(folder, number, bodyExtension), response.getBody()))
+        ++number;
+    try {
+        createFile(fileOf(folder, number, exchangeExtension), boost::json::serialize(json) + '\n');
+    } catch (...) {
+        std::filesystem::remove(fileOf(folder, number, bodyExtension));
+        throw;
+    }
+    return number;
+}
+
+std::size_t lastExchangeIn(const std::filesystem::path& folder) {
+    std::size_t last = 0;
+    for (const std::filesystem::path& file : filesIn(folder, bodyExtension)) {
+        std::size_t number = 0;
+        const std::string name = file.stem().string();
+        std::from_chars(name.data(), name.data() + name.size(), number);
+        last = std::max(last, number);
+    }
+    return last;
 }
 
 } // namespace Orvane::Testing::Detail

@@ -4,6 +4,7 @@
 #include "Base/QxBase10/HTTPResponse.h"
 
 #include <chrono>
+#include <cstddef>
 #include <filesystem>
 #include <string>
 
@@ -29,7 +30,11 @@ const char* nameOf(Qx::HTTPRequest::Method method);
 /// Reads the exchange of that file. Throws `std::runtime_error` with a message of one line if it is none.
 Exchange readExchange(const std::filesystem::path& file);
 
-/// Writes it; a file of that name is replaced. Throws `std::runtime_error` with a message of one line if it can't.
-void writeExchange(const Exchange& exchange, const std::filesystem::path& file);
+/// Writes it into new files of `folder`, with the first number from `number` on that nobody has taken, and returns
+/// that. Throws `std::runtime_error` with a message of one line if it can't, and then leaves none.
+std::size_t writeExchange(const Exchange& exchange, const std::filesystem::path& folder, std::size_t number);
+
+/// The highest number in `folder`, or 0.
+std::size_t lastExchangeIn(const std::filesystem::path& folder);
 
 } // namespace Orvane::Testing::Detail

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <fmt/format.h>
 #include <fstream>
 #include <iterator>
+#include <memory>
 #include <stdexcept>
 #include <system_error>
 
@@ -14,10 +16,17 @@ namespace Orvane::Testing::Detail {
 namespace {
 
 [[noreturn]] void fail(const char* what, const std::filesystem::path& path, const std::string& why) {
-    throw std::runtime_error(fmt::format("can't {} \"{}\": {}", what, path.string(), why));
+    throw std::runtime_error(fmt::format("can't {} {}: {}", what, shown(path), why));
 }
 
 } // namespace
+
+std::string shown(const std::filesystem::path& path) {
+    std::string text = path.string();
+    std::replace_if(
+        text.begin(), text.end(), [](unsigned char byte) { return byte < 0x20 || byte == 0x7F; }, '?');
+    return '"' + text + '"';
+}
 
 std::vector<std::filesystem::path> filesIn(const std::filesystem::path& folder, std::string_view extension) {
     std::vector<std::filesystem::path> files;
@@ -27,17 +36,18 @@ std::vector<std::filesystem::path> filesIn(const std::filesystem::path& folder, 
         for (const auto& entry : std::filesystem::directory_iterator(folder))
             if (entry.path().extension() == extension)
                 files.push_back(entry.path());
-        std::sort(files.begin(), files.end());
-        for (const std::filesystem::path& file : files)
-            if (!std::filesystem::is_regular_file(file))
-                fail("read", file, "it is no file");
     } catch (const std::filesystem::filesystem_error& error) {
-        fail("read", error.path1(), error.code().message());
+        fail("read", folder, error.code().message());
     }
+    std::sort(files.begin(), files.end());
     return files;
 }
 
 std::string readFile(const std::filesystem::path& path) {
+    std::error_code error;
+    const bool isFile = std::filesystem::is_regular_file(path, error);
+    if (!isFile)
+        fail("read", path, error ? error.message() : "it is no file");
     std::ifstream file(path, std::ios::binary);
     std::string bytes{std::istreambuf_iterator<char>(file), {}};
     if (!file)
@@ -45,12 +55,18 @@ std::string readFile(const std::filesystem::path& path) {
     return bytes;
 }
 
-void writeFile(const std::filesystem::path& path, std::string_view bytes) {
-    std::ofstream file(path, std::ios::binary);
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    file.close();
-    if (!file)
+bool createFile(const std::filesystem::path& path, std::string_view bytes) {
+    std::FILE* const created = std::fopen(path.string().c_str(), "wbx");
+    if (!created && errno == EEXIST)
+        return false;
+    if (!created)
         fail("write", path, std::strerror(errno));
+    const bool isWritten = std::fwrite(bytes.data(), 1, bytes.size(), created) == bytes.size();
+    if (std::fclose(created) == 0 && isWritten)
+        return true;
+    const std::string why = std::strerror(errno);
+    std::filesystem::remove(path);
+    fail("write", path, why);
 }
 
 } // namespace Orvane::Testing::Detail

@@ -3,13 +3,12 @@
 #include "Base/QxBaseCore10/JSONNode.h"
 #include "Base/QxBaseCore10/Status.h"
 #include "Base/QxBaseCore10/Uri.h"
+#include "Testing/Detail/JSONRewriter.h"
 #include "Testing/Endpoint.h"
 
 #include <algorithm>
 #include <array>
-#include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
-#include <boost/json/value.hpp>
 #include <fmt/format.h>
 #include <optional>
 
@@ -24,34 +23,111 @@ constexpr std::array<std::string_view, 10> wordKeys{"type",     "status",       
                                                     "role",     "isMember",       "communityType", "relationshipType",
                                                     "subTypes", "allowed-actions"};
 
-constexpr std::string_view digits = "0123456789";
+// Those that are not in capitals.
+constexpr std::array<std::string_view, 17> words{
+    "files", "folders", "projects", "relationships", "versions", "Active", "Archived", "Inactive",     "Deleted",
+    "true",  "false",   "view",     "read",          "write",    "edit",   "delete",   "Configuration"};
 
-bool isWordKey(std::string_view key) {
-    return std::find(wordKeys.begin(), wordKeys.end(), key) != wordKeys.end();
+// All other keys that the library reads, or that say what is wrong.
+constexpr std::array<std::string_view, 28> otherKeys{"data",
+                                                     "included",
+                                                     "projects",
+                                                     "files",
+                                                     "folders",
+                                                     "versions",
+                                                     "id",
+                                                     "relationships",
+                                                     "name",
+                                                     "title",
+                                                     "parent",
+                                                     "project",
+                                                     "value",
+                                                     "attributes",
+                                                     "links",
+                                                     "self",
+                                                     "me",
+                                                     "configuredDesignProjectId",
+                                                     "file",
+                                                     "fromUrn",
+                                                     "toUrn",
+                                                     "sourceFromUrn",
+                                                     "sourceToUrn",
+                                                     "visible",
+                                                     "restrictedProjects",
+                                                     "inaccessibleProjects",
+                                                     "errors",
+                                                     "detail"};
+
+constexpr std::array<std::string_view, 15> extensions{".asm", ".prt", ".cfg", ".drw", ".step", ".stp", ".iges", ".igs",
+                                                      ".dwg", ".dxf", ".pdf", ".stl", ".obj",  ".zip", ".txt"};
+
+constexpr std::string_view digits = "0123456789";
+constexpr std::string_view capitals = "ABCDEFGHIJKLMNOPQRSTUVWXYZ_";
+
+template <std::size_t count>
+bool isOneOf(std::string_view text, const std::array<std::string_view, count>& all) {
+    return std::find(all.begin(), all.end(), text) != all.end();
 }
 
-// From its last point, if that stands before a few letters.
+bool consistsOf(std::string_view text, std::string_view characters) {
+    return !text.empty() && text.find_first_not_of(characters) == std::string_view::npos;
+}
+
+bool isWord(std::string_view text) {
+    constexpr std::size_t statusDigits = 3;
+    return isOneOf(text, words) || consistsOf(text, capitals) ||
+           (consistsOf(text, digits) && text.size() <= statusDigits);
+}
+
+bool isIdKey(std::string_view key) {
+    return key == "id" || key.ends_with("Id") || key.ends_with("ID") || key.ends_with("_id") || key.ends_with("Urn");
+}
+
+// Everything of a URN before its last part, if it is the service's.
+std::string_view prefixOf(std::string_view urn) {
+    for (const std::string_view prefix :
+         {"urn:vrnk.dorlqa:fs.file:", "urn:vrnk.dorlqa:fs.folder:", "urn:vrnk.dorlqa:dm.lineage:"})
+        if (urn.starts_with(prefix))
+            return prefix;
+    return "urn:made-up:";
+}
+
+// What follows a URN that names a version; empty if it names none.
+std::string_view versionOf(std::string_view urn) {
+    constexpr std::string_view key = "?version=";
+    const std::string_view rest = urn.substr(std::min(urn.find(key), urn.size()));
+    return consistsOf(rest.substr(std::min(key.size(), rest.size())), digits) ? rest : std::string_view();
+}
+
 std::string_view extensionOf(std::string_view name) {
-    constexpr std::size_t most = 5;
-    const std::size_t point = name.rfind('.');
-    return point == std::string_view::npos || name.size() - point > most ? std::string_view() : name.substr(point);
+    for (const std::string_view extension : extensions)
+        if (name.ends_with(extension))
+            return extension;
+    return {};
+}
+
+HTTPResponse::Headers headersFor(const HTTPResponse& response) {
+    HTTPResponse::Headers headers;
+    const std::string type = response.getHeader("Content-Type").value_or("");
+    if (!type.empty())
+        headers.emplace_back("Content-Type", type.substr(0, type.find(';')));
+    const std::string seconds = response.getHeader("Retry-After").value_or("");
+    if (consistsOf(seconds, digits))
+        headers.emplace_back("Retry-After", seconds);
+    return headers;
 }
 
 } // namespace
 
+NameMaker::NameMaker(std::size_t first) : first_(first) {}
+
 Exchange NameMaker::replaceIn(const Exchange& exchange) {
     Exchange replaced = exchange;
-    replaced.url = urlFor(exchange);
     const HTTPResponse& response = exchange.response;
-    if (response.getStatus() == 0) {
-        replaced.response = HTTPResponse::transportFailure(response.getFailureKind(), "");
-        return replaced;
-    }
-    HTTPResponse::Headers headers;
-    for (const char* name : {"Content-Type", "Retry-After"})
-        if (const auto value = response.getHeader(name))
-            headers.emplace_back(name, *value);
-    replaced.response = HTTPResponse(response.getStatus(), bodyFor(response.getBody()), std::move(headers));
+    replaced.url = urlFor(exchange);
+    replaced.response = response.getStatus() == 0
+                            ? HTTPResponse::transportFailure(response.getFailureKind(), "")
+                            : HTTPResponse(response.getStatus(), bodyFor(response.getBody()), headersFor(response));
     return replaced;
 }
 
@@ -59,7 +135,7 @@ std::string NameMaker::urlFor(const Exchange& exchange) {
     const auto endpoint = Endpoint::of(exchange.method, exchange.url);
     if (!endpoint)
         return "https://service.example/" + numberOf(exchange.url);
-    const std::string urn = Qx::Uri::UriEncode(textFor(endpoint->urn));
+    const std::string urn = Qx::Uri::UriEncode(idFor(endpoint->urn));
     switch (endpoint->kind) {
     case Endpoint::Kind::FOLDER_CONTENTS:
         return "https://service.example/folders/" + urn + "/content";
@@ -76,39 +152,52 @@ std::string NameMaker::bodyFor(std::string_view body) {
     const auto root = Qx::JSONNode::parse(body, status);
     if (!root)
         return std::string(body.size(), 'x');
-    boost::json::value value = boost::json::parse(root->toText());
-    replaceTexts(value, "");
-    return boost::json::serialize(value);
+    const std::string json = root->toText();
+    // What is an id in one place is one wherever it stands.
+    ids_.clear();
+    const auto keepId = [this](const std::string& text, std::string_view key) {
+        if (isIdKey(key))
+            ids_.insert(text);
+        return std::string("0");
+    };
+    rewriteJSON(json, {[](const std::string& key) { return key; }, keepId, keepId});
+    return rewriteJSON(json, {[this](const std::string& key) { return keyFor(key); },
+                              [this](const std::string& text, std::string_view key) { return textFor(text, key); },
+                              [this](const std::string& text, std::string_view key) { return numberFor(text, key); }});
 }
 
-// `key` is that of the value, or, in an array or under "value", of what it stands in.
-void NameMaker::replaceTexts(boost::json::value& value, std::string_view key) {
-    if (value.is_string() && !isWordKey(key))
-        value = textFor(std::string(value.get_string()));
-    else if (value.is_array())
-        for (boost::json::value& element : value.get_array())
-            replaceTexts(element, key);
-    else if (value.is_object())
-        for (boost::json::key_value_pair& member : value.get_object())
-            replaceTexts(member.value(), member.key() == "value" ? key : std::string_view(member.key()));
+std::string NameMaker::keyFor(const std::string& key) {
+    return isOneOf(key, wordKeys) || isOneOf(key, otherKeys) ? key : "key " + numberOf(key);
 }
 
-std::string NameMaker::textFor(const std::string& text) {
-    if (text.empty())
+std::string NameMaker::textFor(const std::string& text, std::string_view key) {
+    if (text.empty() || (isOneOf(key, wordKeys) && isWord(text)))
         return text;
+    if (isIdKey(key) || ids_.contains(text) || text.starts_with("urn:") || consistsOf(text, digits))
+        return idFor(text);
+    return "name " + numberOf(text) + std::string(extensionOf(text));
+}
+
+std::string NameMaker::numberFor(const std::string& text, std::string_view key) {
+    if (!isIdKey(key) && !ids_.contains(text))
+        return text;
+    const std::string id = idFor(text);
+    return consistsOf(id, digits) ? id : boost::json::serialize(boost::json::string_view(id));
+}
+
+std::string NameMaker::idFor(const std::string& text) {
     if (text.starts_with("urn:")) {
-        const std::size_t end = std::min(text.find('?'), text.size());
-        const std::size_t start = text.rfind(':', end) + 1;
-        return text.substr(0, start) + numberOf(text.substr(start, end - start)) + text.substr(end);
+        const std::string_view version = versionOf(text);
+        const std::string_view name = std::string_view(text).substr(0, text.size() - version.size());
+        return std::string(prefixOf(text)) + numberOf(std::string(name.substr(name.rfind(':') + 1))) +
+               std::string(version);
     }
-    if (text.find_first_not_of(digits) == std::string::npos)
-        return fmt::format("{:0>{}}", numberOf(text), text.size());
-    const std::string_view extension = extensionOf(text);
-    return "name " + numberOf(text) + std::string(extension);
+    // As long as those of the service, so that none is a number that stays.
+    return consistsOf(text, digits) ? fmt::format("9{:0>15}", numberOf(text)) : "id-" + numberOf(text);
 }
 
 std::string NameMaker::numberOf(const std::string& text) {
-    return std::to_string(numbers_.try_emplace(text, numbers_.size() + 1).first->second);
+    return std::to_string(numbers_.try_emplace(text, first_ + numbers_.size()).first->second);
 }
 
 } // namespace Orvane::Testing::Detail

@@ -69,10 +69,28 @@ TEST(PreparedHTTPClient, AnswersAtOnceOrWhenItMay) {
     EXPECT_TRUE(!*first.response && *second.response && !*third.response);
     client.answer(1, HTTPResponse(418, ""));
     EXPECT_EQ((*third.response)->getStatus(), 418);
-    client.answerAll();
-    EXPECT_TRUE(*first.response);
+    client.cancelAll();
+    EXPECT_EQ((*first.response)->getFailureKind(), FailureKind::CANCELLED);
     EXPECT_THROW(client.answerNext(), std::out_of_range);
     EXPECT_EQ(client.requests().size(), 6U);
+}
+
+TEST(PreparedHTTPClient, CompletesABatchWhateverItsCallbacksDo) {
+    auto client = std::make_unique<PreparedHTTPClient>(HTTPResponse(200, ""));
+    Qx::HTTPRequest request(BOOST_CURRENT_LOCATION);
+    int completions = 0;
+    request.setCallback([&](const HTTPResponse&) {
+        ++completions;
+        client.reset();
+        throw std::runtime_error("no");
+    });
+    std::vector<Qx::HTTPRequest> requests(3, request);
+    const auto countAll = [&](const std::vector<HTTPResponse>& responses) {
+        completions += 10 * static_cast<int>(responses.size());
+    };
+    EXPECT_THROW(client->whenAllRequests(requests, countAll, Qx::HTTPRequest::ExecutionType::CALLING_THREAD),
+                 std::runtime_error);
+    EXPECT_EQ(completions, 33);
 }
 
 class RecordingTest : public testing::Test {
@@ -116,20 +134,42 @@ TEST_F(RecordingTest, KeepsEachExchangeAsItWasWithoutSecretsAndReplaysIt) {
 }
 
 TEST_F(RecordingTest, MakesUpNamesOfTheSameKind) {
-    const auto inner =
-        std::make_shared<PreparedHTTPClient>(HTTPResponse(200, R"({"data":{"id":"urn:x:file:acme?version=3",
-        "type":"files","name":"Acme rotor.prt","owner":"Jo"},"included":[{"id":"urn:x:file:acme?version=3"},{"id":"2041"}]})"));
+    const std::string deep = std::string(1000, '[') + "\"Acme\"" + std::string(1000, ']');
+    const auto inner = std::make_shared<PreparedHTTPClient>(
+        HTTPResponse(200, R"({"data":{"id":"urn:vrnk.dorlqa:fs.file:acme?version=3",
+        "type":"files","status":"Acme","name":"Acme.Jo rotor.prt","owner":{"Acme":"Jo"}},"versions":[{"id":77},{"id":"acme.1"},
+        {"parent":"77"},"acme.1",{"name":"","role":"EDITOR","restrictedProjects":77777}],"files":[],"files":["urn:acme:a?b=jo"],
+        "title":)" + deep + "}"));
     RecordingHTTPClient client(inner, folder, {.makesUpNames = true});
-    Sent(client, "https://acme.example/versions/urn%3Ax%3Afile%3Aacme%3Fversion%3D3/fullassembly");
+    Sent(client, "https://acme.example/versions/urn%3Avrnk.dorlqa%3Afs.file%3Aacme%3Fversion%3D3/fullassembly");
     const std::string all = recorded();
-    EXPECT_EQ(all.find("cme"), std::string::npos) << all;
-    EXPECT_EQ(all.find("Jo"), std::string::npos) << all;
-    const auto answer =
-        PreparedAnswers::fromFolder(folder).find(Method::GET, "/versions/urn:x:file:1%3Fversion%3D3/fullassembly");
-    ASSERT_TRUE(answer) << all;
-    EXPECT_EQ(answer->getBody(),
-              R"({"data":{"id":"urn:x:file:1?version=3","type":"files","name":"name 2.prt","owner":"name 3"},)"
-              R"("included":[{"id":"urn:x:file:1?version=3"},{"id":"0004"}]})");
+    for (const char* part : {"cme", "Jo", "jo"})
+        EXPECT_EQ(all.find(part), std::string::npos) << all;
+    const auto answer = PreparedAnswers::fromFolder(folder).find(
+        Method::GET, "/versions/urn:vrnk.dorlqa:fs.file:1%3Fversion%3D3/fullassembly");
+    ASSERT_TRUE(answer) << all << client.problem();
+    const std::string id = "9000000000000006";
+    EXPECT_EQ(answer->getBody().substr(0, answer->getBody().find("\"title\"")),
+              R"({"data":{"id":"urn:vrnk.dorlqa:fs.file:1?version=3","type":"files","status":"name 2",)"
+              R"("name":"name 3.prt","key 4":{"key 2":"name 5"}},"versions":[{"id":)" +
+                  id + R"(},{"id":"id-7"},{"parent":")" + id +
+                  R"("},"id-7",{"name":"","role":"EDITOR","restrictedProjects":77777}],"files":[],)"
+                  R"("files":["urn:made-up:8"],)");
+}
+
+TEST_F(RecordingTest, KeepsAllOfSeveralRecordersInTheirOrder) {
+    for (const char* body : {"first", "second"}) {
+        RecordingHTTPClient client(std::make_shared<PreparedHTTPClient>(HTTPResponse(200, body)), folder);
+        RecordingHTTPClient other(std::make_shared<PreparedHTTPClient>(HTTPResponse(200, "other")), folder);
+        Sent(client, "https://user:s3cret@h/a?x=\xFF&token=s3cret");
+        Sent(other, "https://h/b");
+        std::filesystem::remove(folder / "000001.exchange");
+        std::filesystem::remove(folder / "000001.body");
+    }
+    const PreparedAnswers replayed = PreparedAnswers::fromFolder(folder);
+    EXPECT_EQ(replayed.find(Method::GET, "/a?x=\xFF&token=***")->getBody(), "second");
+    EXPECT_EQ(replayed.find(Method::GET, "https://h/b")->getBody(), "other");
+    EXPECT_EQ(recorded().find("s3cret"), std::string::npos);
 }
 
 TEST_F(RecordingTest, GoesOnWhereItCantWrite) {
