@@ -50,19 +50,20 @@ std::string currentToken(const std::string& refusedToken) {
     return refusedToken.empty() || !token ? "expired" : token;
 }
 
-Qx::CurlHTTPClientOptions optionsFor(const std::string& service, MainThreadQueue& mainThread) {
+Qx::CurlHTTPClientOptions optionsFor(const std::string& service) {
     Qx::CurlHTTPClientOptions options;
     options.tokenSource = currentToken;
     options.tokenOrigins = {service};
-    options.executor = [&mainThread](std::function<void()> completion) { mainThread.post(std::move(completion)); };
-    options.onProgress = [](const Qx::HTTPProgress& progress) {
-        std::clog << "received " << progress.received << " bytes\n";
-    };
-    options.onAttempt = [](const Qx::HTTPAttempt& attempt) {
-        std::clog << attempt.url << ": " << (attempt.status != 0 ? std::to_string(attempt.status) : attempt.reason)
-                  << '\n';
+    options.onProgress = [](const Qx::HTTPProgress& now) { std::clog << now.received << " bytes\n"; };
+    options.onAttempt = [](const Qx::HTTPAttempt& tried) {
+        std::clog << tried.url << ": " << (tried.status != 0 ? std::to_string(tried.status) : tried.reason) << '\n';
     };
     return options;
+}
+
+// Why there is no design, for the user.
+std::string explain(const Qx::HTTPResponse& response) {
+    return response.getStatus() == 0 ? response.getReason() : std::to_string(response.getStatus()) + ", no such design";
 }
 
 void warn(const char* problem, const std::vector<std::wstring>& parents) {
@@ -75,7 +76,7 @@ void show(const Orvane::Payloads::FullAssemblyData& assembly) {
     warn("archived", assembly.getArchivedParents());
     warn("inactive", assembly.getInactiveParents());
     warn("deleted", assembly.getDeletedParents());
-    warn("closed to you", assembly.getAccessDeniedParents());
+    warn("not yours to change", assembly.getAccessDeniedParents());
 }
 
 volatile std::sig_atomic_t isInterrupted = 0;
@@ -91,20 +92,29 @@ int main(int argc, char** argv) {
     Qx::ApplicationOptions::get("main")->set(L"orvaneV3ServiceUrl", Qx::ToIString(argv[1]) + L"/v3");
 
     MainThreadQueue mainThread;
-    const auto client = std::make_shared<Qx::CurlHTTPClient>(optionsFor(argv[1], mainThread));
+    Qx::HTTPResponse response; // For which a callback runs.
+    Qx::CurlHTTPClientOptions options = optionsFor(argv[1]);
+    options.onResponse = [&](const Qx::HTTPRequest&, const Qx::HTTPResponse& given) { response = given; };
+    const auto client = std::make_shared<Qx::CurlHTTPClient>(options);
     Qx::Orvanedm orvanedm(client, "main");
     orvanedm.setAsync(true);
-    std::optional<bool> succeeded;
+    std::optional<bool> isOpen;
+    // The answer is read on a thread of the client; what is made of it goes to the main thread.
     const auto open = [&](bool success, const std::shared_ptr<Orvane::Payloads::FullAssemblyData>& assembly) {
-        succeeded = success && assembly->getId() == argv[2]; // Any JSON is a success; this says that it is the design.
-        if (*succeeded)
-            show(*assembly);
+        const bool isDesign = success && assembly->getId() == argv[2]; // Any JSON is a success.
+        mainThread.post([&, isDesign, assembly, problem = explain(response)] {
+            isOpen = isDesign;
+            if (isDesign)
+                show(*assembly);
+            else
+                std::cout << "can't open it: " << problem << '\n';
+        });
     };
     orvanedm.getFullAssemblyStatus(argv[2], open, "ACTUAL", L"open design");
-    while (!succeeded) {
+    while (!isOpen) {
         mainThread.runNext();
         if (isInterrupted)
             client->cancelAll();
     }
-    return *succeeded ? 0 : 1;
+    return *isOpen ? 0 : 1;
 }

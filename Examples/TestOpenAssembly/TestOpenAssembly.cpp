@@ -3,6 +3,7 @@
 #include "Server/Orvane/Orvanedm.h"
 #include "Server/Orvane/Payloads/FullAssemblyData.h"
 #include "Testing/PreparedHTTPClient.h"
+#include "Testing/RecordingHTTPClient.h"
 #include "Testing/ScopedState.h"
 
 #include <gtest/gtest.h>
@@ -77,6 +78,14 @@ TEST_F(OpenAssemblyTest, IsNotMisledByAStrangeAnswer) {
     prepare(Qx::HTTPResponse(200, "{}"));
     application.open(gearbox);
     EXPECT_EQ(application.shown, "that is no design");
+}
+
+TEST_F(OpenAssemblyTest, ShowsWhatACustomersAnswerHeld) {
+    const std::string folder = testing::TempDir() + "recorded";
+    Application(std::make_shared<RecordingHTTPClient>(client, folder)).open(gearbox);
+    client->setAnswers(PreparedAnswers::fromFolder(folder));
+    application.open(gearbox);
+    EXPECT_EQ(application.shown, "13 files");
 }
 
 TEST_F(OpenAssemblyTest, WaitsForTheAnswer) {

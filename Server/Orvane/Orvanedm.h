@@ -47,7 +47,7 @@ public:
     using BatchCallback = std::function<void(std::vector<HTTPResponse> responses)>;
 
     /// `data` is a `FullAssemblyDataV3`, or empty if `success` is false. A copy of the pointer keeps the
-    /// document.
+    /// document. Any JSON is a success: what is no assembly of the version that was asked for has another `getId`.
     using FullAssemblyStatusCallback =
         std::function<void(bool success, const std::shared_ptr<::Orvane::Payloads::FullAssemblyData>& data)>;
 
