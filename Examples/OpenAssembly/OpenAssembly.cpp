@@ -90,7 +90,6 @@ int main(int argc, char** argv) {
     }
     std::signal(SIGINT, [](int) { isInterrupted = 1; });
     Qx::ApplicationOptions::get("main")->set(L"orvaneV3ServiceUrl", Qx::ToIString(argv[1]) + L"/v3");
-
     MainThreadQueue mainThread;
     Qx::HTTPResponse response; // For which a callback runs.
     Qx::CurlHTTPClientOptions options = optionsFor(argv[1]);
