@@ -7,6 +7,7 @@
 
 #include <cstdlib>
 #include <fmt/format.h>
+#include <new>
 #include <optional>
 
 namespace OrvaneHost {
@@ -87,10 +88,20 @@ std::string wordsOf(const Qx::HTTPResponse& response, const std::string& urnOrLi
     return words.empty() ? "" : fmt::format(", which says \"{}\"", shortened(words, 200));
 }
 
+// Whether an answer of success was not read for want of memory: the library does not tell that from what is no JSON.
+bool lacksMemory(const Qx::HTTPResponse& response) {
+    if (jsonOf(response))
+        return true; // There is enough again.
+    try {
+        static_cast<void>(Qx::JSONNode(std::string(response.getBody())));
+        return false;
+    } catch (const std::bad_alloc&) {
+        return true;
+    }
+}
+
 std::string explainUnread(const Qx::HTTPResponse& response, const std::string& urn, const CommandLine& commandLine) {
-    // The library fails without memory too.
-    const bool isJSON = jsonOf(response).has_value();
-    if (isJSON)
+    if (lacksMemory(response))
         return fmt::format("no memory to read the answer for {}; close other programs, or give this one more", urn);
     return fmt::format("the answer for {} is not JSON; check {}", urn,
                        commandLine.service.empty() ? "the data" : "--service");
