@@ -1,12 +1,12 @@
 #include "HTTPClient/Detail/Connections.h"
 
+#include "HTTPClient/Detail/CurlTLS.h"
 #include "HTTPClient/Detail/Platform.h"
 
 #include <cerrno>
 #include <cstring>
 #include <new>
 #include <openssl/ssl.h>
-#include <string_view>
 #include <utility>
 
 namespace Qx::Detail {
@@ -19,11 +19,6 @@ CURLSH* initShare() {
 }
 
 } // namespace
-
-bool runsOnOpenSSL() {
-    static const char* const name = curl_version_info(CURLVERSION_NOW)->ssl_version;
-    return name && std::string_view(name).starts_with("OpenSSL/");
-}
 
 Connections::Connections() : share_(initShare()) {
     if (!share_ || curl_share_setopt(share_.get(), CURLSHOPT_SHARE, CURL_LOCK_DATA_SSL_SESSION) != CURLSHE_OK)

@@ -10,9 +10,6 @@
 
 namespace Qx::Detail {
 
-/// Whether libcurl leaves TLS to OpenSSL, which tells more of a connection than others.
-bool runsOnOpenSSL();
-
 /// What the transfers of one client share: TLS sessions, and the sockets of their connections. To be used by one thread
 /// at a time, except for `hurry`, and to outlive the connections.
 class Connections {

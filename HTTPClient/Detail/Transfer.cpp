@@ -1,19 +1,16 @@
 #include "HTTPClient/Detail/Transfer.h"
 
+#include "HTTPClient/Detail/CurlAttempt.h"
 #include "HTTPClient/Detail/CurlFailure.h"
+#include "HTTPClient/Detail/CurlTLS.h"
 #include "HTTPClient/Detail/HTTPText.h"
 #include "HTTPClient/Detail/Platform.h"
+#include "HTTPClient/Detail/Retry.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
-#include <ctime>
 #include <exception>
 #include <fmt/format.h>
 #include <new>
-#include <openssl/ssl.h>
-#include <random>
-#include <system_error>
 #include <utility>
 
 namespace Qx::Detail {
@@ -52,37 +49,6 @@ CurlHeaders toCurl(const Headers& headers) {
     if (!namesEncodings)
         append("Accept-Encoding: gzip");
     return list;
-}
-
-// The connection's TLS, if it has some, and libcurl runs on OpenSSL.
-SSL* tlsOf(CURL* easy) {
-    curl_tlssessioninfo* session = nullptr;
-    if (curl_easy_getinfo(easy, CURLINFO_TLS_SSL_PTR, &session) != CURLE_OK || !session ||
-        session->backend != CURLSSLBACKEND_OPENSSL)
-        return nullptr;
-    return static_cast<SSL*>(session->internals);
-}
-
-// Whether this is a TLS connection whose peer has not said that it ends, as it does with "close_notify". Only OpenSSL
-// tells.
-bool lacksCloseNotify(CURL* easy) {
-    SSL* const ssl = tlsOf(easy);
-    return ssl && (SSL_get_shutdown(ssl) & SSL_RECEIVED_SHUTDOWN) == 0;
-}
-
-// Whether the handshake has chosen HTTP/2. A response must not decide that: one of HTTP/1.1 could claim it.
-bool speaksHTTP2(CURL* easy) {
-    const unsigned char* name = nullptr;
-    unsigned length = 0;
-    if (SSL* const ssl = tlsOf(easy))
-        SSL_get0_alpn_selected(ssl, &name, &length);
-    return std::string_view(reinterpret_cast<const char*>(name), length) == "h2";
-}
-
-// Whether something is left within TLS that nobody has read. To look for more would take session tickets from libcurl.
-bool hasDataInTLS(CURL* easy) {
-    SSL* const ssl = tlsOf(easy);
-    return ssl && SSL_has_pending(ssl) == 1;
 }
 
 } // namespace
@@ -433,38 +399,16 @@ bool Transfer::isWorthARetry() const {
         return false;
     if (error_)
         return error_->kind() == FailureKind::NETWORK && headerBytes_ == 0 && !hasResponseBegun_;
-    constexpr std::array transient{429, 502, 503, 504};
-    return std::find(transient.begin(), transient.end(), header_.status()) != transient.end();
+    return isTransient(header_.status());
 }
 
 // False if the server wants too long a wait.
 bool Transfer::setDue() {
-    const std::optional<std::chrono::seconds> asked = error_ ? std::nullopt : retryAfter();
+    const std::optional<std::chrono::seconds> asked = error_ ? std::nullopt : retryAfter(header_.field("Retry-After"));
     if (asked > options_.maxRetryAfter)
         return false;
-    // Clients that failed at the same time should not all come back at the same time.
-    thread_local std::minstd_rand random(static_cast<unsigned>(Clock::now().time_since_epoch().count()));
-    std::chrono::duration<double> wait = asked.value_or(std::chrono::seconds(0));
-    if (!asked)
-        wait = std::uniform_real_distribution(0.8, 1.2)(random) * std::exp2(attempts_ - 1) * options_.retryDelay;
-    constexpr std::chrono::duration<double> longest = std::chrono::hours(24);
-    due_ = Clock::now() + std::chrono::duration_cast<Clock::duration>(std::min(wait, longest));
+    due_ = Clock::now() + (asked ? *asked : timeBeforeRetry(attempts_, options_.retryDelay));
     return true;
-}
-
-// How long the response asks to wait, in seconds or until a date; nothing if it does not, or the date is past.
-std::optional<std::chrono::seconds> Transfer::retryAfter() const {
-    const std::string text = header_.field("Retry-After");
-    if (text.empty())
-        return std::nullopt;
-    std::int64_t seconds = 0;
-    const char* const end = text.data() + text.size();
-    const auto [parsed, error] = std::from_chars(text.data(), end, seconds);
-    if (error == std::errc::result_out_of_range)
-        return std::chrono::seconds::max();
-    if (error != std::errc() || parsed != end)
-        seconds = curl_getdate(text.c_str(), nullptr) - std::time(nullptr);
-    return seconds > 0 ? std::optional(std::chrono::seconds(seconds)) : std::nullopt;
 }
 
 Transfer::Clock::time_point Transfer::due() const {
@@ -512,29 +456,16 @@ void Transfer::reportProgress(curl_off_t total, curl_off_t received) noexcept {
 void Transfer::reportAttempt() noexcept {
     if (!options_.onAttempt)
         return;
-    const auto information = [this](CURLINFO what) {
-        curl_off_t value = 0;
-        curl_easy_getinfo(easy_.get(), what, &value);
-        return value;
-    };
-    const auto time = [&](CURLINFO what) { return std::chrono::microseconds(information(what)); };
     try {
-        HTTPAttempt attempt;
+        HTTPAttempt attempt = measureExchange(easy_.get());
         attempt.method = method_;
         attempt.url = shownURL();
         attempt.number = attempts_;
         attempt.status = hasFailed() ? 0 : header_.status();
         attempt.failureKind = isOutOfMemory_ ? FailureKind::OUT_OF_MEMORY : error_ ? error_->kind() : FailureKind::NONE;
         attempt.reason = isOutOfMemory_ ? outOfMemory : error_ ? error_->what() : "";
-        attempt.bytesReceived = static_cast<std::uint64_t>(information(CURLINFO_SIZE_DOWNLOAD_T));
-        attempt.nameResolved = time(CURLINFO_NAMELOOKUP_TIME_T);
-        attempt.connected = std::max(time(CURLINFO_CONNECT_TIME_T), time(CURLINFO_APPCONNECT_TIME_T));
-        attempt.firstByte = time(CURLINFO_STARTTRANSFER_TIME_T);
         attempt.total = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - *attemptStart_);
         attempt.protocol = header_.protocol();
-        long connections = 0;
-        curl_easy_getinfo(easy_.get(), CURLINFO_NUM_CONNECTS, &connections);
-        attempt.isConnectionReused = connections == 0 && information(CURLINFO_PRETRANSFER_TIME_T) > 0;
         options_.onAttempt(attempt);
     } catch (...) {
         // Nobody waits for it.

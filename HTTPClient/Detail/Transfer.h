@@ -112,7 +112,6 @@ private:
     void redirect();
     bool isWorthARetry() const;
     bool setDue();
-    std::optional<std::chrono::seconds> retryAfter() const;
     void reportProgress(curl_off_t total, curl_off_t received) noexcept;
     void reportAttempt() noexcept;
     template <class MakeError>
