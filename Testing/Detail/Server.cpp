@@ -101,6 +101,7 @@ private:
 
     void run();
     asio::awaitable<void> acceptAll();
+    void tryToStart(tcp::socket socket) noexcept;
     void start(tcp::socket socket);
     asio::awaitable<void> serve(Connection& connection);
     asio::awaitable<bool> answerNext(Connection& connection, beast::flat_buffer& buffer);
@@ -164,11 +165,19 @@ asio::awaitable<void> Server::Loop::acceptAll() {
         error_code error;
         tcp::socket socket = co_await acceptor_.async_accept(asio::redirect_error(asio::use_awaitable, error));
         if (!error) {
-            start(std::move(socket));
+            tryToStart(std::move(socket));
         } else if (!isStopping_) { // There may be descriptors again in a moment.
             pause.expires_after(50ms);
             co_await pause.async_wait(asio::redirect_error(asio::use_awaitable, error));
         }
+    }
+}
+
+void Server::Loop::tryToStart(tcp::socket socket) noexcept {
+    try {
+        start(std::move(socket));
+    } catch (const std::exception&) {
+        // There will be memory for others.
     }
 }
 
@@ -183,7 +192,7 @@ void Server::Loop::start(tcp::socket socket) {
     };
     try {
         asio::co_spawn(context_, serve(*connection), end);
-    } catch (const std::bad_alloc&) {
+    } catch (const std::exception&) {
         end(nullptr);
     }
 }
@@ -247,7 +256,7 @@ asio::awaitable<void> Server::Loop::send(beast::tcp_stream& stream, const HTTPRe
                                          bool isLast) {
     const int status = response.getStatus();
     const std::string_view body = response.getBody();
-    http::response<http::span_body<const char>> message(static_cast<http::status>(status), 11);
+    http::response<http::span_body<const char>> message;
     message.result(static_cast<unsigned>(status));
     for (const auto& [name, value] : response.getHeaders())
         if (isSendable(name, value) && !belongsToConnection(name))
