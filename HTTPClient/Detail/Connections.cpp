@@ -69,13 +69,14 @@ const char* Connections::openFailure() const {
     return openError_ == 0 ? "" : std::strerror(openError_);
 }
 
-std::uint64_t Connections::idOf(curl_socket_t socket) const {
+std::uint64_t Connections::take(curl_socket_t socket) {
     const auto found = uses_.find(socket);
-    return found == uses_.end() ? 0 : found->second.id;
+    return found == uses_.end() ? 0 : found->second.number = ++lastUse_;
 }
 
-void Connections::giveUp(curl_socket_t socket, std::uint64_t id) const {
-    if (id != 0 && idOf(socket) == id)
+void Connections::giveUp(curl_socket_t socket, std::uint64_t use) const {
+    const auto found = uses_.find(socket);
+    if (found != uses_.end() && found->second.number == use)
         shutDown(socket);
 }
 
@@ -94,7 +95,7 @@ curl_socket_t Connections::open(void* connections, curlsocktype, curl_sockaddr* 
     if (socket == CURL_SOCKET_BAD)
         return socket;
     try {
-        opening.uses_[socket] = {.id = ++opening.lastId_, .roundStart = {}};
+        opening.uses_[socket] = {};
         return socket;
     } catch (const std::bad_alloc&) {
         closeSocket(socket);
@@ -120,8 +121,10 @@ CURLcode Connections::watchTLS(CURL* easy, void* context, void* connections) noe
     curl_easy_getinfo(easy, CURLINFO_PRIMARY_PORT, &peerPort);
     curl_easy_getinfo(easy, CURLINFO_PRIMARY_IP, &peer);
     try {
-        watching.socketsOfTLS_[tls] =
+        const curl_socket_t socket =
             watching.find(static_cast<int>(localPort), peer ? peer : "", static_cast<int>(peerPort));
+        if (socket != CURL_SOCKET_BAD)
+            watching.socketsOfTLS_[tls] = socket;
     } catch (const std::bad_alloc&) {
         return CURLE_OUT_OF_MEMORY;
     }
@@ -140,9 +143,13 @@ void Connections::checkPace(const void* context) {
         return;
     Use& use = found->second;
     const auto now = std::chrono::steady_clock::now();
-    if (std::exchange(use.round, round_) != round_)
+    if (std::exchange(use.round, round_) != round_) {
         use.roundStart = now;
-    if (now - use.roundStart > limit_.load())
+        use.messages = 0;
+    }
+    // A handshake has some ten; what takes long with few may be this machine.
+    constexpr int many = 100;
+    if (++use.messages > many && now - use.roundStart > limit_.load())
         shutDown(found->first);
 }
 

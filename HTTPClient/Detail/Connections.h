@@ -36,11 +36,11 @@ public:
     /// The socket of the connection between that port and that peer, or none.
     curl_socket_t find(int localPort, const std::string& peer, int peerPort);
 
-    /// A number that no other connection has had; 0 for no connection.
-    std::uint64_t idOf(curl_socket_t socket) const;
+    /// To be called when a request takes the connection. Returns a number for this use of it; 0 for no connection.
+    std::uint64_t take(curl_socket_t socket);
 
-    /// Ends the connection of that socket, if it is still the one of that number.
-    void giveUp(curl_socket_t socket, std::uint64_t id) const;
+    /// Ends the connection of that socket, unless another request has taken it.
+    void giveUp(curl_socket_t socket, std::uint64_t use) const;
 
     /// Why the system did not give the last socket that was asked for; empty if it did.
     const char* openFailure() const;
@@ -51,11 +51,12 @@ public:
 
 private:
     struct Use {
-        std::uint64_t id = 0;
+        std::uint64_t number = 0;
         int localPort = 0; ///< Asked for until there is one.
         bool isUsed = false;
-        std::uint64_t round = 0; ///< The last one in which TLS had a message, and when its first one came.
+        std::uint64_t round = 0; ///< The last one in which messages of TLS came, when its first one did, and how many.
         std::chrono::steady_clock::time_point roundStart;
+        int messages = 0;
     };
 
     void checkPace(const void* context);
@@ -66,7 +67,7 @@ private:
 
     std::map<curl_socket_t, Use> uses_;
     std::map<const void*, curl_socket_t> socketsOfTLS_; ///< By the context that each connection has of its own.
-    std::uint64_t lastId_ = 0;
+    std::uint64_t lastUse_ = 0;
     std::atomic<std::chrono::milliseconds> limit_{};
     std::uint64_t round_ = 0;
     int openError_ = 0;

@@ -105,6 +105,10 @@ bool Destination::isSameOrigin(const Destination& other) const {
     return scheme_ == other.scheme_ && isSameName(host_, other.host_) && port_ == other.port_;
 }
 
+const std::string& Destination::port() const {
+    return port_;
+}
+
 std::string Destination::name() const {
     return isNamed_ ? fmt::format("{}://{}:{}", scheme_, host_, port_) : "";
 }

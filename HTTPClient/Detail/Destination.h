@@ -30,6 +30,9 @@ public:
     /// Whether scheme, host and port are the same.
     bool isSameOrigin(const Destination& other) const;
 
+    /// In digits, the default of the scheme too; empty if the URL is none.
+    const std::string& port() const;
+
     /// Scheme, host and port, for a person; empty if they may hold a part of a password.
     std::string name() const;
 

@@ -129,7 +129,7 @@ bool Transfer::start(Connections& connections) {
         return false;
     header_ = ResponseHeader();
     socket_ = CURL_SOCKET_BAD;
-    connectionId_ = 0;
+    use_ = 0;
     isHTTP2_ = false;
     isCut_ = false;
     isSent_ = false;
@@ -289,9 +289,10 @@ void Transfer::giveUpConnection() {
 void Transfer::meetPeer(const std::string& peer, int peerPort, int localPort) {
     socket_ = connections_->find(localPort, peer, peerPort);
     receivedBefore_ = socket_ == CURL_SOCKET_BAD ? 0 : countReceived(socket_);
-    connectionId_ = connections_->idOf(socket_);
-    // A redirect may lead to this machine by a name that only the resolver knows. A proxy on it is met first.
-    const bool isHere = isLoopback(peer) || peer.starts_with("::ffff:");
+    use_ = connections_->take(socket_);
+    // A redirect may lead to this machine by a name that only the resolver knows. A proxy on it has a port of its own.
+    const bool isDirect = destination_.port() == std::to_string(peerPort);
+    const bool isHere = isDirect && (isLoopback(peer) || peer.starts_with("::ffff:127."));
     startsHere_ = startsHere_.value_or(isHere);
     if (isHere && !*startsHere_)
         failRedirect("it leads to this machine");
@@ -357,7 +358,7 @@ void Transfer::checkReceived() {
 Transfer::Next Transfer::next(CURLcode result) noexcept {
     // libcurl would keep that of HTTP/2, even if the server has fallen silent on it.
     if (isHTTP2_ && result != CURLE_OK)
-        connections_->giveUp(socket_, connectionId_);
+        connections_->giveUp(socket_, use_);
     takesNewConnection_ = std::exchange(isStale_, false);
     if (takesNewConnection_)
         return Next::FOLLOW;

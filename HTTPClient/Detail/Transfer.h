@@ -152,11 +152,11 @@ private:
     curl_socket_t socket_ = CURL_SOCKET_BAD;
     std::uint64_t receivedBefore_ = 0; ///< Over that socket, before the request.
     bool hasResponseBegun_ = false;
-    std::uint64_t connectionId_ = 0;
+    std::uint64_t use_ = 0; ///< Of the connection.
     bool isHTTP2_ = false;
     bool isCut_ = false;             ///< Whether a response without a length may lack its end.
     bool isSent_ = false;            ///< Whether this exchange's request has been.
-    std::optional<bool> startsHere_; ///< Whether the first peer, which may be a proxy, is this machine.
+    std::optional<bool> startsHere_; ///< Whether the first server is on this machine.
 
     ResponseHeader header_;
     ResponseBody body_;

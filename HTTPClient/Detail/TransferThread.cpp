@@ -254,11 +254,8 @@ void TransferThread::Loop::endCancelled() {
 }
 
 void TransferThread::Loop::beginRound() {
-    std::chrono::milliseconds limit = 1s;
-    for (const Transfer& transfer : active_)
-        limit = std::max(limit, transfer.session().rules.options().connectTimeout);
     const std::lock_guard lock(mutex_);
-    connections_.beginRound(limit);
+    connections_.beginRound(1s);
     if (hasCancelled_)
         connections_.hurry();
 }

@@ -61,7 +61,7 @@ bool createFile(const std::filesystem::path& path, std::string_view bytes) {
         return false;
     if (!created)
         fail("write", path, std::strerror(errno));
-    const bool isWritten = std::fwrite(bytes.data(), 1, bytes.size(), created) == bytes.size();
+    const bool isWritten = bytes.empty() || std::fwrite(bytes.data(), 1, bytes.size(), created) == bytes.size();
     if (std::fclose(created) == 0 && isWritten)
         return true;
     const std::string why = std::strerror(errno);
