@@ -25,8 +25,8 @@ constexpr const char* bodyExtension = ".body";
 // Bytes as characters, since JSON holds no others: those of a URL or a header need not be UTF-8.
 std::string toText(const std::string& bytes) {
     std::wstring characters;
-    for (const unsigned char byte : bytes)
-        characters += static_cast<wchar_t>(byte);
+    for (const char byte : bytes)
+        characters += static_cast<wchar_t>(static_cast<unsigned char>(byte));
     return Qx::ToHString(characters);
 }
 
