@@ -32,7 +32,7 @@ bool playsTricks(wchar_t character) {
 }
 
 std::string escapeOf(wchar_t character) {
-    const auto point = static_cast<std::uint32_t>(character);
+    const auto point = static_cast<std::uint32_t>(character); // NOLINT(bugprone-signed-char-misuse): it is no char
     return point < 0x10000 ? fmt::format("\\u{:04x}", point)
                            : fmt::format("\\u{:04x}\\u{:04x}", 0xD7C0 + (point >> 10), 0xDC00 + (point & 0x3FF));
 }

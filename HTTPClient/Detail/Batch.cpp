@@ -71,7 +71,7 @@ void Batch::complete(std::size_t index) {
 void Batch::tell(std::size_t index) const noexcept {
     try {
         if (index < requests_.size() && onResponse_)
-            onResponse_(requests_[index], responses_[index]);
+            onResponse_(requests_[index], responses_[index]); // NOLINT(clang-analyzer-cplusplus.Move): the last moves
     } catch (...) {
         // The callback is called all the same.
     }

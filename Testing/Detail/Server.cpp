@@ -243,9 +243,9 @@ asio::awaitable<bool> Server::Loop::answerNext(Connection& connection, beast::fl
 HTTPResponse Server::Loop::answerTo(const http::request<http::string_body>& request) const {
     const auto target = request.target();
     const auto authorization = request[http::field::authorization];
-    const HTTPResponse response = handler_({request.method() == http::verb::post,
-                                            {target.data(), target.size()},
-                                            {authorization.data(), authorization.size()}});
+    HTTPResponse response = handler_({request.method() == http::verb::post,
+                                      {target.data(), target.size()},
+                                      {authorization.data(), authorization.size()}});
     if (response.getStatus() < 200 || response.getStatus() > 999)
         return errorResponse(502, "No response", response.getReason());
     return response;
