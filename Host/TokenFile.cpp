@@ -71,9 +71,9 @@ std::string withoutBlanks(const std::string& text) {
 
 std::string readToken(const std::string& tokenFile, std::chrono::seconds timeout) {
     const char* const variable = std::getenv("ORVANE_TOKEN");
-    const std::string token =
-        tokenFile.empty() ? std::string(variable ? variable : "")
-                          : withoutBlanks(TokenFile(tokenFile).readAll(std::chrono::steady_clock::now() + timeout));
+    std::string token = tokenFile.empty()
+                            ? std::string(variable ? variable : "")
+                            : withoutBlanks(TokenFile(tokenFile).readAll(std::chrono::steady_clock::now() + timeout));
     const auto isVisible = [](unsigned char byte) { return byte > 0x20 && byte < 0x7F; };
     if (!std::all_of(token.begin(), token.end(), isVisible) || (token.empty() && !tokenFile.empty()))
         throw std::runtime_error(

@@ -82,9 +82,8 @@ CurlHTTPClientOptions optionsOf(const json& row, const RawServer& server) {
     made.maxRetries = row.value("retries", 0);
     made.retryDelay = std::chrono::milliseconds(row.value("retryDelayMs", 20));
     made.userAgent = row.value("userAgent", "");
-    if (row.contains("givenProxy"))
-        made.proxy =
-            row["givenProxy"] == "" ? "" : server.url("").insert(7, row["givenProxy"].get<std::string>() + '@');
+    if (const std::string proxy = row.value("givenProxy", "none"); proxy != "none")
+        made.proxy = proxy.empty() ? "" : server.url("").insert(7, proxy + '@');
     made.token = row.value("token", made.token);
     made.tokenOrigins = row.value("tokenOrigins", made.tokenOrigins);
     if (row.contains("bindsToken"))

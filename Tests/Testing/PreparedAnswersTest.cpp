@@ -23,19 +23,19 @@ using Method = Qx::HTTPRequest::Method;
 using FailureKind = Qx::HTTPResponse::FailureKind;
 using Qx::HTTPResponse;
 
-// Sends a request and keeps its response.
-struct Sent {
-    Sent(Qx::IHTTPClient& client, const std::string& url, Method method = Method::GET) {
-        Qx::HTTPRequest request(BOOST_CURRENT_LOCATION);
-        request.setURL(url);
-        request.setMethod(method);
-        request.setHeader("Authorization", "Bearer s3cret");
-        request.setCallback([response = response](const HTTPResponse& given) { *response = given; });
-        client.queueRequest(request);
-    }
+// There once it has come.
+using Kept = std::shared_ptr<std::optional<HTTPResponse>>;
 
-    std::shared_ptr<std::optional<HTTPResponse>> response = std::make_shared<std::optional<HTTPResponse>>();
-};
+Kept send(Qx::IHTTPClient& client, const std::string& url, Method method = Method::GET) {
+    const auto kept = std::make_shared<std::optional<HTTPResponse>>();
+    Qx::HTTPRequest request(BOOST_CURRENT_LOCATION);
+    request.setURL(url);
+    request.setMethod(method);
+    request.setHeader("Authorization", "Bearer s3cret");
+    request.setCallback([kept](const HTTPResponse& given) { *kept = given; });
+    client.queueRequest(request);
+    return kept;
+}
 
 TEST(Endpoint, IsKnownByMethodAndURL) {
     using Found = std::optional<Endpoint>;
@@ -55,22 +55,22 @@ TEST(PreparedHTTPClient, AnswersAtOnceOrWhenItMay) {
     answers.add({Kind::FOLDER_CONTENTS, "f"}, HTTPResponse(200, "<html>", {{"X-Odd", "1"}}));
     answers.add(Method::POST, "/other", HTTPResponse::transportFailure(FailureKind::TIMEOUT, "late"));
     PreparedHTTPClient client(answers);
-    EXPECT_EQ((*Sent(client, "https://any/folders/f/content").response)->getBody(), "<html>");
-    EXPECT_EQ((*Sent(client, "https://any/other", Method::POST).response)->getFailureKind(), FailureKind::TIMEOUT);
-    const Sent unexpected(client, "https://any/other");
-    EXPECT_EQ((*unexpected.response)->getReason(),
+    EXPECT_EQ(send(client, "https://any/folders/f/content")->value().getBody(), "<html>");
+    EXPECT_EQ(send(client, "https://any/other", Method::POST)->value().getFailureKind(), FailureKind::TIMEOUT);
+    const Kept unexpected = send(client, "https://any/other");
+    EXPECT_EQ(unexpected->value().getReason(),
               "unexpected request GET https://any/other; expected: the contents of folder f, POST /other");
     client.hold();
-    const Sent first(client, "/folders/f/content");
-    const Sent second(client, "/folders/f/content");
-    const Sent third(client, "/folders/f/content");
+    const Kept first = send(client, "/folders/f/content");
+    const Kept second = send(client, "/folders/f/content");
+    const Kept third = send(client, "/folders/f/content");
     EXPECT_EQ(client.waiting(), 3U);
     client.answer(1);
-    EXPECT_TRUE(!*first.response && *second.response && !*third.response);
+    EXPECT_TRUE(!*first && *second && !*third);
     client.answer(1, HTTPResponse(418, ""));
-    EXPECT_EQ((*third.response)->getStatus(), 418);
+    EXPECT_EQ(third->value().getStatus(), 418);
     client.cancelAll();
-    EXPECT_EQ((*first.response)->getFailureKind(), FailureKind::CANCELLED);
+    EXPECT_EQ(first->value().getFailureKind(), FailureKind::CANCELLED);
     EXPECT_THROW(client.answerNext(), std::out_of_range);
     EXPECT_EQ(client.requests().size(), 6U);
 }
@@ -120,8 +120,8 @@ TEST_F(RecordingTest, KeepsEachExchangeAsItWasWithoutSecretsAndReplaysIt) {
         answers.add(Method::GET, "https://h/x?y", HTTPResponse::transportFailure(FailureKind::TLS, "no"));
         return answers;
     }());
-    Sent(client, "https://h/versions/v/fullassembly");
-    Sent(client, "https://h/x?y");
+    send(client, "https://h/versions/v/fullassembly");
+    send(client, "https://h/x?y");
     EXPECT_EQ(client.problem(), "");
     EXPECT_EQ(recorded().find("s3cret"), std::string::npos);
     const PreparedAnswers replayed = PreparedAnswers::fromFolder(folder);
@@ -141,7 +141,7 @@ TEST_F(RecordingTest, MakesUpNamesOfTheSameKind) {
         {"parent":"77"},"acme.1",{"name":"","role":"EDITOR","restrictedProjects":77777}],"files":[],"files":["urn:acme:a?b=jo"],
         "title":)" + deep + "}"));
     RecordingHTTPClient client(inner, folder, {.makesUpNames = true});
-    Sent(client, "https://acme.example/versions/urn%3Avrnk.dorlqa%3Afs.file%3Aacme%3Fversion%3D3/fullassembly");
+    send(client, "https://acme.example/versions/urn%3Avrnk.dorlqa%3Afs.file%3Aacme%3Fversion%3D3/fullassembly");
     const std::string all = recorded();
     for (const char* part : {"cme", "Jo", "jo"})
         EXPECT_EQ(all.find(part), std::string::npos) << all;
@@ -161,8 +161,8 @@ TEST_F(RecordingTest, KeepsAllOfSeveralRecordersInTheirOrder) {
     for (const char* body : {"first", "second"}) {
         RecordingHTTPClient client(std::make_shared<PreparedHTTPClient>(HTTPResponse(200, body)), folder);
         RecordingHTTPClient other(std::make_shared<PreparedHTTPClient>(HTTPResponse(200, "other")), folder);
-        Sent(client, "https://user:s3cret@h/a?x=\xFF&token=s3cret");
-        Sent(other, "https://h/b");
+        send(client, "https://user:s3cret@h/a?x=\xFF&token=s3cret");
+        send(other, "https://h/b");
         std::filesystem::remove(folder / "000001.exchange");
         std::filesystem::remove(folder / "000001.body");
     }
@@ -174,7 +174,7 @@ TEST_F(RecordingTest, KeepsAllOfSeveralRecordersInTheirOrder) {
 
 TEST_F(RecordingTest, GoesOnWhereItCantWrite) {
     RecordingHTTPClient client(std::make_shared<PreparedHTTPClient>(HTTPResponse(200, "{}")), "/proc/nothing");
-    EXPECT_EQ((*Sent(client, "https://h/").response)->getStatus(), 200);
+    EXPECT_EQ(send(client, "https://h/")->value().getStatus(), 200);
     EXPECT_NE(client.problem(), "");
 }
 
