@@ -3,6 +3,7 @@
 #include "Host/Version.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <fmt/format.h>
 
 namespace OrvaneHost {
@@ -36,7 +37,13 @@ std::string problemOfURL(const std::string& url) {
         const std::string authority =
             url.substr(scheme.size(), url.find_first_of("/?#", scheme.size()) - scheme.size());
         const std::string host = authority.substr(authority.rfind('@') + 1);
-        return host.empty() || host.starts_with(':') ? "takes a URL with a host" : "";
+        const std::string port = host.substr(std::min(host.find_last_of(":]"), host.size()));
+        const bool isPort = port.size() < 2 || port[0] == ']' ||
+                            (port.find_first_not_of("0123456789", 1) == std::string::npos && port.size() <= 6 &&
+                             std::stoi(port.substr(1)) <= 65535);
+        if (host.empty() || host.starts_with(':'))
+            return "takes a URL with a host";
+        return isPort ? "" : "takes a URL with a port up to 65535";
     }
     return "takes a URL that begins with https:// or http://";
 }
@@ -57,7 +64,7 @@ void addRequestOptions(CLI::App& command, CommandLine& commandLine) {
         ->check(problemOfURL);
     addTokenFile(command, commandLine,
                  "File that holds the bearer token; without it the environment variable ORVANE_TOKEN");
-    command.add_option("--timeout", commandLine.timeout, "Seconds that one request may take (120)")
+    command.add_option("--timeout", commandLine.timeout, "Seconds that each attempt at a request may take (120)")
         ->check(CLI::Range(1, 86400));
     command.add_option("--max-size", commandLine.maxSizeInMiB, "MiB that one answer may have (256)")
         ->check(CLI::Range(1, 4095));

@@ -12,6 +12,7 @@
 #include "Server/Orvane/FolderContentLink.h"
 #include "Server/Orvane/Payloads/FullAssemblyDataV3.h"
 
+#include <algorithm>
 #include <csignal>
 #include <fmt/format.h>
 #include <utility>
@@ -35,8 +36,8 @@ FolderContentLink linkOf(const std::string& urnOrLink) {
                                                                    : FolderContentLink::fromUrn(encodedURN(urnOrLink));
 }
 
-int printFailure(const std::string& line) {
-    printError(line);
+int printFailure(const ServiceConnection& connection, const std::string& line) {
+    printError(connection.withoutToken(line));
     return 1;
 }
 
@@ -44,33 +45,67 @@ int printFailure(const std::string& line) {
 int finish(const ServiceConnection& connection, int exitStatus) {
     flushOutput();
     const std::string problem = connection.recordingProblem();
-    return problem.empty() ? exitStatus
-                           : printFailure(fmt::format("not all could be recorded: {}; check --record", problem));
+    if (problem.empty())
+        return exitStatus;
+    return printFailure(connection, fmt::format("not all could be recorded: {}; check --record", problem));
 }
 
-// Each folder is printed as soon as its answer comes.
+// Prints folders as their answers come. Few are under way at the same time, so that answers do not pile up where output
+// is slow.
+class FolderPrinter {
+public:
+    FolderPrinter(const CommandLine& commandLine, ServiceConnection& connection)
+        : commandLine_(commandLine), connection_(connection), unanswered_(commandLine.urns.size()) {}
+
+    int run() {
+        constexpr std::size_t atOnce = 16;
+        while (next_ < std::min(commandLine_.urns.size(), atOnce))
+            requestNext();
+        connection_.runCallbacks(unanswered_);
+        return exitStatus_;
+    }
+
+private:
+    void requestNext() {
+        const std::string& urn = commandLine_.urns[next_++];
+        connection_.orvanedm().getFolderContents(
+            linkOf(urn), commandLine_.query,
+            [this, &urn](bool success, const Qx::JSONNode& contents) { finishOne(urn, success, contents); });
+    }
+
+    void finishOne(const std::string& urn, bool success, const Qx::JSONNode& contents) {
+        if (!success)
+            exitStatus_ = printFailure(connection_, explainFailure(connection_.response(), urn, commandLine_));
+        else if (!holdsFolder(urn, contents, connection_.response().getBody()))
+            exitStatus_ = printFailure(connection_, explainStrangeAnswer(connection_.response(), urn, "contents"));
+        else
+            print(urn, contents);
+        flushOutput();
+        --unanswered_;
+        if (next_ < commandLine_.urns.size())
+            requestNext();
+    }
+
+    void print(const std::string& urn, const Qx::JSONNode& contents) {
+        if (commandLine_.json) {
+            printOutput(folderJSON(urn, contents));
+            return;
+        }
+        printOutput(std::exchange(separator_, "\n"));
+        printFolder(urn, contents, commandLine_.wide);
+    }
+
+    const CommandLine& commandLine_;
+    ServiceConnection& connection_;
+    std::size_t next_ = 0;
+    std::size_t unanswered_;
+    int exitStatus_ = 0;
+    const char* separator_ = "";
+};
+
 int runFolder(const CommandLine& commandLine) {
     ServiceConnection connection(commandLine);
-    std::size_t unanswered = commandLine.urns.size();
-    int exitStatus = 0;
-    const char* separator = "";
-    const auto print = [&](const std::string& urn, bool success, const Qx::JSONNode& contents) {
-        --unanswered;
-        if (!success) {
-            exitStatus = printFailure(explainFailure(connection.response(), urn, commandLine));
-        } else if (commandLine.json) {
-            printOutput(folderJSON(urn, contents));
-        } else {
-            printOutput(std::exchange(separator, "\n"));
-            printFolder(urn, contents, commandLine.wide);
-        }
-        flushOutput();
-    };
-    for (const std::string& urn : commandLine.urns)
-        connection.orvanedm().getFolderContents(
-            linkOf(urn), commandLine.query,
-            [&](bool success, const Qx::JSONNode& contents) { print(urn, success, contents); });
-    connection.runCallbacks(unanswered);
+    const int exitStatus = FolderPrinter(commandLine, connection).run();
     return finish(connection, exitStatus);
 }
 
@@ -80,9 +115,10 @@ int printAnswer(const CommandLine& commandLine, ServiceConnection& connection, b
                 const FullAssemblyData* assembly, Report report) {
     const std::string& urn = commandLine.urns.front();
     if (!success)
-        return finish(connection, printFailure(explainFailure(connection.response(), urn, commandLine)));
+        return finish(connection, printFailure(connection, explainFailure(connection.response(), urn, commandLine)));
     if (!assembly || assembly->getId() != urn)
-        return finish(connection, printFailure(explainStrangeAnswer(connection.response(), urn)));
+        return finish(connection,
+                      printFailure(connection, explainStrangeAnswer(connection.response(), urn, "assembly")));
     if (commandLine.json)
         printOutput(toJSON(report()));
     else
@@ -130,15 +166,25 @@ PreparedAnswers answersFor(const CommandLine& commandLine) {
                                           : PreparedAnswers::fromFolder(commandLine.dataFolder);
 }
 
+// But for those that are ignored, as after nohup: once blocked, they would be waited for too.
+sigset_t interruptsToWaitFor() {
+    sigset_t interrupts;
+    sigemptyset(&interrupts);
+    for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
+        struct sigaction present {};
+        sigaction(signal, nullptr, &present);
+        if (present.sa_handler != SIG_IGN)
+            sigaddset(&interrupts, signal);
+    }
+    return interrupts;
+}
+
 int runServe(const CommandLine& commandLine) {
     const std::string ownToken = readToken(commandLine.tokenFile, commandLine.timeout);
     PreparedAnswers answers = answersFor(commandLine);
 
     // Blocked before the service starts its thread, so that this does not take the signal.
-    sigset_t interrupts;
-    sigemptyset(&interrupts);
-    for (const int signal : {SIGHUP, SIGINT, SIGTERM})
-        sigaddset(&interrupts, signal);
+    const sigset_t interrupts = interruptsToWaitFor();
     pthread_sigmask(SIG_BLOCK, &interrupts, nullptr);
     const Orvane::Testing::LocalService service(std::move(answers), ownToken.empty() ? sampleToken : ownToken,
                                                 commandLine.port);

@@ -44,7 +44,8 @@ std::string explainTransportFailure(const Qx::HTTPResponse& response, const std:
                 "the request for a link was refused: {}; check it, or, to send your token to its host on "
                 "purpose, name that host with --service",
                 reason);
-        return fmt::format("the request for {} was refused: {}; check --service", urn, reason);
+        return fmt::format("the request for {} was refused: {}; check {}the URN and the options", urn, reason,
+                           checkService(commandLine));
     case FailureKind::TLS:
         return fmt::format("no secure connection for {}: {}; {}, the time of this machine, and which certificates it "
                            "trusts",
@@ -135,8 +136,9 @@ std::string explainFailure(const Qx::HTTPResponse& response, const std::string& 
     case 403:
         return fmt::format("you may not see {} (403){}; ask its owner for access", urn, words);
     case 404:
-        return fmt::format("the service does not know {} (404){}; check {}the URN", urn, words,
-                           commandLine.service.empty() ? "" : "--service and ");
+        return fmt::format("the {} does not know {} (404){}; check the URN{}",
+                           commandLine.service.empty() ? "sample service" : "service", urn, words,
+                           commandLine.service.empty() ? ", or name your service with --service" : " and --service");
     case 429:
         return fmt::format("the service has too many requests to answer that for {} (429){}; {}", urn, words,
                            whenToComeBack(response));
@@ -147,8 +149,8 @@ std::string explainFailure(const Qx::HTTPResponse& response, const std::string& 
     }
 }
 
-std::string explainStrangeAnswer(const Qx::HTTPResponse& response, const std::string& urn) {
-    return fmt::format("the answer holds no assembly of {}{}; check --service and the URN", shownURN(urn),
+std::string explainStrangeAnswer(const Qx::HTTPResponse& response, const std::string& urn, const char* what) {
+    return fmt::format("the answer holds no {} of {}{}; check --service and the URN", what, shownURN(urn),
                        wordsOf(response, urn));
 }
 

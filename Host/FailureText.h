@@ -11,7 +11,7 @@ namespace OrvaneHost {
 /// line.
 std::string explainFailure(const Qx::HTTPResponse& response, const std::string& urn, const CommandLine& commandLine);
 
-/// The same for an answer of success that is JSON, but no assembly of that version.
-std::string explainStrangeAnswer(const Qx::HTTPResponse& response, const std::string& urn);
+/// The same for an answer of success that is JSON, but does not hold what it should, an "assembly", say, of that URN.
+std::string explainStrangeAnswer(const Qx::HTTPResponse& response, const std::string& urn, const char* what);
 
 } // namespace OrvaneHost

@@ -4,6 +4,7 @@
 #include "Base/QxBaseCore10/Strings.h"
 #include "Host/Console.h"
 #include "Host/Printable.h"
+#include "Server/Orvane/FolderContentLink.h"
 #include "Server/Orvane/Payloads/FilesData.h"
 #include "Server/Orvane/Payloads/FolderData.h"
 
@@ -37,6 +38,14 @@ Report::Table listFiles(const Qx::JSONNode& included) {
 }
 
 } // namespace
+
+bool holdsFolder(const std::string& urnOrLink, const Qx::JSONNode& contents, std::string_view body) {
+    const Qx::JSONNode errors(contents["errors"]);
+    const std::string id = Qx::JSONNode(contents["data"])["id"].asHString(urnOrLink);
+    const bool isOfFolder = id == urnOrLink || Orvane::FolderContentLink::isOrvaneFolderContentLink(urnOrLink);
+    const std::size_t start = body.find_first_of("{[\"-0123456789tfn");
+    return start != std::string_view::npos && body[start] == '{' && !(errors.begin() != errors.end()) && isOfFolder;
+}
 
 void printFolder(const std::string& urn, const Qx::JSONNode& contents, bool isWide) {
     const Qx::JSONNode included(contents["included"]);

@@ -6,6 +6,7 @@
 #include "HTTPClient/CurlHTTPClient.h"
 #include "Host/TokenFile.h"
 
+#include <boost/algorithm/string/replace.hpp>
 #include <fmt/format.h>
 #include <stdexcept>
 #include <system_error>
@@ -64,6 +65,7 @@ void setServiceUrls(const std::string& service, const std::string& v3Service) {
 
 ServiceConnection::ServiceConnection(const CommandLine& commandLine) {
     Qx::CurlHTTPClientOptions options = optionsFor(commandLine);
+    token_ = options.token;
     std::string service = withoutSlashAtEnd(commandLine.service);
     if (service.empty()) {
         localService_.emplace(Orvane::Testing::PreparedAnswers::sample(), options.token, 0);
@@ -78,8 +80,8 @@ ServiceConnection::ServiceConnection(const CommandLine& commandLine) {
 
     std::shared_ptr<Qx::IHTTPClient> client = makeClient(options);
     if (!commandLine.recordFolder.empty())
-        client = recorder_ =
-            std::make_shared<Orvane::Testing::RecordingHTTPClient>(std::move(client), commandLine.recordFolder);
+        client = recorder_ = std::make_shared<Orvane::Testing::RecordingHTTPClient>(
+            std::move(client), commandLine.recordFolder, Orvane::Testing::RecordingOptions{.secret = token_});
     orvanedm_.emplace(std::move(client), optionsName);
     orvanedm_->setAsync(commandLine.async || commandLine.urns.size() > 1);
 }
@@ -99,6 +101,13 @@ void ServiceConnection::runCallbacks(const std::size_t& unanswered) {
 
 const Qx::HTTPResponse& ServiceConnection::response() const {
     return response_;
+}
+
+std::string ServiceConnection::withoutToken(std::string text) const {
+    constexpr std::size_t secretFrom = 8; // A shorter one is a part of words.
+    if (token_.size() >= secretFrom)
+        boost::algorithm::replace_all(text, token_, "***");
+    return text;
 }
 
 std::vector<Qx::Analytics::Report> ServiceConnection::events() const {

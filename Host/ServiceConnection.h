@@ -40,15 +40,20 @@ public:
     /// The response for which a callback runs, or the last has run.
     const Qx::HTTPResponse& response() const;
 
+    /// A text for the user, with "***" for the token, which the service may have repeated.
+    std::string withoutToken(std::string text) const;
+
     /// The usage events tracked so far.
     std::vector<Qx::Analytics::Report> events() const;
 
 private:
     std::optional<Orvane::Testing::LocalService> localService_;
     Orvane::Testing::CapturedEvents events_;
-    std::shared_ptr<Orvane::Testing::RecordingHTTPClient> recorder_; // Null if nothing is recorded.
     MainThread mainThread_;
     Qx::HTTPResponse response_;
+    std::string token_;
+    // After what the client's threads use until it has ended.
+    std::shared_ptr<Orvane::Testing::RecordingHTTPClient> recorder_; // Null if nothing is recorded.
     std::optional<Qx::Orvanedm> orvanedm_;
 };
 

@@ -50,7 +50,7 @@ public:
             if (text.size() > maxBytes)
                 fail("it is larger than 64 KiB");
             if (std::chrono::steady_clock::now() > deadline)
-                fail("nothing has come from the pipe in time");
+                fail("the pipe has not ended in time");
             if (count <= 0)
                 std::this_thread::sleep_for(std::chrono::milliseconds(10));
         }

@@ -35,6 +35,7 @@ int main(int argc, char** argv) {
     // Whoever closes a pipe wants no more output, and no message. Nothing but output raises
     // that signal.
     std::signal(SIGPIPE, SIG_DFL);
+    std::signal(SIGXFSZ, SIG_IGN);       // A file that would be too large is to be a failure like others.
     std::setlocale(LC_CTYPE, "C.UTF-8"); // Names have to be measured to be aligned.
     try {
         return run(argc, argv);

@@ -26,12 +26,9 @@ bool isBearer(std::string_view authorization, std::string_view token) {
 }
 
 HTTPResponse answer(const PreparedAnswers& answers, const std::string& token, const Detail::Server::Request& request) {
-    if (!isBearer(request.authorization, token)) {
-        const HTTPResponse refusal = errorResponse(401, "Unauthorized", "The request needs the right bearer token.");
-        HTTPResponse::Headers headers = refusal.getHeaders();
-        headers.emplace_back("WWW-Authenticate", "Bearer");
-        return HTTPResponse(refusal.getStatus(), std::string(refusal.getBody()), std::move(headers));
-    }
+    if (!isBearer(request.authorization, token))
+        return errorResponse(401, "Unauthorized", "The request needs the right bearer token.",
+                             {{"WWW-Authenticate", "Bearer"}});
     using Method = Qx::HTTPRequest::Method;
     const std::string target(request.target);
     if (auto prepared = answers.find(request.isPost ? Method::POST : Method::GET, target))

@@ -7,6 +7,9 @@
 #include <chrono>
 #include <exception>
 #include <mutex>
+#include <new>
+#include <stdexcept>
+#include <string>
 #include <utility>
 
 namespace Orvane::Testing {
@@ -21,7 +24,8 @@ using Clock = std::chrono::steady_clock;
 
 class RecordingHTTPClient::Recorder {
 public:
-    Recorder(std::filesystem::path folder, RecordingOptions options) : folder_(std::move(folder)), options_(options) {
+    Recorder(std::filesystem::path folder, RecordingOptions options)
+        : folder_(std::move(folder)), options_(std::move(options)) {
         attempt([&] {
             std::filesystem::create_directories(folder_);
             number_ = Detail::lastExchangeIn(folder_);
@@ -35,8 +39,14 @@ public:
                 Clock::duration time) {
         const std::lock_guard lock(mutex_);
         attempt([&] {
+            if (response.getStatus() != 0 && !Detail::isFinalStatus(response.getStatus()))
+                throw std::runtime_error("a response of status " + std::to_string(response.getStatus()) +
+                                         " can't be given again");
             Detail::Exchange exchange{method, Detail::withoutSecrets(url), Detail::withoutSecrets(response),
                                       std::chrono::duration_cast<std::chrono::microseconds>(time)};
+            constexpr std::size_t secretFrom = 8; // A shorter one is a part of words.
+            if (options_.secret.size() >= secretFrom)
+                exchange.response = Detail::without(options_.secret, exchange.response);
             if (options_.makesUpNames)
                 exchange = names_.replaceIn(exchange);
             number_ = Detail::writeExchange(exchange, folder_, number_ + 1);
@@ -53,6 +63,8 @@ private:
     void attempt(Action action) noexcept {
         try {
             action();
+        } catch (const std::bad_alloc&) {
+            setProblem("out of memory");
         } catch (const std::exception& error) {
             setProblem(error.what());
         }
@@ -76,7 +88,7 @@ private:
 
 RecordingHTTPClient::RecordingHTTPClient(std::shared_ptr<Qx::IHTTPClient> client, const std::filesystem::path& folder,
                                          RecordingOptions options)
-    : client_(std::move(client)), recorder_(std::make_shared<Recorder>(folder, options)) {}
+    : client_(std::move(client)), recorder_(std::make_shared<Recorder>(folder, std::move(options))) {}
 
 RecordingHTTPClient::~RecordingHTTPClient() = default;
 

@@ -15,6 +15,10 @@ struct RecordingOptions {
     /// the same each time, so that a customer may hand out what was recorded. What stays are the service's own words,
     /// numbers that are no ids, and flags. Bodies that are not JSON are replaced by as many "x".
     bool makesUpNames = false;
+
+    /// A text of 8 bytes or more, such as the token, which is replaced by "***" wherever it stands in what is recorded:
+    /// a service may repeat it. Empty for none.
+    std::string secret{};
 };
 
 /// Stands in front of another HTTP client and keeps each exchange in a folder, from which `PreparedAnswers::fromFolder`

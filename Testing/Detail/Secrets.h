@@ -13,4 +13,7 @@ std::string withoutSecrets(const std::string& url);
 /// transport failure, without a reason that does.
 Qx::HTTPResponse withoutSecrets(const Qx::HTTPResponse& response);
 
+/// The response with "***" for the text in its body, its headers and its reason.
+Qx::HTTPResponse without(const std::string& secret, const Qx::HTTPResponse& response);
+
 } // namespace Orvane::Testing::Detail

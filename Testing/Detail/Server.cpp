@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <boost/asio/awaitable.hpp>
 #include <boost/asio/co_spawn.hpp>
 #include <boost/asio/io_context.hpp>
@@ -41,7 +42,7 @@ using namespace std::chrono_literals;
 using Parser = http::request_parser<http::string_body>;
 
 constexpr std::size_t maxTargetBytes = std::size_t{64} << 10;
-constexpr std::uint32_t maxHeaderBytes = std::uint32_t{128} << 10;
+constexpr std::uint32_t maxHeaderBytes = 65'000; // The parser throws for a field that 16 bits can't count.
 constexpr std::uint64_t maxBodyBytes = std::uint64_t{1} << 20;
 constexpr auto requestTime = 10s;
 constexpr auto responseTime = 5min;
@@ -55,8 +56,10 @@ bool belongsToConnection(std::string_view name) {
 
 bool isSendable(std::string_view name, std::string_view value) {
     const auto isControl = [](unsigned char byte) { return byte < 0x20 || byte == 0x7F; };
-    return !name.empty() && name.find_first_of(" :\t") == std::string_view::npos &&
-           std::none_of(name.begin(), name.end(), isControl) && std::none_of(value.begin(), value.end(), isControl);
+    constexpr std::size_t maxBytes = 65'000; // What a field may have where it is sent.
+    return !name.empty() && name.size() + value.size() < maxBytes &&
+           name.find_first_of(" :\t") == std::string_view::npos && std::none_of(name.begin(), name.end(), isControl) &&
+           std::none_of(value.begin(), value.end(), isControl);
 }
 
 // Whether there is nobody to answer, or one who takes too long.
@@ -74,12 +77,13 @@ HTTPResponse refusalOf(const Parser& parser, error_code error) {
     if (request.target().size() > maxTargetBytes || (error == http::error::header_limit && request.target().empty()))
         return errorResponse(414, "URI too long", "The path and query of a request may have 64 KiB.");
     if (error == http::error::header_limit)
-        return errorResponse(431, "Header too large", "The header of a request may have 128 KiB.");
+        return errorResponse(431, "Header too large", "The header of a request may have 65,000 bytes.");
     if (error)
         return errorResponse(400, "Bad request", "This is no request of HTTP/1.1.");
     if (method == http::verb::get || method == http::verb::head || method == http::verb::post)
         return HTTPResponse();
-    return errorResponse(405, "Method not allowed", "The service takes GET, HEAD and POST.");
+    return errorResponse(405, "Method not allowed", "The service takes GET, HEAD and POST.",
+                         {{"Allow", "GET, HEAD, POST"}});
 }
 
 } // namespace
@@ -99,7 +103,9 @@ private:
         bool isAnswering = false;
     };
 
+    void accept();
     void run();
+    void closeIdle();
     asio::awaitable<void> acceptAll();
     void tryToStart(tcp::socket socket) noexcept;
     void start(tcp::socket socket);
@@ -115,14 +121,15 @@ private:
     tcp::acceptor acceptor_;
     asio::steady_timer deadline_{context_};
     std::list<Connection> connections_;
-    bool isStopping_ = false;
+    bool isAccepting_ = false;
+    std::atomic<bool> isStopping_ = false;
     std::thread thread_;
 };
 
 Server::Loop::Loop(Handler handler, int port)
     : handler_(std::move(handler)),
       acceptor_(context_, {asio::ip::address_v4::loopback(), static_cast<asio::ip::port_type>(port)}) {
-    asio::co_spawn(context_, acceptAll(), [](const std::exception_ptr&) {});
+    accept();
     thread_ = std::thread([this] { run(); });
 }
 
@@ -130,29 +137,45 @@ Server::Loop::~Loop() {
     try {
         asio::post(context_, [this] { stop(); });
     } catch (const std::bad_alloc&) {
+        isStopping_ = true;
         context_.stop();
     }
     thread_.join();
 }
 
-// Until there is neither a connection nor anybody who could make one.
+void Server::Loop::accept() {
+    asio::co_spawn(context_, acceptAll(), [this](const std::exception_ptr&) { isAccepting_ = false; });
+    isAccepting_ = true;
+}
+
+// What is thrown for want of memory must end no more than the connections for which it was missing.
 void Server::Loop::run() {
     for (bool hasEnded = false; !hasEnded;) {
         try {
+            if (!isAccepting_ && !isStopping_)
+                accept();
             context_.run();
-            hasEnded = true;
+            hasEnded = isStopping_;
         } catch (const std::exception&) {
-            // One connection without memory must not end the others.
+            closeIdle();
+        }
+        if (!hasEnded) {
+            std::this_thread::sleep_for(50ms);
+            context_.restart();
         }
     }
+}
+
+void Server::Loop::closeIdle() {
+    for (Connection& connection : connections_)
+        if (!connection.isAnswering)
+            connection.stream.close();
 }
 
 void Server::Loop::stop() {
     isStopping_ = true;
     acceptor_.close();
-    for (Connection& connection : connections_)
-        if (!connection.isAnswering)
-            connection.stream.close();
+    closeIdle();
     deadline_.expires_after(1s);
     deadline_.async_wait([this](error_code) { context_.stop(); });
     if (connections_.empty())
@@ -283,12 +306,13 @@ int Server::port() const {
     return loop_->port();
 }
 
-HTTPResponse errorResponse(int status, std::string_view title, std::string_view detail) {
+HTTPResponse errorResponse(int status, std::string_view title, std::string_view detail, HTTPResponse::Headers headers) {
     // The detail may name what a client asked for, which need not be UTF-8; the body has to be.
     const boost::json::value error = {
         {"status", std::to_string(status)}, {"title", title}, {"detail", Qx::ToHString(Qx::ToIString(detail))}};
+    headers.emplace_back("Content-Type", "application/json; charset=utf-8");
     return HTTPResponse(status, boost::json::serialize(boost::json::object{{"errors", boost::json::array{error}}}),
-                        {{"Content-Type", "application/json; charset=utf-8"}});
+                        std::move(headers));
 }
 
 } // namespace Orvane::Testing::Detail

@@ -43,6 +43,7 @@ private:
 };
 
 /// A response with a body such as the service sends with an error.
-Qx::HTTPResponse errorResponse(int status, std::string_view title, std::string_view detail);
+Qx::HTTPResponse errorResponse(int status, std::string_view title, std::string_view detail,
+                               Qx::HTTPResponse::Headers headers = {});
 
 } // namespace Orvane::Testing::Detail

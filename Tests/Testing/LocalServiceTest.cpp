@@ -63,6 +63,7 @@ TEST(LocalService, AnswersWhatIsAskedAndRefusesTheRest) {
              {"GET /" + std::string(100'000, 'u') + end, "414", false},
              {"GET /" + std::string(200'000, 'u') + end, "414", false},
              {"GET /a HTTP/1.1\r\nX: " + std::string(200'000, 'u') + "\r\n\r\n", "431", false},
+             {"GET /a HTTP/1.1\r\nX: " + std::string(65'530, 'u') + "\r\n\r\n", "431", false},
              {"nonsense\r\n\r\n", "400", false}}) {
         RawClient client(service.port());
         client.send(request);

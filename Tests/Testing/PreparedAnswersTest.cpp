@@ -162,6 +162,7 @@ TEST_F(RecordingTest, KeepsAllOfSeveralRecordersInTheirOrder) {
         RecordingHTTPClient client(std::make_shared<PreparedHTTPClient>(HTTPResponse(200, body)), folder);
         RecordingHTTPClient other(std::make_shared<PreparedHTTPClient>(HTTPResponse(200, "other")), folder);
         send(client, "https://user:s3cret@h/a?x=\xFF&token=s3cret");
+        send(client, "https://user:pa?s3cret/@h/s?t%6Fken=s3cret#code=s3cret");
         send(other, "https://h/b");
         std::filesystem::remove(folder / "000001.exchange");
         std::filesystem::remove(folder / "000001.body");
