@@ -26,7 +26,7 @@ quietly cmake --build "$work/consumer"
 
 libraries=$(dirname "$(find "$work/installed" -name libQxOrvaneDM10.so)")
 export PKG_CONFIG_PATH=$libraries/pkgconfig
-read -ra flags < <(pkg-config --cflags --libs QxOrvaneDM10)
+read -ra flags < <(pkg-config --cflags --libs QxTesting10)
 quietly "$compiler" -std=c++20 "$program" "${flags[@]}" -Wl,-rpath,"$libraries" \
   -o "$work/with-pkg-config"
 "$work/with-pkg-config"
