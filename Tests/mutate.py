@@ -113,7 +113,7 @@ def builds(folder, program):
 
 def passes(folder, program):
     try:
-        run = subprocess.run([folder / "build" / program, *PROGRAMS[program]], timeout=30,
+        run = subprocess.run([folder / "build" / program, *PROGRAMS[program]], timeout=120,
                              stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, cwd=folder)
     except subprocess.TimeoutExpired:
         return False
