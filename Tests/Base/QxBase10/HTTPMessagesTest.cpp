@@ -1,5 +1,6 @@
 // What requests and responses do beyond what Tests/Cases/requests.json shows.
 
+#include "Base/QxBase10/HTTPRequest.h"
 #include "Base/QxBase10/HTTPResponse.h"
 #include "Base/QxBase10/HTTPUtils.h"
 #include "Base/QxBaseCore10/JSONNode.h"
@@ -9,7 +10,18 @@
 
 namespace {
 
+using Qx::HTTPRequest;
 using Qx::HTTPResponse;
+
+TEST(HTTPRequest, StartsEmptyInTheCallingThreadWithoutAuthentication) {
+    const HTTPRequest request(BOOST_CURRENT_LOCATION);
+    EXPECT_EQ(request.getURL() + request.getThreadName(), "");
+    EXPECT_TRUE(request.getHeaders().empty());
+    EXPECT_FALSE(request.getCallback());
+    EXPECT_EQ(request.getMethod(), HTTPRequest::Method::GET);
+    EXPECT_EQ(request.getAuthType(), HTTPRequest::AuthType::NONE);
+    EXPECT_EQ(request.executionType, HTTPRequest::ExecutionType::CALLING_THREAD);
+}
 
 TEST(HTTPResponse, HoldsItsBodyOnceAndNoneAfterAFailure) {
     std::string body(1000, 'x');
