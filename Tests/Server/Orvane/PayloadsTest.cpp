@@ -33,6 +33,12 @@ const JSONNode wholeFolder(R"({"id":"f","type":"folders","links":{"self":"/f"},"
     "visible":true,"status":"Active","containerType":"FOLDER","me":{"isMember":"true","membership":"M",
     "allowed-actions":["view"]}})");
 
+TEST(Records, AreCalledWhatTheServiceCallsThem) {
+    EXPECT_EQ(FilesData::dataType() + ' ' + FolderData::dataType() + ' ' + ProjectData::dataType() + ' ' +
+                  RelationshipData::dataType() + ' ' + VersionData::dataType(),
+              "files folders projects relationships versions");
+}
+
 TEST(Records, InitOverwritesOnlyWhatTheNodeCarries) {
     Data data;
     Links links;
