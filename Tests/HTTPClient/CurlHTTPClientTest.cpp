@@ -117,6 +117,25 @@ TEST_P(CurlHTTPClientInBothTypes, RefusesAtOnceWhateverElseWaits) {
     EXPECT_LT(std::chrono::steady_clock::now() - start, 1s);
 }
 
+TEST_P(CurlHTTPClientInBothTypes, CompletionsMayQueueAChainAndABatch) {
+    const RawServer server(Serving::well);
+    CurlHTTPClient client(clientOptions());
+    std::atomic<int> answers = 0;
+    std::promise<std::size_t> ended;
+    const HTTPRequest::Callback next = [&](const HTTPResponse&) {
+        if (++answers < 200) {
+            HTTPRequest request = make(server.url("/"), next);
+            client.queueRequest(request);
+            return;
+        }
+        std::vector<HTTPRequest> batch(10, make(server.url("/")));
+        client.whenAllRequests(
+            batch, [&](const std::vector<HTTPResponse>& responses) { ended.set_value(responses.size()); }, GetParam());
+    };
+    next(HTTPResponse());
+    EXPECT_EQ(ended.get_future().get(), 10U);
+}
+
 // A callback may own the last reference to the client, which then ends where the callback is destroyed.
 TEST(CurlHTTPClient, MayBeOwnedByItsCallbacks) {
     const RawServer server(Serving::well);
