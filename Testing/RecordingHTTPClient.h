@@ -16,7 +16,7 @@ struct RecordingOptions {
     /// numbers that are no ids, and flags. Bodies that are not JSON are replaced by as many "x".
     bool makesUpNames = false;
 
-    /// A text of 8 bytes or more, such as the token, which is replaced by "***" wherever it stands in what is recorded:
+    /// A text of 8 bytes or more, such as the token, which is replaced by "***" wherever it stands in a response:
     /// a service may repeat it. Empty for none.
     std::string secret{};
 };
