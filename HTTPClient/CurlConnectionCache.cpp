@@ -1,7 +1,7 @@
 #include "HTTPClient/CurlConnectionCache.h"
 
 #include "HTTPClient/CurlHTTPClientOptions.h"
-#include "HTTPClient/Detail/Platform.h"
+#include "HTTPClient/Detail/Process.h"
 #include "HTTPClient/Detail/TransferThread.h"
 
 #include <mutex>

@@ -2,7 +2,7 @@
 
 #include "HTTPClient/Detail/Batch.h"
 #include "HTTPClient/Detail/CallbackThreads.h"
-#include "HTTPClient/Detail/Platform.h"
+#include "HTTPClient/Detail/Process.h"
 #include "HTTPClient/Detail/Session.h"
 #include "HTTPClient/Detail/TokenThread.h"
 #include "HTTPClient/Detail/TransferThread.h"

@@ -161,16 +161,17 @@ std::string firstLine(const std::string& text) {
 
 } // namespace
 
-std::optional<EarlyEnd> parseCommandLine(int argc, const char* const* argv, CommandLine& commandLine) {
+std::optional<EarlyEnd> parseCommandLine(const std::vector<std::string>& arguments, CommandLine& commandLine) {
     CLI::App app("Talks to the Orvane design data service.", "orvane");
     app.set_version_flag("--version", std::string("orvane ") + version);
     app.require_subcommand(1);
+    app.allow_windows_style_options(false); // What begins with "/" is a path on all systems.
     addFolder(app, commandLine);
     addAssembly(app, commandLine);
     addAccess(app, commandLine);
     addServe(app, commandLine);
     try {
-        app.parse(argc, argv);
+        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend())); // As the parser wants them.
     } catch (const CLI::CallForHelp&) {
         const auto chosen = app.get_subcommands();
         return EarlyEnd{chosen.empty() ? app.help() : chosen.front()->help("orvane"), ""};
@@ -179,9 +180,10 @@ std::optional<EarlyEnd> parseCommandLine(int argc, const char* const* argv, Comm
     } catch (const CLI::ExtrasError&) {
         return EarlyEnd{"", unexpected(app) + "; see orvane --help"};
     } catch (const CLI::ParseError& error) {
-        const bool isUnknown = app.get_subcommands().empty() && argc > 1 && argv[1][0] != '-';
+        const bool isUnknown =
+            app.get_subcommands().empty() && !arguments.empty() && !arguments.front().starts_with('-');
         const std::string problem =
-            isUnknown ? fmt::format("there is no command \"{}\"", argv[1]) : firstLine(error.what());
+            isUnknown ? fmt::format("there is no command \"{}\"", arguments.front()) : firstLine(error.what());
         return EarlyEnd{"", problem + "; see orvane --help"};
     }
     return std::nullopt;

@@ -41,7 +41,7 @@ struct EarlyEnd {
     std::string error;  ///< For standard error, in one line; empty if nothing is wrong.
 };
 
-/// Reads the arguments into `commandLine`, or tells why there is nothing to run.
-std::optional<EarlyEnd> parseCommandLine(int argc, const char* const* argv, CommandLine& commandLine);
+/// Reads the arguments that follow the program's name into `commandLine`, or tells why there is nothing to run.
+std::optional<EarlyEnd> parseCommandLine(const std::vector<std::string>& arguments, CommandLine& commandLine);
 
 } // namespace OrvaneHost

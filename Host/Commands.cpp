@@ -7,13 +7,14 @@
 #include "Host/Console.h"
 #include "Host/FailureText.h"
 #include "Host/FolderReport.h"
+#include "Host/Interrupts.h"
+#include "Host/PathText.h"
 #include "Host/ServiceConnection.h"
 #include "Host/TokenFile.h"
 #include "Server/Orvane/FolderContentLink.h"
 #include "Server/Orvane/Payloads/FullAssemblyDataV3.h"
 
 #include <algorithm>
-#include <csignal>
 #include <fmt/format.h>
 #include <utility>
 
@@ -163,38 +164,20 @@ int runAccess(const CommandLine& commandLine) {
 
 PreparedAnswers answersFor(const CommandLine& commandLine) {
     return commandLine.dataFolder.empty() ? PreparedAnswers::sample()
-                                          : PreparedAnswers::fromFolder(commandLine.dataFolder);
-}
-
-// But for those that are ignored, as after nohup: once blocked, they would be waited for too.
-sigset_t interruptsToWaitFor() {
-    sigset_t interrupts;
-    sigemptyset(&interrupts);
-    for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
-        struct sigaction present {};
-        sigaction(signal, nullptr, &present);
-        if (present.sa_handler != SIG_IGN)
-            sigaddset(&interrupts, signal);
-    }
-    return interrupts;
+                                          : PreparedAnswers::fromFolder(pathOf(commandLine.dataFolder));
 }
 
 int runServe(const CommandLine& commandLine) {
     const std::string ownToken = readToken(commandLine.tokenFile, commandLine.timeout);
     PreparedAnswers answers = answersFor(commandLine);
 
-    // Blocked before the service starts its thread, so that this does not take the signal.
-    const sigset_t interrupts = interruptsToWaitFor();
-    pthread_sigmask(SIG_BLOCK, &interrupts, nullptr);
+    holdInterrupts();
     const Orvane::Testing::LocalService service(std::move(answers), ownToken.empty() ? sampleToken : ownToken,
                                                 commandLine.port);
     printOutput(fmt::format("Serving at {}\nThe bearer token is {}. Interrupt to stop.\n", service.baseUri(),
                             ownToken.empty() ? fmt::format("\"{}\"", sampleToken) : "yours"));
     flushOutput();
-    int received = 0;
-    sigwait(&interrupts, &received);
-    // Another one ends the program at once.
-    pthread_sigmask(SIG_UNBLOCK, &interrupts, nullptr);
+    waitForInterrupt();
     return 0;
 }
 

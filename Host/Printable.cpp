@@ -1,20 +1,18 @@
 #include "Host/Printable.h"
 
-#include "Base/QxBaseCore10/Strings.h"
-
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <cwchar>
 #include <fmt/format.h>
+#include <utf8proc.h>
 
 namespace OrvaneHost {
 
 namespace {
 
 struct Range {
-    wchar_t first;
-    wchar_t last;
+    char32_t first;
+    char32_t last;
 };
 
 // In order: control characters, the soft hyphen, marks of direction, joiners and other characters without a width,
@@ -26,47 +24,73 @@ constexpr std::array tricks{Range{0x0000, 0x001F},   Range{0x007F, 0x009F},  Ran
                             Range{0xFEFF, 0xFEFF},   Range{0xFFA0, 0xFFA0},  Range{0xFFF0, 0xFFFB},
                             Range{0x1D173, 0x1D17A}, Range{0xE0000, 0xE0FFF}};
 
-bool playsTricks(wchar_t character) {
+// With U+FFFD for each byte that belongs to no character.
+std::u32string charactersOf(std::string_view text) {
+    const auto* next = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
+    const auto* const end = next + text.size();
+    std::u32string characters;
+    characters.reserve(text.size());
+    while (next != end) {
+        utf8proc_int32_t character = 0;
+        const utf8proc_ssize_t size = utf8proc_iterate(next, end - next, &character);
+        characters += size > 0 ? static_cast<char32_t>(character) : U'\uFFFD';
+        next += std::max<utf8proc_ssize_t>(size, 1);
+    }
+    return characters;
+}
+
+std::string textOf(std::u32string_view characters) {
+    std::string text;
+    text.reserve(characters.size());
+    for (const char32_t character : characters) {
+        std::array<utf8proc_uint8_t, 4> bytes{};
+        const auto size = utf8proc_encode_char(static_cast<utf8proc_int32_t>(character), bytes.data());
+        text.append(bytes.begin(), bytes.begin() + size);
+    }
+    return text;
+}
+
+bool playsTricks(char32_t character) {
     return std::any_of(tricks.begin(), tricks.end(),
                        [=](Range range) { return character >= range.first && character <= range.last; });
 }
 
-std::string escapeOf(wchar_t character) {
-    const auto point = static_cast<std::uint32_t>(character); // NOLINT(bugprone-signed-char-misuse): it is no char
+std::string escapeOf(char32_t character) {
+    const auto point = static_cast<std::uint32_t>(character);
     return point < 0x10000 ? fmt::format("\\u{:04x}", point)
                            : fmt::format("\\u{:04x}\\u{:04x}", 0xD7C0 + (point >> 10), 0xDC00 + (point & 0x3FF));
 }
 
-std::size_t widthOf(wchar_t character) {
-    return static_cast<std::size_t>(std::max(wcwidth(character), 0));
+std::size_t widthOf(char32_t character) {
+    return static_cast<std::size_t>(utf8proc_charwidth(static_cast<utf8proc_int32_t>(character)));
 }
 
 } // namespace
 
 std::string printable(std::string_view text) {
-    std::wstring wide = Qx::ToIString(text);
-    std::replace_if(wide.begin(), wide.end(), playsTricks, L'\uFFFD');
-    return Qx::ToHString(wide);
+    std::u32string characters = charactersOf(text);
+    std::replace_if(characters.begin(), characters.end(), playsTricks, U'\uFFFD');
+    return textOf(characters);
 }
 
 std::string shortened(std::string_view text, std::size_t width) {
     const std::size_t most = 8 * width; // Of characters, some of which may have no width.
-    const std::wstring wide = Qx::ToIString(printable(text));
+    const std::u32string characters = charactersOf(printable(text));
     std::size_t used = 0;
     std::size_t fitting = 0; // With the sign for more.
-    for (std::size_t at = 0; at < wide.size(); ++at) {
-        used += widthOf(wide[at]);
+    for (std::size_t at = 0; at < characters.size(); ++at) {
+        used += widthOf(characters[at]);
         if (used < width && at < most)
             fitting = at + 1;
         if (used > width || at > most)
-            return Qx::ToHString(wide.substr(0, fitting) + L'\u2026');
+            return textOf(characters.substr(0, fitting) + U'\u2026');
     }
-    return Qx::ToHString(wide);
+    return textOf(characters);
 }
 
 std::size_t displayWidth(std::string_view text) {
     std::size_t width = 0;
-    for (const wchar_t character : Qx::ToIString(text))
+    for (const char32_t character : charactersOf(text))
         width += widthOf(character);
     return width;
 }
@@ -80,8 +104,8 @@ std::string withoutTricks(std::string_view json) {
         escaped.append(next, odd);
         next = std::find_if(odd, json.end(), isPlain);
         // All that is not ASCII stands in strings.
-        for (const wchar_t character : Qx::ToIString({odd, next}))
-            escaped += playsTricks(character) ? escapeOf(character) : Qx::ToHString(std::wstring(1, character));
+        for (const char32_t character : charactersOf({odd, next}))
+            escaped += playsTricks(character) ? escapeOf(character) : textOf({&character, 1});
     }
     return escaped;
 }

@@ -13,7 +13,7 @@ std::string printable(std::string_view text);
 /// The same of a text that may be long, which ends with "…" if it takes more than `width` columns.
 std::string shortened(std::string_view text, std::size_t width);
 
-/// How many columns of a terminal a UTF-8 text takes, by the current locale.
+/// How many columns of a terminal a UTF-8 text takes.
 std::size_t displayWidth(std::string_view text);
 
 /// JSON with such characters escaped, as UTF-8 whatever it was.

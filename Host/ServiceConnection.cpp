@@ -4,6 +4,7 @@
 #include "Base/QxBaseCore10/CloudBrowser.h"
 #include "Base/QxBaseCore10/Strings.h"
 #include "HTTPClient/CurlHTTPClient.h"
+#include "Host/PathText.h"
 #include "Host/TokenFile.h"
 
 #include <boost/algorithm/string/replace.hpp>
@@ -81,7 +82,7 @@ ServiceConnection::ServiceConnection(const CommandLine& commandLine) {
     std::shared_ptr<Qx::IHTTPClient> client = makeClient(options);
     if (!commandLine.recordFolder.empty())
         client = recorder_ = std::make_shared<Orvane::Testing::RecordingHTTPClient>(
-            std::move(client), commandLine.recordFolder, Orvane::Testing::RecordingOptions{.secret = token_});
+            std::move(client), pathOf(commandLine.recordFolder), Orvane::Testing::RecordingOptions{.secret = token_});
     orvanedm_.emplace(std::move(client), optionsName);
     orvanedm_->setAsync(commandLine.async || commandLine.urns.size() > 1);
 }

@@ -1,6 +1,6 @@
 #include "HTTPClient/Detail/CallbackThreads.h"
 
-#include "HTTPClient/Detail/Platform.h"
+#include "HTTPClient/Detail/Process.h"
 
 #include <algorithm>
 #include <condition_variable>

@@ -1,12 +1,10 @@
 #include "HTTPClient/Detail/Connections.h"
 
 #include "HTTPClient/Detail/CurlTLS.h"
-#include "HTTPClient/Detail/Platform.h"
+#include "HTTPClient/Detail/Sockets.h"
 
-#include <cerrno>
-#include <cstring>
 #include <new>
-#include <openssl/ssl.h>
+#include <system_error>
 #include <utility>
 
 namespace Qx::Detail {
@@ -65,8 +63,8 @@ curl_socket_t Connections::find(int localPort, const std::string& peer, int peer
     return CURL_SOCKET_BAD;
 }
 
-const char* Connections::openFailure() const {
-    return openError_ == 0 ? "" : std::strerror(openError_);
+std::string Connections::openFailure() const {
+    return openError_ == 0 ? "" : std::system_category().message(openError_);
 }
 
 std::uint64_t Connections::take(curl_socket_t socket) {
@@ -91,7 +89,7 @@ bool Connections::isQuiet(curl_socket_t socket, bool isTLS) {
 curl_socket_t Connections::open(void* connections, curlsocktype, curl_sockaddr* address) noexcept {
     auto& opening = *static_cast<Connections*>(connections);
     const curl_socket_t socket = openSocket(address->family, address->socktype, address->protocol);
-    opening.openError_ = socket == CURL_SOCKET_BAD ? errno : 0;
+    opening.openError_ = socket == CURL_SOCKET_BAD ? lastSocketError() : 0;
     if (socket == CURL_SOCKET_BAD)
         return socket;
     try {
@@ -113,7 +111,6 @@ int Connections::close(void* connections, curl_socket_t socket) noexcept {
 // OpenSSL reads on within one call as long as messages of TLS itself come, in a handshake and after it.
 CURLcode Connections::watchTLS(CURL* easy, void* context, void* connections) noexcept {
     auto& watching = *static_cast<Connections*>(connections);
-    auto* tls = static_cast<SSL_CTX*>(context);
     long localPort = 0;
     long peerPort = 0;
     char* peer = nullptr;
@@ -124,19 +121,15 @@ CURLcode Connections::watchTLS(CURL* easy, void* context, void* connections) noe
         const curl_socket_t socket =
             watching.find(static_cast<int>(localPort), peer ? peer : "", static_cast<int>(peerPort));
         if (socket != CURL_SOCKET_BAD)
-            watching.socketsOfTLS_[tls] = socket;
+            watching.socketsOfTLS_[context] = socket;
     } catch (const std::bad_alloc&) {
         return CURLE_OUT_OF_MEMORY;
     }
-    SSL_CTX_set_msg_callback_arg(tls, connections);
-    SSL_CTX_set_msg_callback(tls, [](int isWrite, int, int type, const void*, std::size_t, SSL* ssl, void* watcher) {
-        if (isWrite == 0 && type == SSL3_RT_HANDSHAKE)
-            static_cast<Connections*>(watcher)->checkPace(SSL_get_SSL_CTX(ssl));
-    });
+    watchHandshake(context, watching);
     return CURLE_OK;
 }
 
-void Connections::checkPace(const void* context) {
+void Connections::onHandshakeMessage(const void* context) {
     const auto socket = socketsOfTLS_.find(context);
     const auto found = socket == socketsOfTLS_.end() ? uses_.end() : uses_.find(socket->second);
     if (found == uses_.end())

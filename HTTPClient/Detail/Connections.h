@@ -1,6 +1,7 @@
 #pragma once
 
 #include "HTTPClient/Detail/Curl.h"
+#include "HTTPClient/Detail/CurlTLS.h"
 
 #include <atomic>
 #include <chrono>
@@ -12,7 +13,7 @@ namespace Qx::Detail {
 
 /// What the transfers of one client share: TLS sessions, and the sockets of their connections. To be used by one thread
 /// at a time, except for `hurry`, and to outlive the connections.
-class Connections {
+class Connections final : private HandshakeWatcher {
 public:
     /// Throws `std::bad_alloc`.
     Connections();
@@ -43,7 +44,7 @@ public:
     void giveUp(curl_socket_t socket, std::uint64_t use) const;
 
     /// Why the system did not give the last socket that was asked for; empty if it did.
-    const char* openFailure() const;
+    std::string openFailure() const;
 
     /// Whether the connection has received nothing that nobody has asked for, which would be taken for the response to
     /// the next request. What comes over a new one with TLS belongs to that. False for no connection. Counts as a use.
@@ -59,7 +60,7 @@ private:
         int messages = 0;
     };
 
-    void checkPace(const void* context);
+    void onHandshakeMessage(const void* context) override;
 
     static curl_socket_t open(void* connections, curlsocktype, curl_sockaddr* address) noexcept;
     static int close(void* connections, curl_socket_t socket) noexcept;

@@ -18,4 +18,17 @@ bool speaksHTTP2(CURL* easy);
 /// Whether something is left within TLS that nobody has read. To look for more would take session tickets from libcurl.
 bool hasDataInTLS(CURL* easy);
 
+/// Whoever is to be told of the messages of TLS itself.
+class HandshakeWatcher {
+public:
+    /// Called for each that comes, with OpenSSL's context of its connection.
+    virtual void onHandshakeMessage(const void* context) = 0;
+
+protected:
+    ~HandshakeWatcher() = default;
+};
+
+/// Lets `watcher`, which has to outlive it, watch the connections of that context of OpenSSL's.
+void watchHandshake(void* context, HandshakeWatcher& watcher);
+
 } // namespace Qx::Detail

@@ -1,9 +1,9 @@
 #include "HTTPClient/Detail/Destination.h"
 
 #include "HTTPClient/Detail/HTTPText.h"
+#include "HTTPClient/Detail/SystemSockets.h"
 
 #include <algorithm>
-#include <arpa/inet.h>
 #include <fmt/format.h>
 #include <new>
 #include <string_view>
@@ -44,11 +44,10 @@ bool has(CURLU* url, CURLUPart part) {
 bool isAnyLocal(const std::string& host) {
     constexpr std::string_view localhost = ".localhost";
     const std::string end = host.substr(host.size() - std::min(host.size(), localhost.size()));
-    in_addr address{};
     in6_addr address6{};
     // In its old forms too, which the resolver takes: "0", "127.1" or "0x7f000001".
-    if (inet_aton(host.c_str(), &address) != 0)
-        return ntohl(address.s_addr) >> 24 == 0 || ntohl(address.s_addr) >> 24 == 127;
+    if (const auto address = inet_addr(host.c_str()); address != INADDR_NONE)
+        return ntohl(address) >> 24 == 0 || ntohl(address) >> 24 == 127;
     if (host.starts_with('[') && inet_pton(AF_INET6, host.substr(1, host.size() - 2).c_str(), &address6) == 1)
         return IN6_IS_ADDR_UNSPECIFIED(&address6) || IN6_IS_ADDR_V4MAPPED(&address6) || IN6_IS_ADDR_V4COMPAT(&address6);
     return isSameName(end, std::string(localhost)) || isSameName(end, "localhost.");

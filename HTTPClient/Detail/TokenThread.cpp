@@ -1,7 +1,7 @@
 #include "HTTPClient/Detail/TokenThread.h"
 
 #include "HTTPClient/Detail/HTTPText.h"
-#include "HTTPClient/Detail/Platform.h"
+#include "HTTPClient/Detail/Process.h"
 #include "HTTPClient/Detail/Session.h"
 #include "HTTPClient/Detail/TransferError.h"
 #include "HTTPClient/Detail/TransferThread.h"

@@ -4,8 +4,8 @@
 #include "HTTPClient/Detail/CurlFailure.h"
 #include "HTTPClient/Detail/CurlTLS.h"
 #include "HTTPClient/Detail/HTTPText.h"
-#include "HTTPClient/Detail/Platform.h"
 #include "HTTPClient/Detail/Retry.h"
+#include "HTTPClient/Detail/Sockets.h"
 
 #include <algorithm>
 #include <exception>
@@ -378,7 +378,7 @@ Transfer::Next Transfer::next(CURLcode result) noexcept {
 
 // Throws what is wrong with the response.
 Transfer::Next Transfer::decide(CURLcode result) {
-    const char* const detail = result == CURLE_COULDNT_CONNECT ? connections_->openFailure() : curlError_.data();
+    const std::string detail = result == CURLE_COULDNT_CONNECT ? connections_->openFailure() : curlError_.data();
     if (result != CURLE_OK)
         throw explain(result, easy_.get(), detail, {token_, refusedToken_});
     if (header_.hasEnded() && !header_.redirection().empty()) {

@@ -1,7 +1,7 @@
 #include "HTTPClient/Detail/TransferThread.h"
 
 #include "HTTPClient/Detail/Connections.h"
-#include "HTTPClient/Detail/Platform.h"
+#include "HTTPClient/Detail/Process.h"
 #include "HTTPClient/Detail/Session.h"
 #include "HTTPClient/Detail/Transfer.h"
 

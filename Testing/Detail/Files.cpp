@@ -1,19 +1,23 @@
 #include "Testing/Detail/Files.h"
 
 #include <algorithm>
+#include <boost/beast/core/file.hpp>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <fmt/format.h>
 #include <fstream>
 #include <iterator>
-#include <memory>
 #include <stdexcept>
 #include <system_error>
 
 namespace Orvane::Testing::Detail {
 
 namespace {
+
+std::string textOf(const std::filesystem::path& path) {
+    const std::u8string text = path.u8string();
+    return {text.begin(), text.end()};
+}
 
 [[noreturn]] void fail(const char* what, const std::filesystem::path& path, const std::string& why) {
     throw std::runtime_error(fmt::format("can't {} {}: {}", what, shown(path), why));
@@ -22,7 +26,7 @@ namespace {
 } // namespace
 
 std::string shown(const std::filesystem::path& path) {
-    std::string text = path.string();
+    std::string text = textOf(path);
     std::replace_if(
         text.begin(), text.end(), [](unsigned char byte) { return byte < 0x20 || byte == 0x7F; }, '?');
     return '"' + text + '"';
@@ -56,17 +60,21 @@ std::string readFile(const std::filesystem::path& path) {
 }
 
 bool createFile(const std::filesystem::path& path, std::string_view bytes) {
-    std::FILE* const created = std::fopen(path.string().c_str(), "wbx");
-    if (!created && errno == EEXIST)
+    using boost::system::error_code;
+    boost::beast::file file;
+    error_code error;
+    file.open(textOf(path).c_str(), boost::beast::file_mode::write_new, error);
+    if (error == boost::system::errc::file_exists)
         return false;
-    if (!created)
-        fail("write", path, std::strerror(errno));
-    const bool isWritten = bytes.empty() || std::fwrite(bytes.data(), 1, bytes.size(), created) == bytes.size();
-    if (std::fclose(created) == 0 && isWritten)
+    if (error)
+        fail("write", path, error.message());
+    file.write(bytes.data(), bytes.size(), error);
+    error_code closingError;
+    file.close(closingError);
+    if (!error && !closingError)
         return true;
-    const std::string why = std::strerror(errno);
     std::filesystem::remove(path);
-    fail("write", path, why);
+    fail("write", path, (error ? error : closingError).message());
 }
 
 } // namespace Orvane::Testing::Detail

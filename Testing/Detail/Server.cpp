@@ -1,6 +1,7 @@
 #include "Testing/Detail/Server.h"
 
 #include "Base/QxBaseCore10/Strings.h"
+#include "Testing/Detail/Listening.h"
 
 #include <algorithm>
 #include <array>
@@ -126,9 +127,7 @@ private:
     std::thread thread_;
 };
 
-Server::Loop::Loop(Handler handler, int port)
-    : handler_(std::move(handler)),
-      acceptor_(context_, {asio::ip::address_v4::loopback(), static_cast<asio::ip::port_type>(port)}) {
+Server::Loop::Loop(Handler handler, int port) : handler_(std::move(handler)), acceptor_(listenOn(context_, port)) {
     accept();
     thread_ = std::thread([this] { run(); });
 }

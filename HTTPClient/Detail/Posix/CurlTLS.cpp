@@ -41,4 +41,13 @@ bool hasDataInTLS(CURL* easy) {
     return ssl && SSL_has_pending(ssl) == 1;
 }
 
+void watchHandshake(void* context, HandshakeWatcher& watcher) {
+    auto* tls = static_cast<SSL_CTX*>(context);
+    SSL_CTX_set_msg_callback_arg(tls, &watcher);
+    SSL_CTX_set_msg_callback(tls, [](int isWrite, int, int type, const void*, std::size_t, SSL* ssl, void* watching) {
+        if (isWrite == 0 && type == SSL3_RT_HANDSHAKE)
+            static_cast<HandshakeWatcher*>(watching)->onHandshakeMessage(SSL_get_SSL_CTX(ssl));
+    });
+}
+
 } // namespace Qx::Detail

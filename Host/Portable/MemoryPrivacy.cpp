@@ -1,0 +1,7 @@
+#include "Host/ProcessState.h"
+
+namespace OrvaneHost {
+
+void keepMemoryPrivate() {}
+
+} // namespace OrvaneHost

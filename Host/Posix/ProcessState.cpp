@@ -1,0 +1,31 @@
+#include "Host/ProcessState.h"
+
+#include <algorithm>
+#include <csignal>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace OrvaneHost {
+
+std::vector<std::string> argumentsInUTF8(int argc, const char* const* argv) {
+    return {argv + std::min(argc, 1), argv + argc};
+}
+
+void occupyStandardStreams() {
+    int descriptor = 0;
+    while (descriptor >= 0 && descriptor <= STDERR_FILENO)
+        descriptor = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    if (descriptor >= 0)
+        close(descriptor);
+}
+
+void setSignals() {
+    std::signal(SIGPIPE, SIG_DFL); // Nothing but output raises it.
+    std::signal(SIGXFSZ, SIG_IGN);
+}
+
+TerminalEncoding::TerminalEncoding() : before_(0) {}
+
+TerminalEncoding::~TerminalEncoding() = default;
+
+} // namespace OrvaneHost

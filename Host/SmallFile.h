@@ -1,0 +1,14 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <filesystem>
+#include <string>
+
+namespace OrvaneHost {
+
+/// The bytes of a file, or of a pipe where pipes have names. Throws `std::runtime_error` with the reason if it can't be
+/// read, is larger than `maxBytes`, is a device, or is a pipe that does not end in time.
+std::string readSmallFile(const std::filesystem::path& path, std::size_t maxBytes, std::chrono::seconds timeout);
+
+} // namespace OrvaneHost

@@ -1,0 +1,39 @@
+#include "Host/ProcessState.h"
+
+#include "Base/QxBaseCore10/Strings.h"
+
+#include <algorithm>
+#include <memory>
+#include <new>
+#include <windows.h>
+
+#include <shellapi.h>
+
+namespace OrvaneHost {
+
+// Those of `main` are in the code page of the system, which lacks most characters.
+std::vector<std::string> argumentsInUTF8(int, const char* const*) {
+    int count = 0;
+    const std::unique_ptr<wchar_t*, decltype(&LocalFree)> arguments(CommandLineToArgvW(GetCommandLineW(), &count),
+                                                                    &LocalFree);
+    if (!arguments)
+        throw std::bad_alloc();
+    std::vector<std::string> converted;
+    std::transform(arguments.get() + std::min(count, 1), arguments.get() + count, std::back_inserter(converted),
+                   Qx::ToHString);
+    return converted;
+}
+
+void occupyStandardStreams() {} // Nothing else takes their place.
+
+void setSignals() {}
+
+TerminalEncoding::TerminalEncoding() : before_(GetConsoleOutputCP()) {
+    SetConsoleOutputCP(CP_UTF8);
+}
+
+TerminalEncoding::~TerminalEncoding() {
+    SetConsoleOutputCP(before_);
+}
+
+} // namespace OrvaneHost

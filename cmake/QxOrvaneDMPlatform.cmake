@@ -1,0 +1,27 @@
+# Names of folders with sources for one system or one family of systems, the best one for the target system first.
+if(WIN32)
+  set(platforms Windows Portable)
+elseif(CMAKE_SYSTEM_NAME STREQUAL "Linux")
+  set(platforms Linux Posix Portable)
+else()
+  set(platforms Posix Portable)
+endif()
+
+# qx_platform_sources(VARIABLE FOLDER NAME...): sets VARIABLE to the sources NAME.cpp, each from the first of the folders
+# in FOLDER that has it.
+function(qx_platform_sources variable folder)
+  set(sources "")
+  foreach(name IN LISTS ARGN)
+    set(source "")
+    foreach(platform IN LISTS platforms)
+      if(NOT source AND EXISTS "${CMAKE_CURRENT_SOURCE_DIR}/${folder}/${platform}/${name}.cpp")
+        set(source "${folder}/${platform}/${name}.cpp")
+      endif()
+    endforeach()
+    if(NOT source)
+      message(FATAL_ERROR "${folder} has no ${name}.cpp for ${CMAKE_SYSTEM_NAME}")
+    endif()
+    list(APPEND sources "${source}")
+  endforeach()
+  set(${variable} "${sources}" PARENT_SCOPE)
+endfunction()
