@@ -20,16 +20,22 @@ function(qx_add_shared_library name)
     FILE_SET generatedHeaders TYPE HEADERS BASE_DIRS "${PROJECT_BINARY_DIR}/include" FILES "${exportHeader}")
   target_compile_features(${name} PUBLIC cxx_std_20)
   target_link_libraries(${name} PUBLIC ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
-  # Hidden visibility alone would still let templates of the standard library out.
-  target_link_options(${name} PRIVATE "LINKER:--version-script=${exportMap}")
-  set_target_properties(${name} PROPERTIES
-    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} LINK_DEPENDS "${exportMap}"
-    INSTALL_RPATH "$ORIGIN")
+  if(WIN32)
+    set_target_properties(${name} PROPERTIES PREFIX "")
+  else()
+    # Hidden visibility alone would still let templates of the standard library out.
+    target_link_options(${name} PRIVATE "LINKER:--version-script=${exportMap}")
+    set_target_properties(${name} PROPERTIES
+      VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} LINK_DEPENDS "${exportMap}"
+      INSTALL_RPATH "$ORIGIN")
+  endif()
   if(NOT QXORVANEDM_INSTALL)
     return()
   endif()
   install(TARGETS ${name} EXPORT QxOrvaneDM10${arg_COMPONENT}Targets
     LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+    RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"
+    ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
     FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/QxOrvaneDM10"
     FILE_SET generatedHeaders DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/QxOrvaneDM10")
 endfunction()

@@ -1,0 +1,16 @@
+# Windows finds DLLs beside the program that needs them. So all programs are built into one folder, where the compiler's
+# runtime libraries go too: libraries whose interfaces are in C++ share one runtime with their application.
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
+
+foreach(name IN ITEMS libgcc_s_seh-1.dll libstdc++-6.dll libwinpthread-1.dll)
+  find_file(found_${name} "${name}" PATHS ${CMAKE_CXX_IMPLICIT_LINK_DIRECTORIES} NO_DEFAULT_PATH NO_CACHE
+    NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+  # With their debugging information they are ten times as large.
+  file(MAKE_DIRECTORY "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+  execute_process(
+    COMMAND "${CMAKE_STRIP}" "${found_${name}}" -o "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${name}"
+    COMMAND_ERROR_IS_FATAL ANY)
+  if(QXORVANEDM_INSTALL)
+    install(PROGRAMS "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${name}" DESTINATION "${CMAKE_INSTALL_BINDIR}")
+  endif()
+endforeach()

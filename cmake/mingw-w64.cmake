@@ -1,0 +1,20 @@
+# Cross-compiles for Windows with Debian's MinGW-w64. Packages for Windows are looked for where scripts/windows.sh puts
+# them, in build/windows-packages, and in the folders of CMAKE_FIND_ROOT_PATH.
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR x86_64)
+
+set(triple x86_64-w64-mingw32)
+# The variant whose threads are those of winpthreads: the other one's standard library has none.
+set(CMAKE_C_COMPILER ${triple}-gcc-posix)
+set(CMAKE_CXX_COMPILER ${triple}-g++-posix)
+set(CMAKE_RC_COMPILER ${triple}-windres)
+set(CMAKE_CROSSCOMPILING_EMULATOR wine)
+
+get_filename_component(packages "${CMAKE_CURRENT_LIST_DIR}/../build/windows-packages" ABSOLUTE)
+list(APPEND CMAKE_FIND_ROOT_PATH "${packages}" "/usr/${triple}")
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+
+set(ZLIB_USE_STATIC_LIBS ON) # One DLL less to carry along.
