@@ -186,9 +186,11 @@ void Transfer::setConnection() {
     set(CURLOPT_PROXY_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
     if (const std::string& file = options_.certificateFile; !file.empty()) {
         set(CURLOPT_CAINFO, file.c_str());
-        set(CURLOPT_CAPATH, static_cast<const char*>(nullptr)); // The folder of the system's is another default.
-        set(CURLOPT_PROXY_CAINFO, file.c_str());
-        set(CURLOPT_PROXY_CAPATH, static_cast<const char*>(nullptr));
+        if (runsOnOpenSSL()) { // Others know no folders, and no TLS to a proxy.
+            set(CURLOPT_CAPATH, static_cast<const char*>(nullptr)); // The folder of the system's is another default.
+            set(CURLOPT_PROXY_CAINFO, file.c_str());
+            set(CURLOPT_PROXY_CAPATH, static_cast<const char*>(nullptr));
+        }
     }
 }
 

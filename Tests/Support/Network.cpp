@@ -1,11 +1,11 @@
 #include "Tests/Support/Network.h"
 
 #include "Tests/Support/Cases.h"
+#include "Tests/Support/ProcessResources.h"
 
 #include <atomic>
 #include <boost/algorithm/string/replace.hpp>
 #include <chrono>
-#include <cstdlib>
 #include <limits>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -100,7 +100,7 @@ void respondInFrames(const json& row, Connection& connection) {
 }
 
 // OpenSSL reads its settings when it is first used: those of a system that permits everything.
-const int permissive = setenv("OPENSSL_CONF", TEST_SOURCES "/Support/permissive-openssl.cnf", 1);
+const auto permissive = scopedVariable("OPENSSL_CONF", TEST_SOURCES "/Support/permissive-openssl.cnf");
 
 } // namespace
 

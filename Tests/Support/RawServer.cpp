@@ -5,7 +5,6 @@
 #include <boost/asio/read.hpp>
 #include <boost/asio/read_until.hpp>
 #include <boost/asio/write.hpp>
-#include <sys/socket.h>
 #include <utility>
 
 namespace asio = boost::asio;
@@ -107,18 +106,21 @@ RawServer::RawServer(Serve serve, const std::optional<Identity>& identity)
 }
 
 RawServer::~RawServer() {
-    shutdown(acceptor_.native_handle(), SHUT_RDWR);
-    if (thread_.joinable())
+    error_code gone;
+    isEnding_ = true;
+    if (thread_.joinable()) {
+        tcp::socket(io_).connect(acceptor_.local_endpoint(), gone); // So that it accepts for the last time.
         thread_.join();
+    }
     std::unique_lock lock(mutex_);
     for (Connection* connection : connections_)
-        shutdown(connection->stream_.next_layer().native_handle(), SHUT_RDWR);
+        connection->stream_.next_layer().shutdown(asio::socket_base::shutdown_both, gone);
     ended_.wait(lock, [this] { return connections_.empty(); });
 }
 
 void RawServer::acceptAll() {
     error_code error;
-    for (tcp::socket socket = acceptor_.accept(error); !error; socket = acceptor_.accept(error)) {
+    for (tcp::socket socket = acceptor_.accept(error); !isEnding_; socket = acceptor_.accept(error)) {
         std::unique_ptr<Connection> connection(new Connection(std::move(socket), *this));
         const std::lock_guard lock(mutex_);
         connections_.insert(connection.get());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/ssl.hpp>
@@ -91,6 +92,7 @@ private:
     boost::asio::io_context io_;
     boost::asio::ip::tcp::acceptor acceptor_{io_};
     boost::asio::ip::tcp::socket waiting_{io_};
+    std::atomic<bool> isEnding_ = false;
     mutable std::mutex mutex_;
     std::condition_variable ended_;
     std::set<Connection*> connections_;

@@ -1,15 +1,11 @@
 #pragma once
 
 #include "HTTPClient/CurlHTTPClient.h"
+#include "Tests/Support/ProcessResources.h"
 
-#include <chrono>
-#include <filesystem>
 #include <future>
-#include <gtest/gtest.h>
 #include <string>
 #include <string_view>
-#include <thread>
-#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -61,24 +57,4 @@ inline int countExchanges(std::string_view requests) {
     for (std::size_t at = requests.find(end); at != std::string_view::npos; at = requests.find(end, at + 1))
         ++count;
     return count;
-}
-
-inline std::ptrdiff_t countEntries(const char* folder) {
-    return std::distance(std::filesystem::directory_iterator(folder), {});
-}
-
-inline std::ptrdiff_t countThreads() {
-    // A sanitizer starts one of its own with the first, and one that has been joined may still be listed.
-    std::string first;
-    std::thread([&] { first = "/proc/self/task/" + std::to_string(gettid()); }).join();
-    while (std::filesystem::exists(first))
-        std::this_thread::yield();
-    return countEntries("/proc/self/task");
-}
-
-/// Waits until there are no more than before, for what may end a moment after it was told to.
-inline void expectNoMoreEntries(const char* folder, std::ptrdiff_t before) {
-    for (int i = 0; i < 2000 && countEntries(folder) > before; ++i)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    EXPECT_LE(countEntries(folder), before) << folder;
 }

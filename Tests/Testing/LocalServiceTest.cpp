@@ -1,7 +1,5 @@
 #include "Testing/LocalService.h"
 
-#include "Tests/Support/FailingCalls.h"
-
 #include <array>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
@@ -16,11 +14,9 @@ namespace asio = boost::asio;
 using Orvane::Testing::LocalService;
 using Orvane::Testing::PreparedAnswers;
 
-TEST(LocalService, IsNotMadeWithoutAFreePortAndAThread) {
+TEST(LocalService, IsNotMadeWithoutAFreePort) {
     const LocalService service(PreparedAnswers::sample(), "t", 0);
     EXPECT_THROW(LocalService(PreparedAnswers::sample(), "t", service.port()), std::runtime_error);
-    const auto scarcity = FailingCalls::scopedThreadsLeft(0);
-    EXPECT_THROW(LocalService(PreparedAnswers::sample(), "t", 0), std::runtime_error);
 }
 
 // A client that sends what it likes and reads until the connection ends.

@@ -106,7 +106,8 @@ protected:
         return all.str();
     }
 
-    const std::filesystem::path folder = testing::TempDir() + "recording-" + std::to_string(getpid());
+    const std::filesystem::path folder =
+        std::filesystem::temp_directory_path() / u8"recording \u9F7F\u8F6E" / std::to_string(getpid());
 };
 
 TEST_F(RecordingTest, KeepsEachExchangeAsItWasWithoutSecretsAndReplaysIt) {
@@ -174,7 +175,7 @@ TEST_F(RecordingTest, KeepsAllOfSeveralRecordersInTheirOrder) {
 }
 
 TEST_F(RecordingTest, GoesOnWhereItCantWrite) {
-    RecordingHTTPClient client(std::make_shared<PreparedHTTPClient>(HTTPResponse(200, "{}")), "/proc/nothing");
+    RecordingHTTPClient client(std::make_shared<PreparedHTTPClient>(HTTPResponse(200, "{}")), "/dev/null/nothing");
     EXPECT_EQ(send(client, "https://h/")->value().getStatus(), 200);
     EXPECT_NE(client.problem(), "");
 }
