@@ -31,6 +31,7 @@ void flushOutput() {
 void printError(const std::string& line) {
     // Where standard error can't be written there is nobody left to tell.
     static_cast<void>(std::fputs(fmt::format("orvane: {}\n", printable(line)).c_str(), stderr));
+    static_cast<void>(std::fflush(stderr));
 }
 
 } // namespace OrvaneHost

@@ -27,3 +27,13 @@ foreach(package IN LISTS packages)
   configure_file("${CMAKE_CURRENT_LIST_DIR}/${package}.pc.in" "${PROJECT_BINARY_DIR}/${package}.pc" @ONLY)
   install(FILES "${PROJECT_BINARY_DIR}/${package}.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 endforeach()
+
+if(WIN32)
+  # What is linked in has licences, which go with it.
+  install(DIRECTORY "${windowsPackages}/share/licenses" DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+  set(CPACK_GENERATOR ZIP)
+  set(CPACK_PACKAGE_NAME QxOrvaneDM10)
+  set(CPACK_PACKAGE_FILE_NAME "QxOrvaneDM10-${PROJECT_VERSION}-windows-x86_64")
+  set(CPACK_STRIP_FILES ON)
+  include(CPack)
+endif()

@@ -3,6 +3,8 @@
 #include "Base/QxBaseCore10/Strings.h"
 
 #include <algorithm>
+#include <cstdio>
+#include <iterator>
 #include <memory>
 #include <new>
 #include <windows.h>
@@ -30,6 +32,9 @@ void setSignals() {}
 
 TerminalEncoding::TerminalEncoding() : before_(GetConsoleOutputCP()) {
     SetConsoleOutputCP(CP_UTF8);
+    // Unbuffered, the parts of a character would be written one by one.
+    for (std::FILE* stream : {stdout, stderr})
+        std::setvbuf(stream, nullptr, _IOFBF, BUFSIZ);
 }
 
 TerminalEncoding::~TerminalEncoding() {

@@ -13,6 +13,13 @@ nlohmann::json casesOf(const std::string& file) {
     return nlohmann::json::parse(stream);
 }
 
+nlohmann::json casesOf(const std::string& file, const std::string& system) {
+    nlohmann::json rows = casesOf(file);
+    for (nlohmann::json& row : rows)
+        row.merge_patch(row.value("on" + system, nlohmann::json::object()));
+    return rows;
+}
+
 std::string bytesOf(const nlohmann::json& text) {
     std::string bytes;
     for (const wchar_t character : Qx::ToIString(text.get<std::string>()))

@@ -7,6 +7,9 @@
 /// The JSON of a file in Tests/Cases.
 nlohmann::json casesOf(const std::string& file);
 
+/// The same for tests of what differs between systems: what a row says under "onWindows" holds on Windows.
+nlohmann::json casesOf(const std::string& file, const std::string& system);
+
 /// The bytes of a text whose characters stand for one each.
 std::string bytesOf(const nlohmann::json& text);
 

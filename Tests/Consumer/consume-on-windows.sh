@@ -1,0 +1,43 @@
+#!/usr/bin/env bash
+# consume-on-windows.sh BUILD_FOLDER: packs the cross-compiled build, and unpacks it into a folder of its own. Then it
+# builds a program that knows only what is in there, and the examples, and runs them with Wine.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/../.."
+build=$(realpath "$1")
+work=$(mktemp -d)
+service=
+trap '[ -z "$service" ] || kill "$service"; rm -rf "$work"' EXIT
+
+quietly() {
+  "$@" >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
+}
+
+# build SOURCE NAME [ARGUMENT...]
+build() {
+  quietly cmake -S "$1" -B "$work/$2" -G Ninja --toolchain "$PWD/cmake/mingw-w64.cmake" \
+    -DCMAKE_FIND_ROOT_PATH="$package" -DCMAKE_BUILD_TYPE=Release "${@:3}"
+  quietly cmake --build "$work/$2"
+}
+
+quietly cpack --config "$build/CPackConfig.cmake" -B "$build"
+archive=$(find "$build" -maxdepth 1 -name 'QxOrvaneDM10-*.zip')
+(cd "$work" && quietly cmake -E tar xf "$archive")
+package=$work/$(basename "$archive" .zip)
+export WINEPATH=$package/bin
+
+build Tests/Consumer consumer -DPROGRAM="$build/generated/Readme.cpp"
+wine "$work/consumer/consumer.exe" | grep 'files: 26'
+
+wine "$package/bin/orvane.exe" --version
+ORVANE_TOKEN=t wine "$package/bin/orvane.exe" serve >"$work/service" &
+service=$!
+for example in OpenAssembly ListFolder TestOpenAssembly; do
+  build "Examples/$example" "$example"
+done
+for _ in $(seq 100); do grep -q Interrupt "$work/service" && break; sleep 0.1; done
+uri=$(grep -o 'http:[^[:space:]]*' "$work/service")
+export ORVANE_TOKEN=t
+wine "$work/OpenAssembly/OpenAssembly.exe" "$uri" 'urn:vrnk.dorlqa:fs.file:gearbox-asm?version=7' 2>&1 |
+  tee "$work/log" | grep 'refers to 13 files' || { cat "$work/log"; exit 1; }
+wine "$work/ListFolder/ListFolder.exe" "$uri" urn:vrnk.dorlqa:fs.folder:gears >"$work/log" || { cat "$work/log"; exit 1; }
+wine "$work/TestOpenAssembly/TestOpenAssembly.exe" --gtest_brief=1

@@ -1,0 +1,77 @@
+#!/usr/bin/env bash
+# Compiles for Windows the libraries that Debian has for it only as source packages, and installs them in
+# build/windows-packages. Does nothing if they are there.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+packages=$PWD/build/windows-packages
+work=$PWD/build/windows-sources
+stamp=$packages/.complete
+
+# OpenSSL is for the tests' servers alone. It comes from the release itself, since it need not be the latest.
+sources=(simdjson fmtlib utf8proc curl openssl/bookworm)
+
+if [ -e "$stamp" ] && cmp -s "${BASH_SOURCE[0]}" "$stamp"; then
+  exit 0
+fi
+echo "Compiling libraries for Windows" >&2
+rm -rf "$packages" "$work"
+mkdir -p "$packages/share/licenses" "$work/lists" "$work/logs"
+
+# Source lists of their own: those of the system's packages, as sources.
+apt-get indextargets --format 'deb-src $(REPO_URI) $(RELEASE) $(COMPONENT)' 'Created-By: Packages' 'Origin: Debian' |
+  sort -u >"$work/sources.list"
+apt_get() {
+  apt-get -qq -o Dir::Etc::sourcelist="$work/sources.list" -o Dir::Etc::sourceparts=/dev/null \
+    -o Dir::State::lists="$work/lists" -o APT::Sandbox::User="$(id -un)" "$@"
+}
+apt_get update
+(cd "$work" && apt_get source --download-only "${sources[@]}" && for source in *.dsc; do dpkg-source -x "$source"; done) \
+  >"$work/logs/sources" 2>&1 || { cat "$work/logs/sources" >&2; exit 1; }
+
+# logged NAME COMMAND...: shows what the command printed only if it fails.
+logged() {
+  "${@:2}" >>"$work/logs/$1" 2>&1 || { cat "$work/logs/$1" >&2; return 1; }
+}
+
+# build NAME SOURCE [ARGUMENT...]: with CMake.
+build() {
+  logged "$1" cmake -S "$2" -B "$work/build-$1" -G Ninja --toolchain "$PWD/cmake/mingw-w64.cmake" \
+    -DCMAKE_BUILD_TYPE=Release -DBUILD_SHARED_LIBS=OFF -DCMAKE_INSTALL_PREFIX="$packages" "${@:3}"
+  logged "$1" cmake --build "$work/build-$1"
+  logged "$1" cmake --install "$work/build-$1"
+}
+
+build_openssl() {
+  cd "$work"/openssl-*
+  local unused=(aria bf blake2 camellia cast cmp cms comp ct des dsa dso dtls ec2m engine gost idea legacy md4 mdc2
+    module nextprotoneg ocb psk rc2 rc4 rfc3779 rmd160 scrypt seed shared siphash siv sm2 sm3 sm4 srp srtp tests ts
+    whirlpool)
+  logged openssl ./Configure mingw64 --cross-compile-prefix=x86_64-w64-mingw32- --prefix="$packages" --libdir=lib \
+    "${unused[@]/#/no-}" CC=gcc-posix CFLAGS=-O0
+  logged openssl make -j "$(nproc)" build_generated libcrypto.a libssl.a
+  logged openssl make install_dev
+}
+
+# Mostly waits for the checks of its configuration, so it runs beside the others. It looks for nothing but zlib.
+build curl "$work"/curl-* -DBUILD_CURL_EXE=OFF -DBUILD_TESTING=OFF -DHTTP_ONLY=ON -DCURL_USE_SCHANNEL=ON \
+  -DUSE_WIN32_IDN=ON -DENABLE_UNICODE=ON -DENABLE_MANUAL=OFF -DCURL_USE_LIBSSH2=OFF -DCURL_USE_LIBPSL=OFF \
+  -DCURL_BROTLI=OFF -DCURL_ZSTD=OFF -DUSE_NGHTTP2=OFF -DUSE_LIBIDN2=OFF &
+curl=$!
+trap 'kill "$curl" 2>/dev/null || true' EXIT
+(build_openssl)
+build simdjson "$work"/simdjson-*
+build fmt "$work"/fmtlib-* -DFMT_TEST=OFF -DFMT_DOC=OFF
+build utf8proc "$work"/utf8proc-*
+build googletest /usr/src/googletest -DBUILD_GMOCK=OFF
+build headers cmake/windows-packages
+wait "$curl"
+
+# What is linked into the libraries and the program, and the compiler's runtime beside them, has licences.
+for source in simdjson fmtlib utf8proc curl; do
+  cp "$work/$source"-*/debian/copyright "$packages/share/licenses/$source.txt"
+done
+for package in gcc-mingw-w64-x86-64-posix-runtime libboost1.81-dev libcli11-dev libz-mingw-w64-dev mingw-w64-x86-64-dev; do
+  cp "/usr/share/doc/$package/copyright" "$packages/share/licenses/$package.txt"
+done
+rm -rf "$work"
+cp "${BASH_SOURCE[0]}" "$stamp"

@@ -1,0 +1,26 @@
+#!/usr/bin/env bash
+# Cross-compiles everything for Windows, runs the tests, the program and a project that uses the installed package with
+# Wine, and makes build/windows/QxOrvaneDM10-*.zip.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+./scripts/set-up.sh windows
+./scripts/windows-packages.sh
+./scripts/build.sh windows
+
+# Wine of its own, which leaves that of the user alone.
+export WINEPREFIX=$PWD/build/wine WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml=' LC_ALL=C.UTF-8
+trap 'wineserver -k || true' EXIT
+[ -e "$WINEPREFIX/system.reg" ] || wineboot -i 2>/dev/null
+
+ctest --preset windows
+
+# What a user of the program sees; servers and the shell are those of this system.
+./scripts/build.sh release HostTest
+program=build/windows/orvane
+printf '#!/bin/sh\nexec wine "%s" "$@"\n' "$PWD/build/windows/bin/orvane.exe" >"$program"
+chmod +x "$program"
+ORVANE_FOR_WINDOWS=$PWD/$program build/release/Tests/HostTest --gtest_brief=1 \
+  --gtest_filter=OrvaneProgram.DoesWhatTheCasesSay
+
+./Tests/Consumer/consume-on-windows.sh build/windows
