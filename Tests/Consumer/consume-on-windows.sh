@@ -24,6 +24,10 @@ archive=$(find "$build" -maxdepth 1 -name 'QxOrvaneDM10-*.zip')
 (cd "$work" && quietly cmake -E tar xf "$archive")
 package=$work/$(basename "$archive" .zip)
 export WINEPATH=$package/bin
+if grep -rlaF "$PWD/" "$package"; then
+  echo "these tell where they were built"
+  exit 1
+fi
 
 build Tests/Consumer consumer -DPROGRAM="$build/generated/Readme.cpp"
 wine "$work/consumer/consumer.exe" | grep 'files: 26'

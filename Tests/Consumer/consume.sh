@@ -20,6 +20,11 @@ configure() {
 }
 
 quietly cmake --install "$build" --prefix "$work/installed"
+root=$(realpath "$source/../..")
+if grep -rlaF "$root/" "$work/installed"; then
+  echo "these tell where they were built"
+  exit 1
+fi
 quietly configure "$source" consumer -DPROGRAM="$program"
 quietly cmake --build "$work/consumer"
 "$work/consumer/consumer"
