@@ -184,9 +184,11 @@ void Transfer::setConnection() {
     set(CURLOPT_HTTP_VERSION, static_cast<long>(runsOnOpenSSL() ? CURL_HTTP_VERSION_2TLS : CURL_HTTP_VERSION_1_1));
     set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
     set(CURLOPT_PROXY_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+    // Schannel asks whether a certificate has been revoked, and would fail where nobody answers.
+    set(CURLOPT_SSL_OPTIONS, static_cast<long>(CURLSSLOPT_REVOKE_BEST_EFFORT));
     if (const std::string& file = options_.certificateFile; !file.empty()) {
         set(CURLOPT_CAINFO, file.c_str());
-        if (runsOnOpenSSL()) { // Others know no folders, and no TLS to a proxy.
+        if (runsOnOpenSSL()) {                                      // Others know no folders, and no TLS to a proxy.
             set(CURLOPT_CAPATH, static_cast<const char*>(nullptr)); // The folder of the system's is another default.
             set(CURLOPT_PROXY_CAINFO, file.c_str());
             set(CURLOPT_PROXY_CAPATH, static_cast<const char*>(nullptr));

@@ -4,6 +4,7 @@
 
 #include "Base/QxBaseCore10/Detail/JSONElement.h"
 #include "Base/QxBaseCore10/Status.h"
+#include "Base/QxBaseCore10/Strings.h"
 
 #include <gtest/gtest.h>
 
@@ -29,6 +30,16 @@ TEST(JSONNode, TakesTextOfManyMegabytesAndLevelsButNoMoreThan1024) {
     EXPECT_FALSE(parses("{\"a\":\"" + filler));
     EXPECT_TRUE(parses(nested(1024)) && parses(nested(1023, "1")));
     EXPECT_FALSE(parses(nested(1025)) || parses(nested(1024, "1")) || parses(nested(1'000'000)));
+}
+
+// In 16 bits it is a pair.
+TEST(Strings, HoldACharacterBeyondTheFirstPlaneAsTheSystemDoes) {
+    std::wstring wide;
+    JSONNode(R"({"a":"\ud83d\ude00!"})")["a"].get(wide);
+    EXPECT_EQ(wide, L"\U0001F600!");
+    EXPECT_EQ(wide.size(), sizeof(wchar_t) == 2 ? 3U : 2U);
+    EXPECT_EQ(Qx::ToHString(wide), "\xF0\x9F\x98\x80!");
+    EXPECT_EQ(Qx::ToHString(std::wstring{0xD83D, L'!'}), "\xEF\xBF\xBD!") << "half of one";
 }
 
 TEST(JSONNode, RefusesWhatIsNoJSONBesideWhatIsOnlyOdd) {
