@@ -50,7 +50,8 @@ public:
     /// have returned, and the token source. What they send meanwhile fails too; a completion that always sends another
     /// request keeps the destructor from returning. If it is called in a completion on a thread of the client, it may
     /// run other completions, so hold no lock that they take. Call it before `main` returns: OpenSSL then releases what
-    /// the client's thread may still use.
+    /// the client's thread may still use. On Windows it must not run while a DLL is unloaded, as that of a static
+    /// object does: threads can't end then, and it would wait for ever.
     ~CurlHTTPClient() override;
 
     void queueRequest(HTTPRequest& request) override;

@@ -1,6 +1,7 @@
 #include "Host/Console.h"
 
 #include "Host/Printable.h"
+#include "Host/TextOutput.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -21,7 +22,7 @@ void requireWritten(bool isWritten) {
 } // namespace
 
 void printOutput(const std::string& text) {
-    requireWritten(std::fwrite(text.data(), 1, text.size(), stdout) == text.size());
+    requireWritten(writeText(stdout, text));
 }
 
 void flushOutput() {
@@ -30,8 +31,7 @@ void flushOutput() {
 
 void printError(const std::string& line) {
     // Where standard error can't be written there is nobody left to tell.
-    static_cast<void>(std::fputs(fmt::format("orvane: {}\n", printable(line)).c_str(), stderr));
-    static_cast<void>(std::fflush(stderr));
+    static_cast<void>(writeText(stderr, fmt::format("orvane: {}\n", printable(line))));
 }
 
 } // namespace OrvaneHost

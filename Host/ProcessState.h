@@ -21,16 +21,4 @@ void keepMemoryPrivate();
 /// large be a failure like others, where the system has signals for these.
 void setSignals();
 
-/// Lets a terminal show UTF-8 while it lives, where that depends on the program.
-class TerminalEncoding {
-public:
-    TerminalEncoding();
-    TerminalEncoding(const TerminalEncoding&) = delete;
-    TerminalEncoding& operator=(const TerminalEncoding&) = delete;
-    ~TerminalEncoding();
-
-private:
-    const unsigned before_;
-};
-
 } // namespace OrvaneHost

@@ -31,7 +31,6 @@ int main(int argc, char** argv) {
     occupyStandardStreams();
     keepMemoryPrivate();
     setSignals();
-    const TerminalEncoding encoding;
     try {
         return run(argumentsInUTF8(argc, argv));
     } catch (const std::bad_alloc&) {

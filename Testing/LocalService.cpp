@@ -48,6 +48,7 @@ LocalService::LocalService(PreparedAnswers answers, const std::string& token, in
     try {
         server_ = std::make_unique<Detail::Server>(handler, port);
     } catch (const std::system_error& error) {
+        // Boost knows the numbers of Winsock, which the standard library does not.
         if (error.code() == std::errc::address_in_use || error.code() == std::errc::permission_denied)
             throw std::runtime_error(
                 fmt::format("can't listen on port {} of this machine; choose another with --port", port));

@@ -22,6 +22,9 @@ function(qx_add_shared_library name)
   target_link_libraries(${name} PUBLIC ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
   if(WIN32)
     set_target_properties(${name} PROPERTIES PREFIX "")
+  elseif(APPLE)
+    set_target_properties(${name} PROPERTIES
+      VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} INSTALL_RPATH "@loader_path")
   else()
     # Hidden visibility alone would still let templates of the standard library out.
     target_link_options(${name} PRIVATE "LINKER:--version-script=${exportMap}")

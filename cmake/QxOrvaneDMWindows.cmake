@@ -1,5 +1,6 @@
 # Windows finds DLLs beside the program that needs them. So all programs are built into one folder, where the compiler's
 # runtime libraries go too: libraries whose interfaces are in C++ share one runtime with their application.
+add_compile_definitions(BOOST_SYSTEM_USE_UTF8) # Messages of the system, in any language.
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
 
 foreach(name IN ITEMS libgcc_s_seh-1.dll libstdc++-6.dll libwinpthread-1.dll)

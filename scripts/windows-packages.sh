@@ -10,7 +10,8 @@ stamp=$packages/.complete
 # OpenSSL is for the tests' servers alone. It comes from the release itself, since it need not be the latest.
 sources=(simdjson fmtlib utf8proc curl openssl/bookworm)
 
-if [ -e "$stamp" ] && cmp -s "${BASH_SOURCE[0]}" "$stamp"; then
+recipe=$(cat "${BASH_SOURCE[0]}" cmake/mingw-w64.cmake cmake/windows-packages/CMakeLists.txt)
+if [ "$(cat "$stamp" 2>/dev/null)" = "$recipe" ]; then
   exit 0
 fi
 echo "Compiling libraries for Windows" >&2
@@ -20,6 +21,10 @@ mkdir -p "$packages/share/licenses" "$work/lists" "$work/logs"
 # Source lists of their own: those of the system's packages, as sources.
 apt-get indextargets --format 'deb-src $(REPO_URI) $(RELEASE) $(COMPONENT)' 'Created-By: Packages' 'Origin: Debian' |
   sort -u >"$work/sources.list"
+if [ ! -s "$work/sources.list" ]; then
+  echo "There are no lists of Debian's packages; run apt-get update and then this again." >&2
+  exit 1
+fi
 apt_get() {
   apt-get -qq -o Dir::Etc::sourcelist="$work/sources.list" -o Dir::Etc::sourceparts=/dev/null \
     -o Dir::State::lists="$work/lists" -o APT::Sandbox::User="$(id -un)" "$@"
@@ -55,11 +60,13 @@ build_openssl() {
 }
 
 # Mostly waits for the checks of its configuration, so it runs beside the others. It looks for nothing but zlib.
+set -m # In a group of processes of its own, to be ended with all that it starts.
 build curl "$work"/curl-* -DBUILD_CURL_EXE=OFF -DBUILD_TESTING=OFF -DHTTP_ONLY=ON -DCURL_USE_SCHANNEL=ON \
   -DUSE_WIN32_IDN=ON -DENABLE_UNICODE=ON -DENABLE_MANUAL=OFF -DCURL_USE_LIBSSH2=OFF -DCURL_USE_LIBPSL=OFF \
-  -DCURL_BROTLI=OFF -DCURL_ZSTD=OFF -DUSE_NGHTTP2=OFF -DUSE_LIBIDN2=OFF &
+  -DCURL_BROTLI=OFF -DCURL_ZSTD=OFF -DUSE_NGHTTP2=OFF -DUSE_LIBIDN2=OFF -DCURL_CA_BUNDLE=none -DCURL_CA_PATH=none &
 curl=$!
-trap 'kill "$curl" 2>/dev/null || true' EXIT
+set +m
+trap 'kill -- "-$curl" 2>/dev/null || true' EXIT
 (build_openssl)
 build simdjson "$work"/simdjson-*
 build fmt "$work"/fmtlib-* -DFMT_TEST=OFF -DFMT_DOC=OFF
@@ -77,4 +84,4 @@ for package in gcc-mingw-w64-x86-64-posix-runtime libcli11-dev libz-mingw-w64-de
   cp "/usr/share/doc/$package/copyright" "$packages/share/licenses/$package.txt"
 done
 rm -rf "$work"
-cp "${BASH_SOURCE[0]}" "$stamp"
+echo "$recipe" >"$stamp"

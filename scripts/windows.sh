@@ -11,7 +11,11 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # Wine of its own, which leaves that of the user alone.
 export WINEPREFIX=$PWD/build/wine WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml=' LC_ALL=C.UTF-8
 trap 'wineserver -k || true' EXIT
-[ -e "$WINEPREFIX/system.reg" ] || wineboot -i 2>/dev/null
+if [ ! -e "$WINEPREFIX/.complete" ]; then
+  rm -rf "$WINEPREFIX"
+  wineboot -i >build/wine.log 2>&1 || { cat build/wine.log >&2; exit 1; }
+  touch "$WINEPREFIX/.complete"
+fi
 
 ctest --preset windows
 

@@ -3,8 +3,8 @@
 #include "HTTPClient/Detail/CurlTLS.h"
 #include "HTTPClient/Detail/Sockets.h"
 
+#include <boost/system/system_category.hpp>
 #include <new>
-#include <system_error>
 #include <utility>
 
 namespace Qx::Detail {
@@ -64,7 +64,7 @@ curl_socket_t Connections::find(int localPort, const std::string& peer, int peer
 }
 
 std::string Connections::openFailure() const {
-    return openError_ == 0 ? "" : std::system_category().message(openError_);
+    return openError_ == 0 ? "" : boost::system::system_category().message(openError_);
 }
 
 std::uint64_t Connections::take(curl_socket_t socket) {

@@ -1,5 +1,6 @@
 #include "HTTPClient/Detail/CurlFailure.h"
 
+#include "Base/QxBaseCore10/Strings.h"
 #include "HTTPClient/Detail/HTTPText.h"
 
 #include <algorithm>
@@ -60,7 +61,7 @@ TransferError explain(CURLcode result, CURL* easy, const std::string& detail,
     // The server has a say in some of the words, and knows the token.
     std::string reason = holdsSecret(error.what(), secrets) ? curl_easy_strerror(result) : error.what();
     std::replace_if(reason.begin(), reason.end(), isControl, ' ');
-    return {error.kind(), reason};
+    return {error.kind(), ToHString(ToIString(reason))}; // The system's words need not be UTF-8.
 }
 
 bool holdsSecret(const std::string& text, std::initializer_list<std::string_view> secrets) {

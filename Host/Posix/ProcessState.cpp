@@ -24,8 +24,4 @@ void setSignals() {
     std::signal(SIGXFSZ, SIG_IGN);
 }
 
-TerminalEncoding::TerminalEncoding() : before_(0) {}
-
-TerminalEncoding::~TerminalEncoding() = default;
-
 } // namespace OrvaneHost

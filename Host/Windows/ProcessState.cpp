@@ -3,7 +3,6 @@
 #include "Base/QxBaseCore10/Strings.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <iterator>
 #include <memory>
 #include <new>
@@ -29,16 +28,5 @@ std::vector<std::string> argumentsInUTF8(int, const char* const*) {
 void occupyStandardStreams() {} // Nothing else takes their place.
 
 void setSignals() {}
-
-TerminalEncoding::TerminalEncoding() : before_(GetConsoleOutputCP()) {
-    SetConsoleOutputCP(CP_UTF8);
-    // Unbuffered, the parts of a character would be written one by one.
-    for (std::FILE* stream : {stdout, stderr})
-        std::setvbuf(stream, nullptr, _IOFBF, BUFSIZ);
-}
-
-TerminalEncoding::~TerminalEncoding() {
-    SetConsoleOutputCP(before_);
-}
 
 } // namespace OrvaneHost

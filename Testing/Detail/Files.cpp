@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <boost/beast/core/file.hpp>
+#include <boost/system/system_category.hpp>
 #include <cerrno>
 #include <cstring>
 #include <fmt/format.h>
@@ -17,6 +18,12 @@ namespace {
 std::string textOf(const std::filesystem::path& path) {
     const std::u8string text = path.u8string();
     return {text.begin(), text.end()};
+}
+
+// In UTF-8, as Boost gives it.
+std::string messageOf(const std::error_code& error) {
+    return error.category() == std::system_category() ? boost::system::system_category().message(error.value())
+                                                      : error.message();
 }
 
 [[noreturn]] void fail(const char* what, const std::filesystem::path& path, const std::string& why) {
@@ -41,7 +48,7 @@ std::vector<std::filesystem::path> filesIn(const std::filesystem::path& folder, 
             if (entry.path().extension() == extension)
                 files.push_back(entry.path());
     } catch (const std::filesystem::filesystem_error& error) {
-        fail("read", folder, error.code().message());
+        fail("read", folder, messageOf(error.code()));
     }
     std::sort(files.begin(), files.end());
     return files;
@@ -51,7 +58,7 @@ std::string readFile(const std::filesystem::path& path) {
     std::error_code error;
     const bool isFile = std::filesystem::is_regular_file(path, error);
     if (!isFile)
-        fail("read", path, error ? error.message() : "it is no file");
+        fail("read", path, error ? messageOf(error) : "it is no file");
     std::ifstream file(path, std::ios::binary);
     std::string bytes{std::istreambuf_iterator<char>(file), {}};
     if (!file)

@@ -6,7 +6,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 build=$(realpath "$1")
 work=$(mktemp -d)
 service=
-trap '[ -z "$service" ] || kill "$service"; rm -rf "$work"' EXIT
+trap '[ -z "$service" ] || kill "$service" 2>/dev/null || true; rm -rf "$work"' EXIT
 
 quietly() {
   "$@" >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
@@ -19,6 +19,7 @@ build() {
   quietly cmake --build "$work/$2"
 }
 
+rm -f "$build"/QxOrvaneDM10-*.zip
 quietly cpack --config "$build/CPackConfig.cmake" -B "$build"
 archive=$(find "$build" -maxdepth 1 -name 'QxOrvaneDM10-*.zip')
 (cd "$work" && quietly cmake -E tar xf "$archive")
@@ -30,7 +31,7 @@ if grep -rlaF "$PWD/" "$package"; then
 fi
 
 build Tests/Consumer consumer -DPROGRAM="$build/generated/Readme.cpp"
-wine "$work/consumer/consumer.exe" | grep 'files: 26'
+wine "$work/consumer/consumer.exe" | tee "$work/log" | grep 'files: 26' || { cat "$work/log"; exit 1; }
 
 wine "$package/bin/orvane.exe" --version
 ORVANE_TOKEN=t wine "$package/bin/orvane.exe" serve >"$work/service" &
@@ -39,7 +40,7 @@ for example in OpenAssembly ListFolder TestOpenAssembly; do
   build "Examples/$example" "$example"
 done
 for _ in $(seq 100); do grep -q Interrupt "$work/service" && break; sleep 0.1; done
-uri=$(grep -o 'http:[^[:space:]]*' "$work/service")
+uri=$(grep -o 'http:[^[:space:]]*' "$work/service") || { echo "orvane serve does not serve"; exit 1; }
 export ORVANE_TOKEN=t
 wine "$work/OpenAssembly/OpenAssembly.exe" "$uri" 'urn:vrnk.dorlqa:fs.file:gearbox-asm?version=7' 2>&1 |
   tee "$work/log" | grep 'refers to 13 files' || { cat "$work/log"; exit 1; }

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <cstdio>
+#include <string_view>
+
+namespace OrvaneHost {
+
+/// Writes UTF-8 to a standard stream, so that a terminal shows it. False, with the reason in `errno`, if it can't be
+/// written.
+bool writeText(std::FILE* stream, std::string_view text);
+
+} // namespace OrvaneHost
