@@ -21,11 +21,10 @@ bool hasDataInTLS(CURL* easy);
 /// Whoever is to be told of the messages of TLS itself.
 class HandshakeWatcher {
 public:
+    virtual ~HandshakeWatcher() = default;
+
     /// Called for each that comes, with OpenSSL's context of its connection.
     virtual void onHandshakeMessage(const void* context) = 0;
-
-protected:
-    ~HandshakeWatcher() = default;
 };
 
 /// Lets `watcher`, which has to outlive it, watch the connections of that context of OpenSSL's.
