@@ -14,7 +14,9 @@ namespace {
 
 std::string withoutBlanks(const std::string& text) {
     constexpr const char* blanks = " \t\r\n";
-    const std::size_t start = std::min(text.find_first_not_of(blanks), text.size());
+    // Some editors put a byte order mark before UTF-8.
+    const std::size_t mark = text.starts_with("\xEF\xBB\xBF") ? 3 : 0;
+    const std::size_t start = std::min(text.find_first_not_of(blanks, mark), text.size());
     return text.substr(start, text.find_last_not_of(blanks) + 1 - start);
 }
 

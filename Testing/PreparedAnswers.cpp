@@ -10,6 +10,7 @@
 #include <fmt/format.h>
 #include <stdexcept>
 #include <string_view>
+#include <system_error>
 
 namespace Orvane::Testing {
 
@@ -56,6 +57,9 @@ PreparedAnswers PreparedAnswers::sample() {
 }
 
 PreparedAnswers PreparedAnswers::fromFolder(const std::filesystem::path& folder) {
+    std::error_code error;
+    if (!std::filesystem::exists(folder, error) && !error)
+        throw std::runtime_error(fmt::format("there is no folder {}", Detail::shown(folder)));
     PreparedAnswers answers;
     for (const std::filesystem::path& file : Detail::filesIn(folder, Detail::exchangeExtension)) {
         Detail::Exchange exchange = Detail::readExchange(file);
