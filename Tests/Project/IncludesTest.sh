@@ -16,12 +16,12 @@ check() {
   fi
 }
 export_header='Server/Orvane/qxorvanedm10_export'
-check Base/QxBaseCore10 2 'Base/QxBaseCore10/'
+check Base/QxBaseCore10 3 'Base/QxBaseCore10/'
 check Base/QxBase10 1 'Base/QxBase(Core)?10/'
 check Server/Orvane/Payloads 2 "Base/QxBaseCore10/|Server/Orvane/Payloads/|$export_header"
 check Server/Orvane 1 'Base/|Server/'
-check HTTPClient 2 'Base/|HTTPClient/'
-check Testing 2 'Base/|Testing/'
+check HTTPClient 3 'Base/|HTTPClient/'
+check Testing 3 'Base/|Testing/'
 check Host 9 'Base/|Server/|HTTPClient/CurlHTTPClient|Testing/|Host/'
 check Tests 9 'Base/|Server/|HTTPClient/|Testing/|Host/|Tests/Support/'
 check Benchmarks 1 'Base/|Server/|HTTPClient/CurlHTTPClient|Benchmarks/|Tests/Support/'
