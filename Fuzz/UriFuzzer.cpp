@@ -58,7 +58,7 @@ void checkPair(const std::string& text, const std::string& key, const std::strin
     const std::size_t end = std::min(text.find('#'), text.size());
     const char* separator = text.find('?') < end ? "&" : "?";
     require(uri.ToString(false) == text.substr(0, end) + separator + pair + text.substr(end),
-            "the pair stands behind the query and before the fragment");
+            "the pair follows the query and precedes the fragment");
     uri.SetQueryVariable(value, key);
     const std::string both = pair + '&' + Qx::Uri::UriEncode(value) + '=' + Qx::Uri::UriEncode(key);
     require(uri.ToString(false).find(both) != std::string::npos, "pairs stand in the order of the calls");

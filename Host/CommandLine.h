@@ -15,7 +15,7 @@ struct CommandLine {
     enum class Command { FOLDER, ASSEMBLY, ACCESS, SERVE };
 
     Command command = Command::FOLDER;
-    std::vector<std::string> urns; ///< One but for `FOLDER`, which takes links too.
+    std::vector<std::string> urns; ///< Exactly one, except for `FOLDER`, which also takes links.
 
     std::string service; ///< Empty for the local service inside the program.
     std::string v3Service;

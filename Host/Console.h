@@ -10,7 +10,7 @@ void printOutput(const std::string& text);
 /// Lets what was written come out. Throws as `printOutput` does.
 void flushOutput();
 
-/// Writes one line to standard error, behind the program's name, free of whatever could play tricks on a terminal.
+/// Writes one line to standard error, after the program's name, without characters that could mislead on a terminal.
 void printError(const std::string& line);
 
 } // namespace OrvaneHost

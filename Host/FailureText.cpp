@@ -89,7 +89,8 @@ std::string wordsOf(const Qx::HTTPResponse& response, const std::string& urnOrLi
     return words.empty() ? "" : fmt::format(", which says \"{}\"", shortened(words, 200));
 }
 
-// Whether an answer of success was not read for want of memory: the library does not tell that from what is no JSON.
+// Whether a successful answer could not be read because memory ran out: the library does not tell that from what is no
+// JSON.
 bool lacksMemory(const Qx::HTTPResponse& response) {
     if (jsonOf(response))
         return true; // There is enough again.

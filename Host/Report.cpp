@@ -27,7 +27,7 @@ std::string cellOf(const std::string& text, bool isWide) {
     return isWide ? printable(text) : shortened(text, maxCellWidth);
 }
 
-// Two spaces in front and between; nothing behind the last cell that holds something.
+// Two spaces before and between cells; nothing after the last cell that is not empty.
 void printLine(const Cells& cells, const std::vector<std::size_t>& widths) {
     std::string line;
     std::size_t missing = 0;

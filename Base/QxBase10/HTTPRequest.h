@@ -14,7 +14,7 @@ namespace Qx {
 class HTTPResponse;
 
 /// One HTTP request, without a body, that an `IHTTPClient` is to send. A plain value, which may be read from several
-/// threads at once; nothing in it is checked here. Setters replace what was there, but for `setHeader`.
+/// threads at once; nothing in it is checked here. Setters replace the previous value, except `setHeader`.
 class QXBASE10_EXPORT HTTPRequest {
 public:
     enum class Method : std::int32_t { GET = 0, POST = 1 };
@@ -45,7 +45,7 @@ public:
 
     /// The headers as name and value, in the order in which they were added.
     const std::vector<Header>& getHeaders() const;
-    /// Adds a header behind those that are there, also under a name that is there already.
+    /// Appends a header, even if there is one of that name already.
     void setHeader(const std::string& name, const std::string& value);
 
     Method getMethod() const;

@@ -36,7 +36,7 @@ public:
     JSONNode() = default;
 
     /// Parses UTF-8 text, with or without a byte order mark. Text that is not JSON (nested deeper than 1024 levels, the
-    /// innermost value counted, or with anything behind the value included) gives the null node; where there is no
+    /// innermost value counted, or with anything after the value) gives the null node; where there is no
     /// memory for it, `std::bad_alloc` comes out. Linear in the length of the text.
     ///
     /// An odd value does not cost the others. In strings and keys an escaped surrogate without its other half, and each

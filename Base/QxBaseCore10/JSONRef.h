@@ -18,7 +18,7 @@ public:
     /// A reference to null.
     JSONRef() = default;
 
-    /// True for an explicit null, and for a reference that leads nowhere.
+    /// True for an explicit null, and for a reference to nothing.
     bool isNull() const;
 
     /// Writes the value into `destination` and returns true. A string gives its text, a boolean "true" or "false", an

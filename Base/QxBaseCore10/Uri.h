@@ -17,7 +17,7 @@ public:
     /// and the like) is percent-encoded and all else, "%" included, is unchanged; without, the text as it is.
     std::string ToString(bool encoded) const;
 
-    /// Adds the pair "key=value" behind what the query already holds and before any fragment. All of `key`
+    /// Appends the pair "key=value" to the query, before any fragment. All of `key`
     /// and `value` but letters, digits and "-._~" is percent-encoded. A key that is there already is added
     /// again.
     void SetQueryVariable(std::string_view key, std::string_view value);

@@ -19,9 +19,9 @@ GzipDecoder::~GzipDecoder() {
 void GzipDecoder::decode(std::string_view bytes, const std::function<void(std::string_view)>& take) {
     stream_.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data())); // zlib only reads there.
     stream_.avail_in = static_cast<uInt>(bytes.size());
-    // Whatever fits in full may have more behind it that needs no further bytes.
+    // Output that fills the space may be followed by more that needs no further input.
     for (stream_.avail_out = 0; stream_.avail_in > 0 || (stream_.avail_out == 0 && !isComplete_);) {
-        // Several streams, one behind the other, are one body.
+        // Several streams, one after the other, are one body.
         if (isComplete_ && stream_.total_in > 0)
             inflateReset(&stream_);
         stream_.next_out = reinterpret_cast<Bytef*>(decoded_.data());

@@ -12,7 +12,7 @@ bool hasControl(std::string_view text);
 /// Whether `name` may name a header: letters, digits and some signs, at least one.
 bool isHeaderName(std::string_view name);
 
-/// Whether two names or keywords are the same but for the case of ASCII letters.
+/// Whether two names or keywords are the same, ignoring the case of ASCII letters.
 bool isSameName(const std::string& one, const std::string& other);
 
 /// `text` without the blanks and line ends around it.

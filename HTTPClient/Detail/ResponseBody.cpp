@@ -39,7 +39,7 @@ void ResponseBody::keep(std::string_view decoded) {
 }
 
 // Growing by copying would hold a large body twice. So beyond a few megabytes all that is permitted is reserved
-// at once, if it is to be had: memory that is never written is never used.
+// at once, if available: memory that is never written is never used.
 void ResponseBody::reserve(std::size_t more) {
     constexpr std::size_t large = std::size_t{4} << 20;
     const std::size_t needed = text_.size() + more + HTTPResponse::padding;

@@ -24,7 +24,7 @@ public:
     /// Whether it does not end within a gzip stream.
     bool isComplete() const;
 
-    /// The body, with room for what `HTTPResponse` puts behind it. Nothing is left here.
+    /// The body, with room for what `HTTPResponse` adds after it. Nothing is left here.
     std::string take();
 
     /// To be thrown for more than `maxBytes`.

@@ -13,7 +13,7 @@ namespace Qx::Detail {
 class ResponseHeader {
 public:
     /// Takes the next line, as libcurl passes it: those of interim responses and of a proxy's answer to CONNECT come
-    /// first, each starting with its status line, and trailers come behind the body. `isHTTP2` says what the connection
+    /// first, each starting with its status line, and trailers come after the body. `isHTTP2` says what the connection
     /// speaks. Throws `TransferError`.
     void readLine(std::string_view line, bool isHTTP2);
 

@@ -23,7 +23,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// How long requests in flight bear that the system does not let their connections be waited for.
+// How long requests in flight tolerate that the system cannot wait for their connections.
 constexpr auto pauseAfterFailure = 10ms;
 constexpr int maxFailures = 100;
 

@@ -32,7 +32,7 @@ class JSONNode;
 /// empty; what it throws passes to the `IHTTPClient`.
 ///
 /// The client has no thread, lock, time-out, retry or cancellation of its own. Its operations may be called
-/// from several threads at once, but for `setAsync` and assignment, which need the object for themselves.
+/// from several threads at once, except `setAsync` and assignment, which need exclusive access.
 /// Copies share the `IHTTPClient`, but each has its own `setAsync`.
 class QXORVANEDM10_EXPORT Orvanedm {
 public:
@@ -70,7 +70,7 @@ public:
     void setAsync(bool async);
 
     /// The option "orvaneServiceUrl" of the options set `optionsName`, or of the one that `ICloudBrowser` names, read
-    /// now and unchanged; empty if it is not set. Paths, which begin with "/", go directly behind it.
+    /// now and unchanged; empty if it is not set. Paths, which begin with "/", are appended to it directly.
     static std::string baseOrvanedmUri();
     static std::string baseOrvanedmUri(const std::string& optionsName);
 

@@ -147,7 +147,7 @@ void Server::Loop::accept() {
     isAccepting_ = true;
 }
 
-// What is thrown for want of memory must end no more than the connections for which it was missing.
+// When memory runs out, only the connections that needed it may end.
 void Server::Loop::run() {
     for (bool hasEnded = false; !hasEnded;) {
         try {

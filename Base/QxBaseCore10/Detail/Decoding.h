@@ -5,8 +5,8 @@
 
 namespace Qx::Detail {
 
-/// The code point at `next`, which it steps over. Of what is not valid it steps over a single unit, so that nothing
-/// behind it is lost, and gives U+FFFD.
+/// The code point at `next`, which it steps over. For what is not valid it steps over a single unit, so that nothing
+/// after it is lost, and returns U+FFFD.
 template <class Unit>
 boost::nowide::utf::code_point decodeNext(const Unit*& next, const Unit* end) {
     using namespace boost::nowide::utf;

@@ -34,8 +34,8 @@ public:
     /// Reads the root of a response body: "data" and "included.projects", "included.files". Nothing is
     /// required: what is missing or null, or no object or array where one is expected, leaves its part of the document
     /// empty; where a text is expected a number or boolean is taken as one. Elements whose "type" is not that of their
-    /// array are skipped; of two files with one id the first stays. Linear in the size of the JSON, but for the ordered
-    /// maps; no object or array of it is copied, and `root` is not kept.
+    /// array are skipped; of two files with one id the first stays. Linear in the size of the JSON, except for the
+    /// ordered maps; no object or array of it is copied, and `root` is not kept.
     explicit FullAssemblyData(const Qx::JSONNode& root);
 
     FullAssemblyData(const FullAssemblyData& other);

@@ -29,8 +29,8 @@ public:
     /// Reads the root of a response body: what `FullAssemblyData` reads, then "included.versions",
     /// "data.relationships" and "included.folders". Nothing is required. Folders whose "type" is not "folders"
     /// are skipped, while versions and relationships are kept whatever their "type"; of two versions or two
-    /// folders with one id the last stays. Linear in the size of the JSON, but for the ordered maps; no object or array
-    /// of it is copied, and `root` is not kept.
+    /// folders with one id the last stays. Linear in the size of the JSON, except for the ordered maps; no object or
+    /// array of it is copied, and `root` is not kept.
     explicit FullAssemblyDataV3(const Qx::JSONNode& root);
 
     FullAssemblyDataV3(const FullAssemblyDataV3& other);
@@ -46,13 +46,13 @@ public:
 
     std::int32_t getDeletedParentsCount() const override;
 
-    /// The names of the projects in that status, in document order, and behind them the ids of the folders,
+    /// The names of the projects in that status, in document order, followed by the ids of the folders,
     /// in ascending order. One pass over projects and folders each.
     std::vector<std::wstring> getArchivedParents() const override;
     std::vector<std::wstring> getDeletedParents() const override;
     std::vector<std::wstring> getInactiveParents() const override;
 
-    /// The names of the projects as in `FullAssemblyData`, and behind them the names (not the ids) of the
+    /// The names of the projects as in `FullAssemblyData`, followed by the names (not the ids) of the
     /// active folders without the allowed action "read", in ascending order of their ids.
     std::vector<std::wstring> getAccessDeniedParents() const override;
 
