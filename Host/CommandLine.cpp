@@ -121,6 +121,11 @@ void addAssembly(CLI::App& app, CommandLine& commandLine) {
     assembly->add_option("--workflow", commandLine.workflow, "What the usage event is to name as workflow");
     addAlgorithm(*assembly, commandLine, "ACTUAL");
     addRequestOptions(*assembly, commandLine);
+    assembly
+        ->add_option("--html", commandLine.htmlFile,
+                     "File to write a page to that shows the assembly as boxes, instead of printing it")
+        ->excludes("--json")
+        ->check(problemOfText);
 }
 
 void addAccess(CLI::App& app, CommandLine& commandLine) {

@@ -30,6 +30,7 @@ struct CommandLine {
     std::list<std::pair<std::string, std::string>> query;
     std::string algorithm;
     std::string workflow = "command line";
+    std::string htmlFile; ///< Empty to print the assembly.
 
     std::string dataFolder; ///< Empty for the sample project.
     int port = 0;

@@ -1,8 +1,11 @@
 #include "Host/Commands.h"
 
 #include "Base/QxBaseCore10/JSONNode.h"
+#include "Base/QxBaseCore10/Status.h"
 #include "Base/QxBaseCore10/Strings.h"
 #include "Base/QxBaseCore10/Uri.h"
+#include "Host/AssemblyMap.h"
+#include "Host/AssemblyPage.h"
 #include "Host/AssemblyReport.h"
 #include "Host/Console.h"
 #include "Host/FailureText.h"
@@ -15,7 +18,13 @@
 #include "Server/Orvane/Payloads/FullAssemblyDataV3.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
 #include <fmt/format.h>
+#include <fstream>
+#include <stdexcept>
+#include <system_error>
 #include <utility>
 
 namespace OrvaneHost {
@@ -111,20 +120,52 @@ int runFolder(const CommandLine& commandLine) {
 }
 
 // Any JSON is a success to the library; this says that it is the assembly that was asked for.
-template <class Report>
+template <class Print>
 int printAnswer(const CommandLine& commandLine, ServiceConnection& connection, bool success,
-                const FullAssemblyData* assembly, Report report) {
+                const FullAssemblyData* assembly, Print print) {
     const std::string& urn = commandLine.urns.front();
     if (!success)
         return finish(connection, printFailure(connection, explainFailure(connection.response(), urn, commandLine)));
     if (!assembly || assembly->getId() != urn)
         return finish(connection,
                       printFailure(connection, explainStrangeAnswer(connection.response(), urn, "assembly")));
-    if (commandLine.json)
-        printOutput(toJSON(report()));
-    else
-        printText(report(), commandLine.wide);
+    print();
     return finish(connection, 0);
+}
+
+void printReport(const CommandLine& commandLine, const Report& report) {
+    if (commandLine.json)
+        printOutput(toJSON(report));
+    else
+        printText(report, commandLine.wide);
+}
+
+// A page that can't be written whole is not left behind.
+void writePage(const std::string& file, const std::string& page) {
+    const std::filesystem::path path = pathOf(file);
+    std::ofstream stream(path, std::ios::binary);
+    const bool isOpen = stream.is_open();
+    stream << page;
+    stream.close();
+    if (stream)
+        return;
+    const std::string why = std::strerror(errno);
+    std::error_code ignored;
+    if (isOpen && std::filesystem::is_regular_file(path, ignored))
+        std::filesystem::remove(path, ignored);
+    throw std::runtime_error(fmt::format("can't write the page to {}: {}; check --html", file, why));
+}
+
+void printAssembly(const CommandLine& commandLine, const ServiceConnection& connection,
+                   const FullAssemblyDataV3& assembly) {
+    const Report report = reportAssembly(assembly, connection.events());
+    if (commandLine.htmlFile.empty()) {
+        printReport(commandLine, report);
+        return;
+    }
+    Qx::Status status;
+    const auto root = Qx::JSONNode::parse(connection.response().getBody(), status, Qx::HTTPResponse::padding);
+    writePage(commandLine.htmlFile, toHTML(mapAssembly(assembly, root.value()), report));
 }
 
 int runAssembly(const CommandLine& commandLine) {
@@ -142,7 +183,7 @@ int runAssembly(const CommandLine& commandLine) {
         commandLine.algorithm, Qx::ToIString(commandLine.workflow));
     connection.runCallbacks(unanswered);
     return printAnswer(commandLine, connection, hasSucceeded, assembly.get(),
-                       [&] { return reportAssembly(*assembly, connection.events()); });
+                       [&] { printAssembly(commandLine, connection, *assembly); });
 }
 
 int runAccess(const CommandLine& commandLine) {
@@ -159,7 +200,8 @@ int runAccess(const CommandLine& commandLine) {
         },
         commandLine.algorithm);
     connection.runCallbacks(unanswered);
-    return printAnswer(commandLine, connection, hasSucceeded, &assembly, [&] { return reportAccess(assembly); });
+    return printAnswer(commandLine, connection, hasSucceeded, &assembly,
+                       [&] { printReport(commandLine, reportAccess(assembly)); });
 }
 
 PreparedAnswers answersFor(const CommandLine& commandLine) {

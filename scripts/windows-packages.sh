@@ -8,7 +8,7 @@ work=$PWD/build/windows-sources
 stamp=$packages/.complete
 
 # OpenSSL is for the tests' servers alone. It comes from the release itself, since it need not be the latest.
-sources=(simdjson fmtlib utf8proc curl openssl/bookworm)
+sources=(simdjson fmtlib pugixml utf8proc curl openssl/bookworm)
 
 recipe=$(cat "${BASH_SOURCE[0]}" cmake/mingw-w64.cmake cmake/windows-packages/CMakeLists.txt)
 if [ "$(cat "$stamp" 2>/dev/null)" = "$recipe" ]; then
@@ -70,13 +70,14 @@ trap 'kill -- "-$curl" 2>/dev/null || true' EXIT
 (build_openssl)
 build simdjson "$work"/simdjson-*
 build fmt "$work"/fmtlib-* -DFMT_TEST=OFF -DFMT_DOC=OFF
+build pugixml "$work"/pugixml-*
 build utf8proc "$work"/utf8proc-*
 build googletest /usr/src/googletest -DBUILD_GMOCK=OFF
 build headers cmake/windows-packages
 wait "$curl"
 
 # What is linked into the libraries and the program, and the compiler's runtime beside them, has licences.
-for source in simdjson fmtlib utf8proc curl; do
+for source in simdjson fmtlib pugixml utf8proc curl; do
   cp "$work/$source"-*/debian/copyright "$packages/share/licenses/$source.txt"
 done
 # (That of Boost asks for nothing where there is no source.)

@@ -1,0 +1,216 @@
+#include "Host/AssemblyMap.h"
+
+#include "Base/QxBaseCore10/JSONNode.h"
+#include "Base/QxBaseCore10/Strings.h"
+#include "Server/Orvane/Payloads/FullAssemblyDataV3.h"
+#include "Server/Orvane/Payloads/VersionData.h"
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <unordered_map>
+#include <utility>
+
+namespace OrvaneHost {
+
+namespace {
+
+using namespace Orvane::Payloads;
+using Container = AssemblyMap::Container;
+using File = AssemblyMap::File;
+using Obstacle = AssemblyMap::Obstacle;
+using Places = std::unordered_map<std::string, std::size_t>;
+
+Obstacle obstacleOf(ContainerStatus status, bool isClosed, bool isViewer) {
+    switch (status) {
+    case ContainerStatus::ACTIVE:
+        return isClosed ? Obstacle::CLOSED : isViewer ? Obstacle::VIEWER_ONLY : Obstacle::NONE;
+    case ContainerStatus::ARCHIVED:
+        return Obstacle::ARCHIVED;
+    case ContainerStatus::INACTIVE:
+        return Obstacle::INACTIVE;
+    case ContainerStatus::DELETED:
+        return Obstacle::DELETED;
+    case ContainerStatus::OTHER:
+    case ContainerStatus::UNSET:
+        break;
+    }
+    return Obstacle::OTHER_STATUS;
+}
+
+class MapMaker {
+public:
+    MapMaker(const FullAssemblyDataV3& assembly, const Qx::JSONNode& root)
+        : assembly_(assembly), projects_(assembly.getProjectDetails()) {
+        addFiles();
+        addReferences(root);
+        nest();
+        sortByName();
+        map_.inaccessibleProjects = assembly.getInaccessibleParents();
+    }
+
+    AssemblyMap take() { return std::move(map_); }
+
+private:
+    void addFiles() {
+        const auto direct = assembly_.getDirectReferencedFiles();
+        for (const auto& [id, name] : sortedFiles()) {
+            fileOf_[id] = map_.files.size();
+            File& file = map_.files.emplace_back();
+            file.id = id;
+            file.name = name.empty() ? id : name;
+            file.isDirect = direct.contains(id);
+            const FilesData* const data = assembly_.getFileById(id);
+            const std::size_t container = containerOf(data ? data->getParentId() : std::string());
+            map_.containers[container].files.push_back(map_.files.size() - 1);
+        }
+    }
+
+    std::map<std::string, std::string> sortedFiles() const {
+        std::map<std::string, std::string> files;
+        for (const auto& [id, name] : assembly_.getAllReferencedFiles())
+            files.emplace(id, Qx::ToHString(name));
+        return files;
+    }
+
+    // The container of that id; it and all that it is in are added when it is first asked for.
+    std::size_t containerOf(const std::string& id) {
+        std::string next = id;
+        while (containerOf_.try_emplace(next, map_.containers.size()).second) {
+            parents_.push_back(addContainer(next));
+            if (parents_.back().empty())
+                break;
+            next = parents_.back();
+        }
+        return containerOf_.at(id);
+    }
+
+    bool isKnown(const std::string& id) const { return projects_.contains(id) || assembly_.getFolder(id); }
+
+    // Returns the id of what the container is in; empty if the assembly does not hold that.
+    std::string addContainer(const std::string& id) {
+        Container& container = map_.containers.emplace_back();
+        container.id = id;
+        container.name = id.empty() ? "(no parent)" : id;
+        container.obstacle = Obstacle::UNKNOWN_PARENT;
+        const auto setName = [&](const std::string& name) { container.name = name.empty() ? id : name; };
+        if (const std::shared_ptr<FolderData> folder = assembly_.getFolder(id)) {
+            container.kind = Container::Kind::FOLDER;
+            setName(folder->name());
+            container.obstacle = obstacleOf(folder->status(), !folder->hasPermission("read"), false);
+            return isKnown(folder->parent()) ? folder->parent() : std::string();
+        }
+        if (const auto found = projects_.find(id); found != projects_.end()) {
+            const ProjectData& project = found->second;
+            container.kind = Container::Kind::PROJECT;
+            setName(Qx::ToHString(project.getName()));
+            container.obstacle = obstacleOf(project.getStatus(), !project.IsMember(), project.IsViewerRole());
+            return isKnown(project.getParent()) ? project.getParent() : std::string();
+        }
+        return {};
+    }
+
+    void addReferences(const Qx::JSONNode& root) {
+        std::unordered_map<std::string, std::string> fileOfVersion;
+        for (const Qx::JSONRef element : Qx::JSONNode(Qx::JSONNode(root["included"])["versions"])) {
+            const VersionData version{Qx::JSONNode(element)};
+            fileOfVersion.insert_or_assign(version.getId(), version.getFileId());
+        }
+        const auto fileOf = [&](const std::string& version) -> File* {
+            const auto id = fileOfVersion.find(version);
+            const auto place = id == fileOfVersion.end() ? fileOf_.end() : fileOf_.find(id->second);
+            return place == fileOf_.end() ? nullptr : &map_.files[place->second];
+        };
+        if (File* const own = fileOf(assembly_.getId()))
+            own->isOwn = true;
+        for (const auto& relationship : assembly_.getAllRelationships())
+            connect(fileOf(relationship->fromUrn()), fileOf(relationship->toUrn()));
+        for (File& file : map_.files) {
+            keepOnce(file.refersTo);
+            keepOnce(file.referredBy);
+        }
+    }
+
+    void connect(File* from, File* to) {
+        if (from && to) {
+            from->refersTo.push_back(placeOf(*to));
+            to->referredBy.push_back(placeOf(*from));
+        } else if (File* const known = from ? from : to) {
+            ++known->unknownReferences;
+        }
+    }
+
+    std::size_t placeOf(const File& file) const { return static_cast<std::size_t>(&file - map_.files.data()); }
+
+    static void keepOnce(std::vector<std::size_t>& places) {
+        std::sort(places.begin(), places.end());
+        places.erase(std::unique(places.begin(), places.end()), places.end());
+    }
+
+    // Puts containers into one another. The service may say that folders are in each other in a circle; then the first
+    // of them is in none.
+    void nest() {
+        std::vector<std::vector<std::size_t>> inner(map_.containers.size());
+        for (std::size_t place = 0; place < parents_.size(); ++place)
+            if (!parents_[place].empty())
+                inner[containerOf_.at(parents_[place])].push_back(place);
+        std::vector<bool> isNested(map_.containers.size());
+        for (std::size_t place = 0; place < parents_.size(); ++place)
+            if (parents_[place].empty())
+                nestFrom(place, inner, isNested);
+        for (std::size_t place = 0; place < parents_.size(); ++place)
+            if (!isNested[place])
+                nestFrom(place, inner, isNested);
+    }
+
+    // Without recursion, since the service decides how deep folders are.
+    void nestFrom(std::size_t outermost, const std::vector<std::vector<std::size_t>>& inner,
+                  std::vector<bool>& isNested) {
+        map_.outermost.push_back(outermost);
+        isNested[outermost] = true;
+        std::vector<std::pair<std::size_t, Obstacle>> open{{outermost, Obstacle::NONE}};
+        while (!open.empty()) {
+            const auto [place, around] = open.back();
+            open.pop_back();
+            Container& container = map_.containers[place];
+            const Obstacle worst = std::max(around, container.obstacle);
+            for (const std::size_t file : container.files) {
+                map_.files[file].obstacle = worst;
+                ++map_.filesBehind.at(static_cast<std::size_t>(worst));
+            }
+            for (const std::size_t candidate : inner[place]) {
+                if (isNested[candidate])
+                    continue;
+                isNested[candidate] = true;
+                container.containers.push_back(candidate);
+                open.emplace_back(candidate, worst);
+            }
+        }
+    }
+
+    void sortByName() {
+        const auto byName = [](const auto& named) {
+            return [&named](std::size_t left, std::size_t right) { return named[left].name < named[right].name; };
+        };
+        for (Container& container : map_.containers) {
+            std::stable_sort(container.files.begin(), container.files.end(), byName(map_.files));
+            std::stable_sort(container.containers.begin(), container.containers.end(), byName(map_.containers));
+        }
+        std::stable_sort(map_.outermost.begin(), map_.outermost.end(), byName(map_.containers));
+    }
+
+    const FullAssemblyDataV3& assembly_;
+    const std::unordered_map<std::string, ProjectData> projects_;
+    AssemblyMap map_;
+    Places fileOf_;
+    Places containerOf_;
+    std::vector<std::string> parents_; // The id of what each container is in; empty if it is in none.
+};
+
+} // namespace
+
+AssemblyMap mapAssembly(const FullAssemblyDataV3& assembly, const Qx::JSONNode& root) {
+    return MapMaker(assembly, root).take();
+}
+
+} // namespace OrvaneHost

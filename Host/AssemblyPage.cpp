@@ -1,0 +1,282 @@
+#include "Host/AssemblyPage.h"
+
+#include "Host/Page/Page.h"
+#include "Host/Printable.h"
+
+#include <array>
+#include <fmt/format.h>
+#include <pugixml.hpp>
+#include <random>
+#include <sstream>
+#include <string_view>
+#include <utility>
+
+namespace OrvaneHost {
+
+namespace {
+
+using pugi::xml_node;
+using Container = AssemblyMap::Container;
+using File = AssemblyMap::File;
+using Obstacle = AssemblyMap::Obstacle;
+
+struct ObstacleText {
+    const char* className;
+    const char* sign;
+    const char* label;
+};
+
+// In the order of the obstacles.
+constexpr std::array<ObstacleText, AssemblyMap::obstacleCount> obstacleTexts{{
+    {"none", "\u2713", "open to you"},
+    {"viewer-only", "\u25D1", "view only"},
+    {"other-status", "\u2026", "unknown status"},
+    {"unknown-parent", "?", "unknown parent"},
+    {"closed", "\u2298", "closed to you"},
+    {"archived", "\u25A4", "archived"},
+    {"inactive", "\u2016", "inactive"},
+    {"deleted", "\u2715", "deleted"},
+}};
+
+const ObstacleText& textOf(Obstacle obstacle) {
+    return obstacleTexts.at(static_cast<std::size_t>(obstacle));
+}
+
+std::string shown(const std::string& text) {
+    constexpr std::size_t width = 200;
+    return shortened(text, width);
+}
+
+// An element with a text, though it may be empty: HTML knows no end of elements within their start.
+xml_node add(xml_node parent, const char* name, const std::string& className = "", const std::string& text = "") {
+    xml_node added = parent.append_child(name);
+    if (!className.empty())
+        added.append_attribute("class").set_value(className.c_str());
+    added.append_child(pugi::node_pcdata).set_value(text.c_str());
+    return added;
+}
+
+// An element that never holds anything.
+xml_node addVoid(xml_node parent, const char* name, const char* attribute, const char* value) {
+    xml_node added = parent.append_child(name);
+    added.append_attribute(attribute).set_value(value);
+    return added;
+}
+
+void addText(xml_node parent, const std::string& text) {
+    parent.append_child(pugi::node_pcdata).set_value(text.c_str());
+}
+
+// Nobody who chooses names can know it, so what they may smuggle in is not executed.
+std::string randomNonce() {
+    std::random_device random;
+    std::string nonce;
+    for (int word = 0; word < 4; ++word)
+        nonce += fmt::format("{:08x}", random());
+    return nonce;
+}
+
+class PageWriter {
+public:
+    PageWriter(const AssemblyMap& map, const Report& report) : map_(map), report_(report) {}
+
+    std::string write() {
+        document_.append_child(pugi::node_doctype).set_value("html");
+        xml_node html = add(document_.root(), "html");
+        html.append_attribute("lang").set_value("en");
+        addHead(add(html, "head"));
+        xml_node body = add(html, "body");
+        addSummary(body);
+        addFilter(body);
+        xml_node main = add(body, "main");
+        for (const std::size_t outermost : map_.outermost)
+            addContainers(main, outermost);
+        addTables(body);
+        addCode(body, "script", pageScript);
+        std::ostringstream page;
+        document_.save(page, "", pugi::format_raw | pugi::format_no_declaration, pugi::encoding_utf8);
+        return page.str();
+    }
+
+private:
+    void addHead(xml_node head) {
+        addVoid(head, "meta", "charset", "utf-8");
+        addMeta(head, "name", "viewport", "width=device-width, initial-scale=1");
+        addMeta(head, "http-equiv", "Content-Security-Policy",
+                fmt::format("default-src 'none'; style-src 'nonce-{0}'; script-src 'nonce-{0}'; base-uri 'none'; "
+                            "form-action 'none'",
+                            nonce_));
+        add(head, "title", "", title());
+        addCode(head, "style", pageStyle);
+    }
+
+    static void addMeta(xml_node head, const char* attribute, const char* name, const std::string& content) {
+        addVoid(head, "meta", attribute, name).append_attribute("content").set_value(content.c_str());
+    }
+
+    void addCode(xml_node parent, const char* name, const char* code) const {
+        add(parent, name, "", code).append_attribute("nonce").set_value(nonce_.c_str());
+    }
+
+    std::string title() const {
+        for (const File& file : map_.files)
+            if (file.isOwn)
+                return shown(file.name);
+        return "Full assembly";
+    }
+
+    void addSummary(xml_node body) const {
+        xml_node header = add(body, "header");
+        add(header, "h1", "", title()).append_attribute("dir").set_value("auto");
+        const std::size_t open = map_.filesBehind[0];
+        add(header, "p", open == map_.files.size() ? "answer" : "answer hindered", answer(open));
+        xml_node counts = add(header, "ul", "counts");
+        for (const Report::Fact& fact : report_.facts) {
+            const auto* const text = std::get_if<std::string>(&fact.value);
+            xml_node item = add(counts, "li", "", fact.label + ": ");
+            add(item, "b", "", text ? shown(*text) : std::to_string(std::get<std::int64_t>(fact.value)));
+        }
+        addLegend(header);
+    }
+
+    std::string answer(std::size_t open) const {
+        const std::size_t all = map_.files.size();
+        if (open == all && map_.inaccessibleProjects <= 0)
+            return all == 0 ? "There is no file in this assembly."
+                            : fmt::format("Yes, you can open this: all {} files are open to you.", all);
+        std::string text = fmt::format("You can't open all of this: {} of {} files are open to you", open, all);
+        const char* separator = "; ";
+        for (std::size_t obstacle = map_.filesBehind.size() - 1; obstacle > 0; --obstacle)
+            if (const std::size_t count = map_.filesBehind.at(obstacle); count > 0)
+                text += fmt::format("{}{} {}", std::exchange(separator, ", "), count, obstacleTexts.at(obstacle).label);
+        text += '.';
+        if (map_.inaccessibleProjects > 0)
+            text += fmt::format(" Projects that you can't see at all: {}.", map_.inaccessibleProjects);
+        return text;
+    }
+
+    void addLegend(xml_node header) const {
+        xml_node legend = add(header, "ul", "legend");
+        for (std::size_t obstacle = 0; obstacle < obstacleTexts.size(); ++obstacle) {
+            const ObstacleText& text = obstacleTexts.at(obstacle);
+            xml_node item = add(legend, "li");
+            add(item, "span", std::string("sign ") + text.className, text.sign);
+            addText(item, fmt::format(" {} ({})", text.label, map_.filesBehind.at(obstacle)));
+        }
+        add(legend, "li", "", "\u25C6 directly referenced");
+        add(legend, "li", "", "\u2605 the design itself");
+    }
+
+    static void addFilter(xml_node body) {
+        xml_node form = add(body, "form", "filter");
+        form.append_attribute("hidden");
+        xml_node label = add(form, "label", "", "Filter files ");
+        addVoid(label, "input", "type", "search");
+        add(form, "output").append_attribute("aria-live").set_value("polite");
+    }
+
+    // Without recursion, since the service decides how deep folders are. Browsers bear some hundred levels of elements,
+    // so what is deeper stands beside what it is in.
+    void addContainers(xml_node main, std::size_t outermost) const {
+        struct Open {
+            xml_node parent;
+            std::size_t place;
+            int depth;
+        };
+        constexpr int maxDepth = 64;
+        std::vector<Open> open{{main, outermost, 0}};
+        while (!open.empty()) {
+            const auto [parent, place, depth] = open.back();
+            open.pop_back();
+            const Container& container = map_.containers[place];
+            const xml_node box = addBox(parent, container);
+            for (auto inner = container.containers.rbegin(); inner != container.containers.rend(); ++inner)
+                open.push_back({depth < maxDepth ? box : parent, *inner, depth + 1});
+        }
+    }
+
+    xml_node addBox(xml_node parent, const Container& container) const {
+        constexpr std::array kinds{"Project", "Folder", "Unknown parent"};
+        const ObstacleText& obstacle = textOf(container.obstacle);
+        xml_node box = add(parent, "section", std::string("box ") + obstacle.className);
+        xml_node heading = add(box, "h3");
+        add(heading, "small", "", kinds.at(static_cast<std::size_t>(container.kind)));
+        addText(heading, " ");
+        add(heading, "bdi", "", shown(container.name));
+        if (container.obstacle != Obstacle::NONE) {
+            addText(heading, " ");
+            add(heading, "span", std::string("state ") + obstacle.className,
+                fmt::format("{} {}", obstacle.sign, obstacle.label));
+        }
+        xml_node files = add(box, "div", "files");
+        for (const std::size_t file : container.files)
+            addFile(files, file);
+        return box;
+    }
+
+    void addFile(xml_node parent, std::size_t place) const {
+        const File& file = map_.files[place];
+        const ObstacleText& obstacle = textOf(file.obstacle);
+        xml_node details =
+            add(parent, "details", fmt::format("file {}{}", obstacle.className, file.isOwn ? " own" : ""));
+        details.append_attribute("id").set_value(fmt::format("f{}", place).c_str());
+        xml_node summary = add(details, "summary");
+        addText(summary, fmt::format("{}{}{}", file.isOwn ? "\u2605 " : "", file.isDirect ? "\u25C6 " : "",
+                                     file.obstacle == Obstacle::NONE ? "" : fmt::format("{} ", obstacle.sign)));
+        add(summary, "bdi", "", shown(file.name));
+        add(details, "p", "", shown(file.id));
+        addReferences(details, "refers to", file.refersTo);
+        addReferences(details, "is referred to by", file.referredBy);
+        if (file.unknownReferences > 0)
+            add(details, "p", "", fmt::format("{} more with files that are not in the answer", file.unknownReferences));
+    }
+
+    void addReferences(xml_node details, const char* label, const std::vector<std::size_t>& places) const {
+        if (places.empty())
+            return;
+        add(details, "p", "", fmt::format("{} ({})", label, places.size()));
+        xml_node list = add(details, "ul");
+        for (const std::size_t place : places) {
+            xml_node link = add(add(list, "li"), "a", "", shown(map_.files[place].name));
+            link.append_attribute("href").set_value(fmt::format("#f{}", place).c_str());
+            link.append_attribute("dir").set_value("auto");
+        }
+    }
+
+    void addTables(xml_node body) const {
+        add(body, "h2", "", "Tables");
+        for (const Report::Table& table : report_.tables) {
+            if (table.rows.empty())
+                continue;
+            xml_node details = add(body, "details");
+            add(details, "summary", "", fmt::format("{} ({})", table.title, table.rows.size()));
+            addTable(add(details, "div", "wide"), table);
+        }
+    }
+
+    static void addTable(xml_node parent, const Report::Table& table) {
+        xml_node added = add(parent, "table");
+        xml_node head = add(add(added, "thead"), "tr");
+        for (const Report::Column& column : table.columns)
+            add(head, "th", "", column.label);
+        xml_node rows = add(added, "tbody");
+        for (const auto& row : table.rows) {
+            xml_node line = add(rows, "tr");
+            for (const std::string& cell : row)
+                add(line, "td", "", shown(cell)).append_attribute("dir").set_value("auto");
+        }
+    }
+
+    const AssemblyMap& map_;
+    const Report& report_;
+    const std::string nonce_ = randomNonce();
+    pugi::xml_document document_;
+};
+
+} // namespace
+
+std::string toHTML(const AssemblyMap& map, const Report& report) {
+    return PageWriter(map, report).write();
+}
+
+} // namespace OrvaneHost

@@ -1,0 +1,39 @@
+// The page can be read without this: it adds a filter, and opens what a link leads to.
+const form = document.querySelector('.filter');
+const input = form.querySelector('input');
+const output = form.querySelector('output');
+const files = Array.from(document.querySelectorAll('.file'));
+const boxes = Array.from(document.querySelectorAll('.box')).reverse();
+const names = files.map(function (file) { return file.querySelector('summary').textContent.toLowerCase(); });
+
+function filter() {
+  const wanted = input.value.trim().toLowerCase();
+  let shown = 0;
+  files.forEach(function (file, place) {
+    file.hidden = !names[place].includes(wanted);
+    shown += file.hidden ? 0 : 1;
+  });
+  // Inner boxes come first.
+  for (const box of boxes)
+    box.hidden = wanted !== '' ? !box.querySelector('.file:not([hidden])') : false;
+  output.textContent = shown + ' of ' + files.length + ' files';
+}
+
+function openTarget() {
+  const target = document.getElementById(location.hash.slice(1));
+  if (target instanceof HTMLDetailsElement) {
+    if (target.hidden) {
+      input.value = '';
+      filter();
+    }
+    target.open = true;
+    target.scrollIntoView({ block: 'center' });
+  }
+}
+
+form.hidden = false;
+form.addEventListener('submit', function (event) { event.preventDefault(); });
+input.addEventListener('input', filter);
+window.addEventListener('hashchange', openTarget);
+filter();
+openTarget();
