@@ -47,6 +47,7 @@ public:
         nest();
         sortByName();
         map_.inaccessibleProjects = assembly.getInaccessibleParents();
+        map_.restrictedProjects = assembly.getRestrictedParents();
     }
 
     AssemblyMap take() { return std::move(map_); }

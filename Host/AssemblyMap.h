@@ -48,7 +48,8 @@ struct AssemblyMap {
     std::vector<std::size_t> outermost;                   ///< The containers that are in no other.
     std::vector<File> files;                              ///< In the order of their ids.
     std::array<std::size_t, obstacleCount> filesBehind{}; ///< By obstacle.
-    std::int32_t inaccessibleProjects = 0;                ///< Of which the service tells no more than their number.
+    std::int32_t inaccessibleProjects = 0;                ///< The service says no more about these than their number.
+    std::int32_t restrictedProjects = 0;                  ///< Likewise.
 };
 
 /// Takes time in proportion to the assembly, except for sorting. `root` is the root of the body that the assembly was

@@ -141,7 +141,7 @@ private:
 
     std::string answer(std::size_t open) const {
         const std::size_t all = map_.files.size();
-        if (open == all && map_.inaccessibleProjects <= 0)
+        if (open == all && map_.inaccessibleProjects <= 0 && map_.restrictedProjects <= 0)
             return all == 0 ? "There is no file in this assembly."
                             : fmt::format("Yes, you can open this: all {} files are open to you.", all);
         std::string text = fmt::format("You can't open all of this: {} of {} files are open to you", open, all);
@@ -152,6 +152,8 @@ private:
         text += '.';
         if (map_.inaccessibleProjects > 0)
             text += fmt::format(" Projects that you can't see at all: {}.", map_.inaccessibleProjects);
+        if (map_.restrictedProjects > 0)
+            text += fmt::format(" Restricted projects: {}.", map_.restrictedProjects);
         return text;
     }
 
