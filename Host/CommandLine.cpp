@@ -74,6 +74,7 @@ void addRequestOptions(CLI::App& command, CommandLine& commandLine) {
         ->check(problemOfText);
     command.add_flag("--async", commandLine.async, "Have requests answered on a thread of the HTTP client");
     command.add_flag("--json", commandLine.json, "Print JSON, one line for each URN");
+    command.add_flag("--verbose", commandLine.verbose, "Print each attempt at a request to standard error");
     command.add_flag("--wide", commandLine.wide, "Show texts whole in tables, not the first 80 columns");
 }
 

@@ -25,6 +25,7 @@ struct CommandLine {
     std::string recordFolder;       ///< Empty to record nothing.
     bool async = false;
     bool json = false;
+    bool verbose = false;
     bool wide = false; ///< Whether texts are shown whole in tables.
 
     std::list<std::pair<std::string, std::string>> query;

@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <fmt/format.h>
 #include <stdexcept>
@@ -12,6 +13,15 @@
 namespace OrvaneHost {
 
 namespace {
+
+constexpr const char* bold = "1";
+constexpr const char* boldRed = "1;31";
+
+std::string styled(std::FILE* stream, const char* style, const std::string& text) {
+    const char* const noColor = std::getenv("NO_COLOR");
+    const bool isWanted = !noColor || *noColor == '\0';
+    return isWanted && takesEscapeSequences(stream) ? fmt::format("\x1b[{}m{}\x1b[0m", style, text) : text;
+}
 
 void requireWritten(bool isWritten) {
     if (!isWritten)
@@ -25,13 +35,17 @@ void printOutput(const std::string& text) {
     requireWritten(writeText(stdout, text));
 }
 
+void printHeading(const std::string& line) {
+    printOutput(styled(stdout, bold, line) + '\n');
+}
+
 void flushOutput() {
     requireWritten(std::fflush(stdout) == 0);
 }
 
 void printError(const std::string& line) {
     // Where standard error can't be written there is nobody left to tell.
-    static_cast<void>(writeText(stderr, fmt::format("orvane: {}\n", printable(line))));
+    static_cast<void>(writeText(stderr, fmt::format("{} {}\n", styled(stderr, boldRed, "orvane:"), printable(line))));
 }
 
 } // namespace OrvaneHost

@@ -79,7 +79,7 @@ boost::json::array arrayOf(const Report::Table& table) {
 } // namespace
 
 void printText(const Report& report, bool isWide) {
-    printOutput(cellOf(report.title, isWide) + '\n');
+    printHeading(cellOf(report.title, isWide));
     std::vector<Cells> facts;
     for (const Report::Fact& fact : report.facts)
         facts.push_back({fact.label, cellOf(textOf(fact), isWide)});
@@ -87,7 +87,8 @@ void printText(const Report& report, bool isWide) {
     for (const Report::Table& table : report.tables) {
         if (table.rows.empty())
             continue;
-        printOutput(fmt::format("\n{} ({})\n", table.title, table.rows.size()));
+        printOutput("\n");
+        printHeading(fmt::format("{} ({})", table.title, table.rows.size()));
         printAligned(linesOf(table, isWide));
     }
 }

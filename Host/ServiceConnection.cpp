@@ -4,6 +4,8 @@
 #include "Base/QxBaseCore10/CloudBrowser.h"
 #include "Base/QxBaseCore10/Strings.h"
 #include "HTTPClient/CurlHTTPClient.h"
+#include "Host/AttemptText.h"
+#include "Host/Console.h"
 #include "Host/PathText.h"
 #include "Host/TokenFile.h"
 
@@ -64,7 +66,7 @@ void setServiceUrls(const std::string& service, const std::string& v3Service) {
 
 } // namespace
 
-ServiceConnection::ServiceConnection(const CommandLine& commandLine) {
+ServiceConnection::ServiceConnection(const CommandLine& commandLine) : isVerbose_(commandLine.verbose) {
     Qx::CurlHTTPClientOptions options = optionsFor(commandLine);
     token_ = options.token;
     std::string service = withoutSlashAtEnd(commandLine.service);
@@ -77,14 +79,31 @@ ServiceConnection::ServiceConnection(const CommandLine& commandLine) {
     setServiceUrls(service, v3Service);
     options.tokenOrigins = {service, v3Service};
     options.executor = [this](std::function<void()> completion) { mainThread_.post(std::move(completion)); };
-    options.onResponse = [this](const Qx::HTTPRequest&, const Qx::HTTPResponse& response) { response_ = response; };
-
+    observe(options);
     std::shared_ptr<Qx::IHTTPClient> client = makeClient(options);
     if (!commandLine.recordFolder.empty())
         client = recorder_ = std::make_shared<Orvane::Testing::RecordingHTTPClient>(
             std::move(client), pathOf(commandLine.recordFolder), Orvane::Testing::RecordingOptions{.secret = token_});
     orvanedm_.emplace(std::move(client), optionsName);
     orvanedm_->setAsync(commandLine.async || commandLine.urns.size() > 1);
+    startProgressLine();
+}
+
+void ServiceConnection::observe(Qx::CurlHTTPClientOptions& options) {
+    options.onResponse = [this](const Qx::HTTPRequest&, const Qx::HTTPResponse& response) {
+        progressLine_.stop();
+        response_ = response;
+    };
+    if (isVerbose_)
+        options.onAttempt = [this](const Qx::HTTPAttempt& attempt) { printError(withoutToken(describe(attempt))); };
+    else
+        options.onProgress = [this](const Qx::HTTPProgress& progress) { progressLine_.update(progress); };
+}
+
+// Lines about attempts take its place.
+void ServiceConnection::startProgressLine() {
+    if (!isVerbose_)
+        progressLine_.start();
 }
 
 Qx::Orvanedm& ServiceConnection::orvanedm() {
@@ -96,8 +115,10 @@ std::string ServiceConnection::recordingProblem() const {
 }
 
 void ServiceConnection::runCallbacks(const std::size_t& unanswered) {
-    while (unanswered > 0)
+    while (unanswered > 0) {
+        startProgressLine();
         mainThread_.runNext();
+    }
 }
 
 const Qx::HTTPResponse& ServiceConnection::response() const {

@@ -3,6 +3,7 @@
 #include "Base/QxBaseCore10/Analytics.h"
 #include "Host/CommandLine.h"
 #include "Host/MainThread.h"
+#include "Host/ProgressLine.h"
 #include "Server/Orvane/Orvanedm.h"
 #include "Testing/LocalService.h"
 #include "Testing/RecordingHTTPClient.h"
@@ -13,6 +14,10 @@
 #include <optional>
 #include <string>
 #include <vector>
+
+namespace Qx {
+struct CurlHTTPClientOptions;
+} // namespace Qx
 
 namespace OrvaneHost {
 
@@ -47,9 +52,14 @@ public:
     std::vector<Qx::Analytics::Report> events() const;
 
 private:
+    void observe(Qx::CurlHTTPClientOptions& options);
+    void startProgressLine();
+
     std::optional<Orvane::Testing::LocalService> localService_;
     Orvane::Testing::CapturedEvents events_;
     MainThread mainThread_;
+    bool isVerbose_;
+    ProgressLine progressLine_;
     Qx::HTTPResponse response_;
     std::string token_;
     // After what the client's threads use until it has ended.

@@ -9,4 +9,9 @@ namespace OrvaneHost {
 /// written.
 bool writeText(std::FILE* stream, std::string_view text);
 
+bool isTerminal(std::FILE* stream);
+
+/// Whether the stream is a terminal that understands escape sequences.
+bool takesEscapeSequences(std::FILE* stream);
+
 } // namespace OrvaneHost

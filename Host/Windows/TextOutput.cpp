@@ -5,22 +5,44 @@
 #include <algorithm>
 #include <cerrno>
 #include <io.h>
+#include <optional>
 #include <windows.h>
 
 namespace OrvaneHost {
 
+namespace {
+
+HANDLE handleOf(std::FILE* stream) {
+    return reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream)));
+}
+
+// Empty if the stream is no console.
+std::optional<DWORD> consoleMode(std::FILE* stream) {
+    DWORD mode = 0;
+    return GetConsoleMode(handleOf(stream), &mode) == FALSE ? std::nullopt : std::optional(mode);
+}
+
+} // namespace
+
+bool isTerminal(std::FILE* stream) {
+    return consoleMode(stream).has_value();
+}
+
+// Nothing is switched on here, since it would stay so for the programs that come after.
+bool takesEscapeSequences(std::FILE* stream) {
+    return (consoleMode(stream).value_or(0) & ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+}
+
 // A console takes bytes in a code page of its own, but wide text as it is.
 bool writeText(std::FILE* stream, std::string_view text) {
-    auto* const console = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream)));
-    DWORD mode = 0;
-    if (GetConsoleMode(console, &mode) == FALSE)
+    if (!isTerminal(stream))
         return std::fwrite(text.data(), 1, text.size(), stream) == text.size();
     const std::wstring wide = Qx::ToIString(text);
     constexpr std::size_t most = 8'000; // Of what some consoles take at once.
     for (std::size_t at = 0; at < wide.size();) {
         DWORD written = 0;
         const auto size = static_cast<DWORD>(std::min(most, wide.size() - at));
-        if (WriteConsoleW(console, wide.data() + at, size, &written, nullptr) == FALSE || written == 0) {
+        if (WriteConsoleW(handleOf(stream), wide.data() + at, size, &written, nullptr) == FALSE || written == 0) {
             errno = EIO;
             return false;
         }

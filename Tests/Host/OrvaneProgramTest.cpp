@@ -45,10 +45,10 @@ const char* const programForWindows = std::getenv("ORVANE_FOR_WINDOWS");
 Outcome run(const std::string& arguments, const std::string& token) {
     const std::string base = testing::TempDir() + "orvane-run-" + std::to_string(getpid());
     const bool isScript = arguments.find("$ORVANE") != std::string::npos;
-    const std::string command = std::string("ORVANE=") + (programForWindows ? programForWindows : ORVANE_PROGRAM) +
-                                "; export ORVANE_TOKEN='" + token + "'; ( " +
-                                (isScript ? arguments : "\"$ORVANE\" " + arguments) + "; ) >" + base + ".out 2>" +
-                                base + ".err";
+    const std::string command = std::string("export ORVANE=") +
+                                (programForWindows ? programForWindows : ORVANE_PROGRAM) + " ORVANE_TOKEN='" + token +
+                                "'; ( " + (isScript ? arguments : "\"$ORVANE\" " + arguments) + "; ) >" + base +
+                                ".out 2>" + base + ".err";
     const int status = std::system(command.c_str());
     return {WEXITSTATUS(status), takeFile(base + ".out"), takeFile(base + ".err")};
 }

@@ -22,7 +22,7 @@ check Server/Orvane/Payloads 2 "Base/QxBaseCore10/|Server/Orvane/Payloads/|$expo
 check Server/Orvane 1 'Base/|Server/'
 check HTTPClient 3 'Base/|HTTPClient/'
 check Testing 3 'Base/|Testing/'
-check Host 9 'Base/|Server/|HTTPClient/CurlHTTPClient|Testing/|Host/'
+check Host 9 'Base/|Server/|HTTPClient/[A-Za-z]+\.h|Testing/|Host/'
 check Tests 9 'Base/|Server/|HTTPClient/|Testing/|Host/|Tests/Support/'
 check Benchmarks 1 'Base/|Server/|HTTPClient/CurlHTTPClient|Benchmarks/|Tests/Support/'
 check Fuzz 1 'Base/|Server/|Testing/|Benchmarks/|Fuzz/|Tests/Support/'
