@@ -22,7 +22,7 @@ constexpr std::array forms{Form{Kind::FOLDER_CONTENTS, Method::GET, "/folders/",
                            Form{Kind::FULL_ASSEMBLY, Method::GET, "/versions/", "/fullassembly"},
                            Form{Kind::FULL_ASSEMBLY_ACCESS, Method::POST, "/versions/", "/fullassembly/access"}};
 
-// A "%" that encodes nothing stands for itself.
+// Decodes percent-encoding. A "%" that does not begin an encoded byte is kept.
 std::string decoded(std::string_view text) {
     std::string plain;
     for (std::size_t at = 0; at < text.size(); ++at) {
@@ -46,7 +46,7 @@ std::optional<Endpoint> Endpoint::of(Method method, const std::string& url) {
         const std::size_t start = url.find(form.before);
         if (method != form.method || start == std::string::npos)
             continue;
-        // The URN of a folder is not encoded, so it may hold "?" and "/" too.
+        // The URN of a folder is not encoded, so it may contain "?" and "/".
         const std::size_t urn = start + form.before.size();
         for (std::size_t end = url.find(form.after, urn); end != std::string::npos;
              end = url.find(form.after, end + 1)) {

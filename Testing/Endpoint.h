@@ -7,7 +7,7 @@
 
 namespace Orvane::Testing {
 
-/// A request that the library sends to the service, whatever the service's base URL.
+/// A request that the library sends to the service, identified without the service's base URL.
 struct Endpoint {
     enum class Kind {
         FOLDER_CONTENTS,      ///< GET .../folders/{folder URN}/content
@@ -20,7 +20,8 @@ struct Endpoint {
 
     auto operator<=>(const Endpoint&) const = default;
 
-    /// The request that a method and a URL, or its path, stand for, whatever the query; nothing if it is another one.
+    /// Returns the request that a method and a URL, or just its path, stand for, ignoring the
+    /// query; nothing if it is not one of these.
     static std::optional<Endpoint> of(Qx::HTTPRequest::Method method, const std::string& url);
 };
 

@@ -16,7 +16,7 @@ namespace {
 using Detail::errorResponse;
 using Qx::HTTPResponse;
 
-// The name of the scheme may be in any case.
+// The name of the scheme is case-insensitive.
 bool isBearer(std::string_view authorization, std::string_view token) {
     constexpr std::string_view scheme = "bearer ";
     const auto lower = [](char letter) { return letter >= 'A' && letter <= 'Z' ? letter - 'A' + 'a' : letter; };
@@ -48,7 +48,8 @@ LocalService::LocalService(PreparedAnswers answers, const std::string& token, in
     try {
         server_ = std::make_unique<Detail::Server>(handler, port);
     } catch (const std::system_error& error) {
-        // Boost knows the numbers of Winsock, which the standard library does not.
+        // Works for Winsock's errors too: Boost maps them to these conditions, the standard library
+        // does not.
         if (error.code() == std::errc::address_in_use || error.code() == std::errc::permission_denied)
             throw std::runtime_error(
                 fmt::format("can't listen on port {} of this machine; choose another with --port", port));

@@ -11,29 +11,30 @@ namespace Detail {
 class Server;
 }
 
-/// A stand-in for the Orvane service, on a loopback port, over HTTP/1.1 with keep-alive:
+/// A stand-in for the Orvane service, on a loopback port, over HTTP/1.1 with keep-alive. It serves:
 ///
 ///     GET  /orvanedm/folders/{folder URN}/content
 ///     GET  /orvanedm/v3/versions/{version URN}/fullassembly
 ///     POST /orvanedm/versions/{version URN}/fullassembly/access
 ///
-/// It gives prepared answers, each with its status and headers, also to HEAD instead of GET. A prepared transport
-/// failure becomes a response of status 502. Without the right bearer token it answers 401, and 404 if nothing is
-/// prepared, with a JSON body. It answers from one thread of its own, and needs no copy of a body to send it.
+/// It sends prepared answers, each with its status and headers; HEAD is answered like GET, without
+/// the body. A prepared transport failure becomes a 502. A request without the right bearer token
+/// gets a 401, and one for which nothing is prepared a 404, both with a JSON body. The service runs
+/// on one thread of its own, and sends bodies without copying them.
 class LocalService {
 public:
-    /// Starts to serve. `port` 0 takes any free port. Throws `std::runtime_error` with a message of one line if the
-    /// port is not free or the thread can't be started.
+    /// Starts serving. `port` 0 takes any free port. Throws `std::runtime_error` with a one-line
+    /// message if the port is not free or the thread can't be started.
     LocalService(PreparedAnswers answers, const std::string& token, int port);
     LocalService(const LocalService&) = delete;
     LocalService& operator=(const LocalService&) = delete;
 
-    /// Waits up to a second for the answers that are being sent, and stops.
+    /// Waits up to a second for the answers that are being sent, then stops.
     ~LocalService();
 
     int port() const;
 
-    /// What the options "orvaneServiceUrl" and "orvaneV3ServiceUrl" are to hold.
+    /// The values to give the options "orvaneServiceUrl" and "orvaneV3ServiceUrl".
     std::string baseUri() const;
     std::string baseUriV3() const;
 

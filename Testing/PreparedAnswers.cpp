@@ -24,10 +24,10 @@ constexpr std::array<std::pair<std::string_view, Endpoint::Kind>, 3> folderNames
     {"access", Endpoint::Kind::FULL_ASSEMBLY_ACCESS},
 }};
 
-// In the order of the kinds.
+// In the order of `Endpoint::Kind`.
 constexpr std::array kindNames{"the contents of folder", "the full assembly of", "access to the full assembly of"};
 
-// A text is an answer of status 200, unless it holds errors: then it has the status of the first.
+// Returns the status of the first error, or 200 if there are no errors.
 int statusOf(const Qx::JSONNode& root) {
     const Qx::JSONNode errors(root["errors"]);
     if (errors.begin() == errors.end())
@@ -38,7 +38,7 @@ int statusOf(const Qx::JSONNode& root) {
     return std::from_chars(text.data(), end, status).ptr == end ? status : 0;
 }
 
-// The path and query of a URL.
+// Returns the path and query of a URL.
 std::string withoutHost(const std::string& url) {
     const std::size_t host = url.find("://");
     const std::size_t path = url.find('/', host == std::string::npos ? 0 : host + 3);

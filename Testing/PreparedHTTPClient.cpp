@@ -19,10 +19,10 @@ namespace {
 using Qx::HTTPRequest;
 using Qx::HTTPResponse;
 
-// Takes the response of a request that was sent.
+// Receives the response to a request that was sent.
 using Respond = std::function<void(const HTTPResponse& response)>;
 
-// Requests that were sent together, with their responses as far as they have come.
+// Requests that were sent together, with the responses received so far.
 class Batch {
 public:
     Batch(std::vector<HTTPRequest> requests, Qx::IHTTPClient::BatchCallback callback)
@@ -34,7 +34,8 @@ public:
     std::size_t size() const { return requests_.size(); }
     const HTTPRequest& request(std::size_t index) const { return requests_[index]; }
 
-    // What the callback of the last request throws comes out after that of the batch has run.
+    // Rethrows an exception from the request's callback only after the batch's callback, if it is
+    // due, has run.
     void complete(std::size_t index, const HTTPResponse& response) {
         responses_[index] = response;
         std::exception_ptr thrown;
@@ -64,7 +65,7 @@ private:
 
 } // namespace
 
-// Shared with whoever is completing requests: a completion may destroy the client.
+// Shared with the calls that are completing requests, since a callback may destroy the client.
 struct PreparedHTTPClient::State {
     struct Sent {
         HTTPRequest request;
@@ -87,7 +88,7 @@ struct PreparedHTTPClient::State {
         respond(response);
     }
 
-    // False if there are not so many that wait.
+    // Answers the waiting request at `index`, or returns false if there is none.
     bool complete(std::size_t index, const HTTPResponse* response) {
         std::unique_lock lock(mutex);
         const auto waiting =
@@ -102,7 +103,7 @@ struct PreparedHTTPClient::State {
         return true;
     }
 
-    // To be called under the lock.
+    // Must be called with `mutex` locked.
     HTTPResponse answerTo(const HTTPRequest& request) const {
         if (auto response = answers.find(request.getMethod(), request.getURL()))
             return *std::move(response);

@@ -10,49 +10,55 @@
 
 namespace Orvane::Testing {
 
-/// An HTTP client that sends nothing and gives prepared answers, at once or when the test lets it.
+/// An HTTP client that sends nothing and returns prepared answers, at once or when the test
+/// releases them.
 ///
-/// A request for which there is no answer completes with a failure of kind `REFUSED`, whose reason lists what was
-/// expected. All completions run in the thread that sends the request or lets its answer go, whatever its execution
-/// type says, so that a test is deterministic. It may be used from several threads at once, and a completion may
-/// destroy it.
+/// A request for which there is no answer completes with a failure of kind `REFUSED`, whose reason
+/// lists the requests that were expected. All callbacks run in the thread that sends the request or
+/// releases its answer, regardless of the request's `executionType`, so that tests are
+/// deterministic. The client may be used from several threads at once, and a callback may destroy
+/// it.
 class PreparedHTTPClient : public Qx::IHTTPClient {
 public:
-    /// Without answers every request is unexpected, unless the test holds it and answers it itself.
+    /// Without answers, every request fails as unexpected, unless the test holds it and answers it
+    /// itself.
     explicit PreparedHTTPClient(PreparedAnswers answers = {});
 
-    /// Answers every request with that response.
+    /// Answers every request with `forAny`.
     explicit PreparedHTTPClient(Qx::HTTPResponse forAny);
 
     void queueRequest(Qx::HTTPRequest& request) override;
     void whenAllRequests(std::vector<Qx::HTTPRequest>& requests, BatchCallback callback,
                          Qx::HTTPRequest::ExecutionType executionType) override;
 
-    /// Replaces the answers to requests that come, or are let go, from now on.
+    /// Replaces the answers to all requests that are sent or released from now on.
     void setAnswers(PreparedAnswers answers);
 
-    /// Whether requests wait from now on, instead of being answered at once.
+    /// Sets whether requests sent from now on wait, instead of being answered at once.
     void hold(bool isHolding = true);
 
-    /// How many wait.
+    /// Returns the number of requests that wait.
     std::size_t waiting() const;
 
-    /// Answers the request that has waited longest, the one at `index` among those that wait, or one with a response of
-    /// the test's own. What a completion throws comes out. Throws `std::out_of_range` if there is none.
+    /// Answers the request that has waited longest, or the one at `index` among those that wait,
+    /// with its prepared answer or with `response`. Exceptions from its callback propagate. Throws
+    /// `std::out_of_range` if there is no such request.
     void answerNext();
     void answer(std::size_t index);
     void answer(std::size_t index, const Qx::HTTPResponse& response);
 
-    /// Answers all that wait, in order, those included that completions send meanwhile.
+    /// Answers all requests that wait, in order, including those that callbacks send in the
+    /// meantime.
     void answerAll();
 
-    /// Completes all that wait with a failure of kind `CANCELLED`, as `Qx::CurlHTTPClient::cancelAll` does.
+    /// Completes all requests that wait with a failure of kind `CANCELLED`, as
+    /// `Qx::CurlHTTPClient::cancelAll` does.
     void cancelAll();
 
-    /// All requests so far, in order.
+    /// Returns all requests so far, in order.
     std::vector<Qx::HTTPRequest> requests() const;
 
-    /// Forgets all requests. Those that wait are never answered.
+    /// Forgets all requests. Those that wait will never be answered.
     void clear();
 
 private:

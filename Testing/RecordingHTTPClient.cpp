@@ -30,7 +30,7 @@ public:
             std::filesystem::create_directories(folder_);
             number_ = Detail::lastExchangeIn(folder_);
         });
-        // What an earlier recorder has made up is another's; no body holds so many names.
+        // Starts above all names that an earlier recorder made up; no body contains this many.
         constexpr std::size_t namesOfABody = 10'000'000;
         names_ = Detail::NameMaker(number_ * namesOfABody + 1);
     }
@@ -44,7 +44,7 @@ public:
                                          " can't be given again");
             Detail::Exchange exchange{method, Detail::withoutSecrets(url), Detail::withoutSecrets(response),
                                       std::chrono::duration_cast<std::chrono::microseconds>(time)};
-            constexpr std::size_t secretFrom = 8; // A shorter one is a part of words.
+            constexpr std::size_t secretFrom = 8; // A shorter one could be part of ordinary words.
             if (options_.secret.size() >= secretFrom)
                 exchange.response = Detail::without(options_.secret, exchange.response);
             if (options_.makesUpNames)
@@ -74,7 +74,7 @@ private:
         try {
             problem_ = problem;
         } catch (const std::exception&) {
-            problem_ = "out of memory"; // Short enough for no memory to be needed.
+            problem_ = "out of memory"; // Short enough to need no allocation.
         }
     }
 

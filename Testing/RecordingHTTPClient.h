@@ -11,29 +11,34 @@ namespace Orvane::Testing {
 
 /// How a `RecordingHTTPClient` records.
 struct RecordingOptions {
-    /// Replaces names, ids and whatever else may tell of a customer by made-up texts of the same kind, the same one by
-    /// the same each time, so that a customer may hand out what was recorded. What stays are the service's own words,
-    /// numbers that are no ids, and flags. Bodies that are not JSON are replaced by as many "x".
+    /// Replaces names, ids and anything else that may identify a customer with made-up texts of the
+    /// same kind, so that a customer can share the recording. The same text is always replaced with
+    /// the same text. The service's own words, numbers that are not ids, and booleans are kept. A
+    /// body that is not JSON is replaced with an "x" for each byte.
     bool makesUpNames = false;
 
-    /// A text of 8 bytes or more, such as the token, which is replaced by "***" wherever it stands in a response:
-    /// a service may repeat it. Empty for none.
+    /// A text of at least 8 bytes, such as the token, that is replaced with "***" wherever it
+    /// occurs in a response, since a service may repeat it. Shorter texts, and the empty one, are
+    /// ignored.
     std::string secret{};
 };
 
-/// Stands in front of another HTTP client and keeps each exchange in a folder, from which `PreparedAnswers::fromFolder`
-/// and `orvane serve --data` read it: method, URL, status, headers, the body byte for byte, and how long it took; or
-/// why there was no response. Of several exchanges for one URN, whatever their query, the last is the one that is read.
+/// Wraps another HTTP client and saves each exchange to a folder, from which
+/// `PreparedAnswers::fromFolder` and `orvane serve --data` read it: the method, URL, status,
+/// headers, the body byte for byte, and the time it took; or the reason why there was no response.
+/// Of several exchanges for one URN, whatever their query, only the last is used when the folder is
+/// read.
 ///
-/// It keeps no header of the request, and of the response none whose name says that it may hold a credential
-/// (Set-Cookie, X-Api-Key and the like); of a URL neither a user name and password nor the values of such keys of its
-/// query. A body is kept as it is.
+/// It saves no headers of the request, and no headers of the response whose name suggests a
+/// credential (Set-Cookie, X-Api-Key and the like). From URLs it removes user name, password, and
+/// the values of query parameters with such names. The body is saved unchanged, except as
+/// `RecordingOptions` says.
 ///
-/// If it can't write, requests go on all the same, and `problem` says so. May be used from several threads at once, as
-/// far as the other client may, and several recorders may write into one folder.
+/// If it can't write, requests proceed nevertheless, and `problem` says why. May be used from
+/// several threads at once, if the other client may, and several recorders may write to one folder.
 class RecordingHTTPClient : public Qx::IHTTPClient {
 public:
-    /// Creates the folder if there is none. Exchanges are added to those that it holds.
+    /// Creates the folder if it does not exist. Exchanges are added to those already in it.
     RecordingHTTPClient(std::shared_ptr<Qx::IHTTPClient> client, const std::filesystem::path& folder,
                         RecordingOptions options = {});
     ~RecordingHTTPClient() override;
@@ -42,17 +47,19 @@ public:
     void whenAllRequests(std::vector<Qx::HTTPRequest>& requests, BatchCallback callback,
                          Qx::HTTPRequest::ExecutionType executionType) override;
 
-    /// Why the last exchange that could not be written was not, in one line; empty if all were.
+    /// Returns, in one line, why an exchange could not be saved, the latest if there were several;
+    /// empty if all were saved.
     std::string problem() const;
 
 private:
     class Recorder;
 
-    // Of a request, with the completion that records it first.
+    // Returns a copy of the request whose callback records the exchange before it calls the
+    // original one.
     Qx::HTTPRequest recorded(const Qx::HTTPRequest& request) const;
 
     const std::shared_ptr<Qx::IHTTPClient> client_;
-    const std::shared_ptr<Recorder> recorder_; // Completions may outlive the client.
+    const std::shared_ptr<Recorder> recorder_; // Callbacks may use it after the client is gone.
 };
 
 } // namespace Orvane::Testing

@@ -77,7 +77,7 @@ std::vector<Qx::Analytics::Report> CapturedEvents::all() const {
 
 bool CapturedEvents::waitFor(std::size_t count, std::chrono::milliseconds time) const {
     std::unique_lock lock(events_->mutex);
-    // Longer than anybody waits, but no longer than the clock can count.
+    // Longer than any test waits, but short enough not to overflow the clock.
     const std::chrono::milliseconds atMost = std::min<std::chrono::milliseconds>(time, std::chrono::hours(24));
     return events_->tracked.wait_for(lock, atMost, [&] { return events_->all.size() >= count; });
 }

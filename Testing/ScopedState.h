@@ -11,8 +11,9 @@
 
 namespace Orvane::Testing {
 
-/// A change to the state of the process that ends with this object. Objects that change the same state have to end in
-/// the reverse order of their construction. One that is moved from, or default-constructed, changes nothing.
+/// A change to process-wide state that this object's destructor undoes. Objects that change the
+/// same state must be destroyed in the reverse order of their construction. A moved-from or
+/// default-constructed object does nothing.
 class [[nodiscard]] ScopedState {
 public:
     ScopedState() = default;
@@ -25,22 +26,23 @@ private:
     std::function<void()> restore_;
 };
 
-/// An option of the options set `set` has that value.
+/// Sets an option of the options set `set`.
 ScopedState scopedOption(const std::string& set, const std::wstring& key, const std::wstring& value);
 
-/// The current options set has that name.
+/// Makes the options set `name` the current one.
 ScopedState scopedCurrentOptions(const std::string& name);
 
-/// The flag of that name is on.
+/// Turns the flag `name` on.
 ScopedState scopedFlag(const std::string& name);
 
-/// Full assemblies are asked for with the details of projects that they reach only indirectly.
+/// Makes requests for full assemblies also ask for details of the projects that they reference only
+/// indirectly.
 ScopedState scopedIndirectXRefProjectDetails();
 
-/// Usage events go to `sink`.
+/// Sends usage events to `sink`.
 ScopedState scopedEventSink(Qx::Analytics::EventSink sink);
 
-/// Keeps the usage events that are tracked while it lives, from any thread.
+/// Captures the usage events that are tracked, on any thread, during its lifetime.
 class CapturedEvents {
 public:
     CapturedEvents();
@@ -49,8 +51,8 @@ public:
 
     std::vector<Qx::Analytics::Report> all() const;
 
-    /// Waits until there are at least `count`, since an event comes after the callback of its request. Returns whether
-    /// there are within the time.
+    /// Waits until there are at least `count` events, since an event is tracked only after the
+    /// callback of its request has returned. Returns false if there are fewer after `time`.
     bool waitFor(std::size_t count, std::chrono::milliseconds time = std::chrono::seconds(5)) const;
 
     void clear();

@@ -3,7 +3,7 @@
 namespace Qx {
 
 FlagsManager& FlagsManager::get() {
-    // Never destroyed: threads and destructors that run at the end of the process may still ask.
+    // Never destroyed: threads and destructors that run during process exit may still use it.
     static auto& manager = *new FlagsManager;
     return manager;
 }

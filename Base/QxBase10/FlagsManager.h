@@ -8,11 +8,11 @@
 
 namespace Qx {
 
-/// The feature flags of the process, all off at first. All operations may be called from several threads at
-/// once.
+/// The process-wide feature flags, all off by default. All operations may be called from several
+/// threads at once.
 class QXBASE10_EXPORT FlagsManager {
 public:
-    /// The manager of the process, which lives as long as it.
+    /// Returns the process-wide manager, which is never destroyed.
     static FlagsManager& get();
 
     FlagsManager() = default;
@@ -20,10 +20,10 @@ public:
     FlagsManager& operator=(const FlagsManager&) = delete;
     virtual ~FlagsManager();
 
-    /// Whether the flag of that name is on. The two further arguments are accepted and change nothing.
+    /// Returns whether the flag `name` is on. The other two arguments are ignored.
     virtual bool isFlagEnabled(const std::string& name, bool, int) const;
 
-    /// Turns the flag of that name on or off.
+    /// Turns the flag `name` on or off.
     void setFlag(const std::string& name, bool enabled);
 
 private:

@@ -13,8 +13,9 @@ namespace Qx {
 
 class HTTPResponse;
 
-/// One HTTP request, without a body, that an `IHTTPClient` is to send. A plain value, which may be read from several
-/// threads at once; nothing in it is checked here. Setters replace the previous value, except `setHeader`.
+/// An HTTP request without a body, for an `IHTTPClient` to send. A plain value, which may be read
+/// from several threads at once; it does not validate its contents. Setters replace the previous
+/// value, except `setHeader`, which appends.
 class QXBASE10_EXPORT HTTPRequest {
 public:
     enum class Method : std::int32_t { GET = 0, POST = 1 };
@@ -25,17 +26,18 @@ public:
     };
 
     enum class ExecutionType : std::int32_t {
-        CALLING_THREAD = 0, ///< Answered in the calling thread, before the request is handed back.
-        CLIENT_THREAD = 1,  ///< Answered on a thread of the client; the call returns at once.
+        CALLING_THREAD = 0, ///< The callback runs in the calling thread before the call returns.
+        CLIENT_THREAD = 1,  ///< The call returns at once; the callback runs on a client thread.
     };
 
     using Callback = std::function<void(const HTTPResponse& response)>;
     using Header = std::pair<std::string, std::string>;
 
-    /// An empty request: GET, no authentication, in the calling thread. `location` tells where it was formed.
+    /// An empty GET request, without authentication, for the calling thread. `location` says where
+    /// in the source code it was created.
     explicit HTTPRequest(const boost::source_location& location);
 
-    /// The whole URL, query included.
+    /// The complete URL, including the query.
     const std::string& getURL() const;
     void setURL(const std::string& url);
     void setURL(std::string&& url);
@@ -43,26 +45,26 @@ public:
     AuthType getAuthType() const;
     void setAuthType(AuthType authType);
 
-    /// The headers as name and value, in the order in which they were added.
+    /// The headers as pairs of name and value, in the order in which they were added.
     const std::vector<Header>& getHeaders() const;
-    /// Appends a header, even if there is one of that name already.
+    /// Appends a header, even if there already is one of that name.
     void setHeader(const std::string& name, const std::string& value);
 
     Method getMethod() const;
     void setMethod(Method method);
 
-    /// What the client is to call with the response, once. May be empty: then nobody is told.
+    /// The callback to which the client passes the response, exactly once. May be empty.
     const Callback& getCallback() const;
     void setCallback(const Callback& callback);
 
-    /// The name of the thread that delivers the response, while it does.
+    /// The name to give the client's thread that delivers the response, while it does so.
     const std::string& getThreadName() const;
     void setThreadName(const std::string& threadName);
 
-    /// Where the request was formed.
+    /// Where in the source code the request was created.
     const boost::source_location& getLocation() const;
 
-    /// The thread in which the request is to be answered.
+    /// The thread in which the callback is to run.
     ExecutionType executionType = ExecutionType::CALLING_THREAD;
 
 private:

@@ -7,7 +7,7 @@ namespace Qx {
 
 namespace {
 
-// Header names are ASCII, whatever the locale says of upper and lower case.
+// Compares ignoring case. Header names are ASCII, so the locale must not matter.
 bool isSameLetter(char one, char other) {
     const auto lower = [](char letter) { return letter >= 'A' && letter <= 'Z' ? letter - 'A' + 'a' : letter; };
     return lower(one) == lower(other);

@@ -13,56 +13,59 @@
 
 namespace Qx {
 
-/// What came back for one request: a status, headers and a body, or the reason why nothing did. A copyable value whose
-/// copies share headers and body, which are never written again; may be read from several threads at once.
+/// The outcome of one request: a status, headers and a body, or the reason why there is no
+/// response. A value whose copies share the headers and the body, which are immutable; may be read
+/// from several threads at once.
 class QXBASE10_EXPORT HTTPResponse {
 public:
-    /// Bytes after the body that may be read, so that the parser need not copy it.
+    /// The number of readable bytes after the body, which let the parser work on it without a copy.
     static constexpr std::size_t padding = 64;
 
-    /// Name and value of each header, in the order in which they came.
+    /// The name and value of each header, in the order received.
     using Headers = std::vector<std::pair<std::string, std::string>>;
 
     /// Why there is no response.
     enum class FailureKind : std::int32_t {
         NONE = 0,           ///< There is a response.
-        REFUSED,            ///< The client does not send such a request, or does not follow such a redirect.
-        NETWORK,            ///< No such host, no connection in time, or one that broke.
-        TLS,                ///< No secure connection: a certificate that is not accepted, for example.
-        TIMEOUT,            ///< The response took longer than it may.
-        TOO_LARGE,          ///< The body is larger than it may be.
-        MALFORMED_RESPONSE, ///< What came is no proper HTTP response.
-        CANCELLED,          ///< The application has cancelled the request.
-        CLOSED,             ///< The client was destroyed first.
-        OUT_OF_MEMORY,      ///< There was no memory for the request or the response.
+        REFUSED,            ///< The client refused to send the request or to follow a redirect.
+        NETWORK,            ///< Unknown host, no connection in time, or a broken connection.
+        TLS,                ///< No secure connection, for example because of a bad certificate.
+        TIMEOUT,            ///< The response took longer than allowed.
+        TOO_LARGE,          ///< The body is larger than allowed.
+        MALFORMED_RESPONSE, ///< What arrived is not a valid HTTP response.
+        CANCELLED,          ///< The application cancelled the request.
+        CLOSED,             ///< The client was destroyed before the request completed.
+        OUT_OF_MEMORY,      ///< Memory ran out for the request or the response.
     };
 
     /// A transport failure of kind `NETWORK`, without a reason.
     HTTPResponse() = default;
 
-    /// A response of the service. The body is held without a copy if it has room for `padding` more bytes.
+    /// A response from the service. Takes over `body` without a copy if its capacity has room for
+    /// `padding` more bytes.
     HTTPResponse(int status, std::string body, Headers headers = {});
 
-    /// A failure that left no response: status 0, no body, no headers, and a reason of one line.
+    /// Returns a failure without a response: status 0, no body, no headers, and a one-line reason.
     static HTTPResponse transportFailure(FailureKind kind, std::string reason);
 
-    /// True for a status of 200 to 299.
+    /// Returns true for a status of 200 to 299.
     bool isSuccessful() const;
 
     /// The HTTP status, or 0 for a transport failure.
     int getStatus() const;
 
-    /// The body, decoded. Good as long as this response or a copy of it lives.
+    /// The decoded body. Valid as long as this response or a copy of it exists.
     std::string_view getBody() const;
 
-    /// The headers of the response, those of redirects before it not included. Good as long as this response or a copy
-    /// of it lives.
+    /// The headers of the response, without those of any redirects before it. Valid as long as this
+    /// response or a copy of it exists.
     const Headers& getHeaders() const;
 
-    /// The value of the first header of that name, whatever the case of its letters; nothing if there is none.
+    /// Returns the value of the first header called `name`, ignoring case, or nothing.
     std::optional<std::string> getHeader(std::string_view name) const;
 
-    /// Why there is no response: what to act upon, and one line for a person, which is empty if there is one.
+    /// Why there is no response: a kind that a program can act on, and a one-line reason for
+    /// people, which is empty if there is a response.
     FailureKind getFailureKind() const;
     const std::string& getReason() const;
 

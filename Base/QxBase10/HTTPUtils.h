@@ -8,15 +8,17 @@ class HTTPResponse;
 class JSONNode;
 class Status;
 
-/// What is done with responses. May be used from several threads at once.
+/// Operations on responses. May be used from several threads at once.
 class QXBASE10_EXPORT HTTPUtils {
 public:
     HTTPUtils() = delete;
 
-    /// Parses the response's body, whatever its status, into `node` and gives true. If the body is not JSON, as
-    /// an empty one is not, or the parser runs out of memory: false, `node` untouched, the reason in `status`. Where
-    /// there is no memory for the node itself, `std::bad_alloc` is thrown. Linear in the length of the body, which is
-    /// not copied and may go away afterwards.
+    /// Parses the body of the response, whatever the response's status, into `node` and returns
+    /// true. If the body is not JSON (an empty one is not), or the parser runs out of memory,
+    /// returns false, leaves `node` unchanged and puts the reason into `status`. Throws
+    /// `std::bad_alloc` if there is no memory for the node itself. Linear in the length of the
+    /// body, which need not outlive the call and is copied only if it has to be repaired (see
+    /// `JSONNode`).
     static bool extractJSON(Status& status, const HTTPResponse& response, JSONNode& node);
 };
 

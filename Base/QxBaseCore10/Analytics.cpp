@@ -10,7 +10,7 @@ namespace {
 std::mutex sinkMutex;
 
 EventSink& installedSink() {
-    // Never destroyed: threads and destructors that run at the end of the process may still track events.
+    // Never destroyed: threads and destructors that run during process exit may still track events.
     static auto& sink = *new EventSink;
     return sink;
 }

@@ -15,15 +15,16 @@ struct QXBASECORE10_EXPORT Report {
     std::unordered_map<std::wstring, std::wstring> properties;
 };
 
-/// Takes an event during the call, in the thread that tracks it. `now` asks for the event to be sent at once
-/// rather than with the next batch.
+/// Receives each event, in the thread that tracks it; the event is valid only during the call.
+/// `now` means that the event should be sent at once rather than with the next batch.
 using EventSink = std::function<void(const Report& report, bool now)>;
 
-/// Installs the sink of the process and returns the one before it. An empty sink drops events, as at first. A plug-in
-/// has to install that again before it is unloaded, as with an `ICloudBrowser`: the sink's code goes with it.
+/// Installs the process-wide sink and returns the previous one. An empty sink, the default, drops
+/// events. A plug-in must restore the previous sink before it is unloaded, since the code of its
+/// own sink is unloaded with it; the same applies to an `ICloudBrowser`.
 QXBASECORE10_EXPORT EventSink setEventSink(EventSink sink);
 
-/// Hands the event to the sink, or drops it where there is none. What the sink throws passes through.
+/// Passes the event to the sink, or drops it if there is none. Exceptions from the sink propagate.
 QXBASECORE10_EXPORT void trackEvent(Report& report, bool now);
 
 } // namespace Qx::Analytics

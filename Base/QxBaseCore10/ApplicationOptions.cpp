@@ -3,7 +3,7 @@
 namespace Qx {
 
 std::shared_ptr<ApplicationOptions> ApplicationOptions::get(const std::string& name) {
-    // Never destroyed: threads and destructors that run at the end of the process may still ask.
+    // Never destroyed: threads and destructors that run during process exit may still use them.
     static std::mutex mutex;
     static auto& sets = *new std::map<std::string, std::shared_ptr<ApplicationOptions>>;
 

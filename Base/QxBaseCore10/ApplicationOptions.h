@@ -9,21 +9,21 @@
 
 namespace Qx {
 
-/// A named set of options, wide key to wide value. The sets are process-wide and live as long as the process
-/// or whoever holds one. All operations may be called from several threads at once.
+/// A named set of options, with wide-string keys and values. The sets are process-wide and are
+/// never destroyed. All operations may be called from several threads at once.
 class QXBASECORE10_EXPORT ApplicationOptions {
 public:
-    /// The set of that name, never null: it is created, empty, when it is first asked for. The empty name
-    /// names a set like any other.
+    /// Returns the set called `name`, never null. An empty set is created on first use. The empty
+    /// name is a name like any other.
     static std::shared_ptr<ApplicationOptions> get(const std::string& name);
 
-    /// Sets the key, in place of what it held.
+    /// Sets the value of `key`, replacing any previous one.
     void set(const std::wstring& key, const std::wstring& value);
-    /// Makes the key one that is not set.
+    /// Removes `key`, if it is set.
     void unset(const std::wstring& key);
 
-    /// Copies the value to `value` and gives true if the key is set; else leaves `value` as it is and gives
-    /// false.
+    /// If `key` is set, copies its value to `value` and returns true; otherwise leaves `value`
+    /// unchanged and returns false.
     bool tryGet(const std::wstring& key, std::wstring& value) const;
 
 private:

@@ -19,7 +19,7 @@ private:
 std::mutex installedMutex;
 
 std::shared_ptr<ICloudBrowser>& installedBrowser() {
-    // Never destroyed: threads and destructors that run at the end of the process may still ask.
+    // Never destroyed: threads and destructors that run during process exit may still use it.
     static auto& browser = *new std::shared_ptr<ICloudBrowser>(std::make_shared<NamedOptionsBrowser>(""));
     return browser;
 }

@@ -8,28 +8,30 @@
 
 namespace Qx {
 
-/// What the application says of the cloud service that its user is signed in to.
+/// Tells the library about the cloud service that the application's user is signed in to.
 class QXBASECORE10_EXPORT ICloudBrowser {
 public:
     virtual ~ICloudBrowser();
 
-    /// The name of the options set in use, to be handed to `ApplicationOptions::get`. Called from any thread.
+    /// Returns the name of the current options set, for `ApplicationOptions::get`. Called from any
+    /// thread.
     virtual std::string currentOptionsName() const = 0;
 
-    /// The installed object, never null: at first one whose options set has the empty name. May be called
-    /// from several threads at once, also beside `install`.
+    /// Returns the installed object, never null; by default, one whose options set has the empty
+    /// name. May be called from several threads at once, also concurrently with `install`.
     static std::shared_ptr<ICloudBrowser> get();
 
-    /// Installs the host's own object and gives the one before it. Null installs the first one again.
+    /// Installs the application's own object and returns the previous one. Null restores the
+    /// default.
     static std::shared_ptr<ICloudBrowser> install(std::shared_ptr<ICloudBrowser> browser);
 
-    /// Installs an object whose options set has this name and gives the one before it.
+    /// Installs an object whose options set is `optionsName` and returns the previous object.
     static std::shared_ptr<ICloudBrowser> installOptionsName(const std::string& optionsName);
 };
 
 namespace CloudBrowser::Relationship {
 
-/// What ties two versions together.
+/// How two versions are related.
 enum class RelationType : std::int32_t { OTHER = 0, DERIVED = 1, DEPENDENCY = 2, XREF = 3, AUXILIARY = 4 };
 
 } // namespace CloudBrowser::Relationship

@@ -19,7 +19,7 @@ std::string_view withoutByteOrderMark(std::string_view text) {
     return text.starts_with(byteOrderMark) ? text.substr(byteOrderMark.size()) : text;
 }
 
-// A parsed text in which any place leads back to its shared ownership.
+// A parsed document whose shared ownership can be recovered from any place in it.
 class SharedDocument : public simdjson::dom::document, public std::enable_shared_from_this<SharedDocument> {};
 
 std::shared_ptr<const simdjson::dom::document> ownerOf(const Detail::JSONPlace& place) {
@@ -29,8 +29,9 @@ std::shared_ptr<const simdjson::dom::document> ownerOf(const Detail::JSONPlace& 
     return static_cast<const SharedDocument*>(document)->shared_from_this();
 }
 
-// The parser would make room itself, but for a large text most of the time then goes into page faults
-// (docs/performance.md has figures).
+// Allocates the buffers for a large text in advance, and asks for large pages. The parser would
+// allocate them itself, but would then spend most of its time on page faults (docs/performance.md
+// has figures).
 simdjson::error_code makeRoom(std::size_t bytes, simdjson::dom::parser& parser, simdjson::dom::document& document) {
     const std::size_t largestBuffer = bytes * sizeof(std::uint64_t);
     if (largestBuffer < Detail::largePagesFrom)
@@ -39,14 +40,14 @@ simdjson::error_code makeRoom(std::size_t bytes, simdjson::dom::parser& parser, 
         return error;
     if (const simdjson::error_code error = document.allocate(bytes))
         return error;
-    // What the parser has made room for, or a little less.
+    // The sizes that the parser has allocated, or slightly less.
     Detail::preferLargePages(parser.implementation->structural_indexes.get(), bytes * sizeof(std::uint32_t));
     Detail::preferLargePages(document.tape.get(), largestBuffer);
     Detail::preferLargePages(document.string_buf.get(), bytes / 3 * 5);
     return simdjson::SUCCESS;
 }
 
-// The document of a text and the place of its root, or why there is none.
+// A parsed document and the index of its root, or the error.
 struct Parsed {
     simdjson::error_code error = simdjson::SUCCESS;
     std::shared_ptr<const simdjson::dom::document> document;
@@ -65,7 +66,8 @@ Parsed parseAsItIs(std::string_view json, std::size_t padding) {
     return {simdjson::SUCCESS, std::move(document), Detail::toPlace(root.value_unsafe()).index};
 }
 
-// What a text comes to that was refused as it is.
+// Parses a repaired copy of JSON that the parser has rejected; returns `refused` if there is
+// nothing to repair.
 Parsed parseMended(std::string_view json, Parsed refused) {
     std::string mended;
     try {
@@ -83,7 +85,7 @@ Parsed parseText(std::string_view text, std::size_t padding) {
     const std::string_view json = withoutByteOrderMark(text);
     if (json.empty())
         return {simdjson::EMPTY, nullptr, 0};
-    // A parser that skips a mark itself would take a text with two.
+    // The parser may skip a mark itself, and would then accept a text with two.
     if (json.starts_with(byteOrderMark))
         return {simdjson::TAPE_ERROR, nullptr, 0};
     Parsed parsed = parseAsItIs(json, padding);
@@ -99,7 +101,8 @@ Parsed parseText(std::string_view text, std::size_t padding) {
 
 using Member = simdjson::dom::object::iterator;
 
-// The first member of that key, if `place` is that of an object that has one.
+// Returns the first member called `key` of the object at `place`; nothing if there is no such
+// member, or the value is not an object.
 std::optional<Member> findMember(const Detail::JSONPlace& place, std::string_view key) {
     simdjson::dom::object object;
     if (Detail::elementAt(place).get(object) != simdjson::SUCCESS)

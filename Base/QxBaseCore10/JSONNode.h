@@ -16,18 +16,19 @@ namespace Qx {
 
 class Status;
 
-/// A JSON value that shares ownership of the document it stands in.
+/// A JSON value that shares ownership of the document it belongs to.
 ///
 ///     const Qx::JSONNode root(R"({"data":{"id":"urn:x"},"files":["a","b"]})");
 ///     const std::string id = root.exists("data") ? Qx::JSONNode(root["data"])["id"].asHString("") : "";
 ///     for (const Qx::JSONRef file : Qx::JSONNode(root["files"])) std::cout << file.asHString("none") << '\n';
 ///
-/// Copying a node and taking out a child cost a reference count each, never a subtree, and walking an array costs
-/// not even that. A document is not written after parsing, so one node, or several of one document, may be read from
-/// several threads at once. No operation throws for any JSON or any bytes; parsing and `toText` may throw
-/// `std::bad_alloc`.
+/// Copying a node, or making a node of a child, costs one reference-count update and never copies a
+/// subtree; iterating over an array costs not even that. A document is immutable after parsing, so
+/// one node, or several nodes of one document, may be read from several threads at once. No
+/// operation throws because of its input, be it malformed JSON or arbitrary bytes; parsing and
+/// `toText` may throw `std::bad_alloc`.
 ///
-/// Of a key that an object holds twice, the first counts.
+/// If an object contains a key more than once, the first occurrence is used.
 class QXBASECORE10_EXPORT JSONNode {
 public:
     class const_iterator;
@@ -35,50 +36,55 @@ public:
     /// The null node.
     JSONNode() = default;
 
-    /// Parses UTF-8 text, with or without a byte order mark. Text that is not JSON (nested deeper than 1024 levels, the
-    /// innermost value counted, or with anything after the value) gives the null node; where there is no
-    /// memory for it, `std::bad_alloc` comes out. Linear in the length of the text.
+    /// Parses UTF-8 text, with or without a byte order mark. Text that is not valid JSON, is nested
+    /// deeper than 1024 levels (counting the innermost value), or has anything after the value
+    /// results in the null node. Throws `std::bad_alloc` when memory runs out. Linear in the length
+    /// of the text.
     ///
-    /// An odd value does not cost the others. In strings and keys an escaped surrogate without its other half, and each
-    /// byte that is no part of UTF-8, become U+FFFD. An integer beyond 64 bits, or a number too large for a double,
-    /// becomes a string of its digits as they came. A text with such a value is parsed from a changed copy, which takes
-    /// longer.
+    /// Some values are repaired, so that one bad value does not make the whole text unreadable. In
+    /// strings and keys, an escaped unpaired surrogate, and each byte that is not part of valid
+    /// UTF-8, becomes U+FFFD. An integer beyond 64 bits, or a number too large for a double,
+    /// becomes a string of its digits, exactly as in the text. Text with such a value is parsed
+    /// from a repaired copy, which takes longer.
     explicit JSONNode(const std::string& text);
 
-    /// The value that `ref` refers to. It outlives the reference and the node that gave it.
+    /// The value that `ref` refers to. Remains valid after the reference, and the node that it came
+    /// from, are gone.
     explicit JSONNode(const JSONRef& ref);
 
-    /// True if this is an object that has `key`, also when the key's value is null. Linear in the number of
-    /// the object's keys.
+    /// Returns true if this is an object that contains `key`, even with the value null. Linear in
+    /// the number of the object's keys.
     bool exists(const char* key) const { return has(key); }
     bool exists(std::nullptr_t) const = delete;
 
-    /// The value under `key`, or a null reference if this is no object or lacks the key. Good as long as any node of
-    /// the document lives. Linear in the number of the object's keys, but quick for the key that `exists` has just
-    /// found in this node.
+    /// Returns the value of `key`, or a null reference if this is not an object or lacks the key.
+    /// Valid as long as any node of the document exists. Linear in the number of the object's keys,
+    /// but fast for the key that `exists` has just found in this node.
     JSONRef operator[](const char* key) const { return at(key); }
     JSONRef operator[](std::nullptr_t) const = delete;
 
-    /// True for an array, also an empty one.
+    /// Returns true for an array, even an empty one.
     bool isArray() const;
 
-    /// The elements of an array, in order; an empty range for anything else. Good as long as any node of the document
-    /// lives.
+    /// The elements of an array, in order; an empty range for anything else. Valid as long as any
+    /// node of the document exists.
     const_iterator begin() const;
     const_iterator end() const;
 
-    /// The node as compact JSON text. Linear in its size.
+    /// Returns the value as compact JSON text. Linear in its size.
     std::string toText() const;
 
-    /// Parses as the constructor does, but reports failure: returns the root, or nothing with the reason in `status`,
-    /// also if the parser itself runs out of memory. `padding` is how many bytes after `text` may be read; with 64 or
-    /// more the parser works on `text` itself, with fewer on a copy.
+    /// Parses as the constructor does, but reports failure: returns the root, or returns nothing
+    /// and puts the reason into `status`, also if the parser itself runs out of memory. `padding`
+    /// is the number of readable bytes after `text`: with 64 or more the parser works on `text`
+    /// itself, with fewer on a copy.
     static std::optional<JSONNode> parse(std::string_view text, Status& status, std::size_t padding = 0);
 
 private:
-    // Where `exists` found its key, for the `operator[]` that follows; 0 is nowhere. It is checked before it is
-    // believed, so threads that read one node may overwrite it. A node that is copied, moved or assigned starts
-    // without, since the place means nothing in another document.
+    // The index of the member that `exists` found last, a hint for the `operator[]` that usually
+    // follows; 0 means none. It is checked before it is used, so threads that read the same node
+    // may overwrite it. Copying, moving and assigning reset it, since an index means nothing in
+    // another document.
     class FoundMember {
     public:
         FoundMember() = default;
@@ -94,7 +100,8 @@ private:
         std::atomic<std::size_t> index_ = 0;
     };
 
-    // Behind inline operations, so that the length of a literal key is known where it is compiled.
+    // The inline operations above call these, so that the length of a literal key is computed at
+    // compile time.
     bool has(std::string_view key) const;
     JSONRef at(std::string_view key) const;
 
@@ -107,8 +114,8 @@ private:
     mutable FoundMember found_;
 };
 
-/// A place in the walk over an array, good as long as any node of the document lives. Compare places of one walk
-/// only, and neither read nor advance its end.
+/// An iterator over an array, valid as long as any node of the document exists. Compare only
+/// iterators over the same array, and neither dereference nor increment its end.
 class QXBASECORE10_EXPORT JSONNode::const_iterator {
 public:
     using iterator_category = std::input_iterator_tag;

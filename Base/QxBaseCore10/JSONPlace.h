@@ -4,8 +4,8 @@
 
 namespace Qx::Detail {
 
-/// The place of one value in a parsed JSON text, without a share in its ownership. Without a document it stands for
-/// null.
+/// The place of one value in a parsed JSON document, which it does not own. Without a document it
+/// represents null.
 struct JSONPlace {
     const void* document = nullptr;
     std::size_t index = 0;

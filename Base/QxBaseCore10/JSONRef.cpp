@@ -12,7 +12,7 @@ namespace Qx {
 
 namespace {
 
-// Room for any 64-bit integer and for the shortest text of any double.
+// Large enough for any 64-bit integer and for the shortest representation of any double.
 using NumberText = std::array<char, 32>;
 
 template <class Number>
@@ -21,7 +21,8 @@ std::string_view format(Number number, NumberText& buffer) {
     return {buffer.data(), static_cast<std::size_t>(result.ptr - buffer.data())};
 }
 
-// Calls `store` with the value's text, if it has one. The text lives only during the call.
+// If the value can be converted to text, calls `store` with the text, which is valid only during
+// the call, and returns true.
 template <class Store>
 bool storeText(const Detail::JSONPlace& place, Store store) {
     if (!place.document)

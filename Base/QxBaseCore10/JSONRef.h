@@ -8,34 +8,37 @@
 
 namespace Qx {
 
-/// One value of a JSON document: an object's member or an array's element.
+/// A reference to one value of a JSON document: an object's member or an array's element.
 ///
-/// A reference is a view: it is good as long as any node of the document lives, and costs nothing to copy. Make a
-/// `JSONNode` of it to keep the value. It is read-only and may be used from several threads at once. No operation
-/// throws for what the JSON holds; one that makes a string may throw `std::bad_alloc`.
+/// A reference is a view: it is valid as long as any node of the document exists, and is cheap to
+/// copy. Make a `JSONNode` from it to keep the value. It is read-only and may be used from several
+/// threads at once. No operation throws because of what the JSON contains; one that creates a
+/// string may throw `std::bad_alloc`.
 class QXBASECORE10_EXPORT JSONRef {
 public:
     /// A reference to null.
     JSONRef() = default;
 
-    /// True for an explicit null, and for a reference to nothing.
+    /// Returns true for an explicit null, and for a reference to nothing, such as a missing key.
     bool isNull() const;
 
-    /// Writes the value into `destination` and returns true. A string gives its text, a boolean "true" or "false", an
-    /// integer its decimal digits, any other number the shortest text that reads back as the same number; an integer
-    /// beyond 64 bits, or a number too large for a double, gives its digits as they came. For anything else, null
-    /// included, the destination stays as it was and the result is false. The wide form converts as `ToIString` does.
+    /// Stores the value in `destination` as text and returns true: a string as it is, a boolean as
+    /// "true" or "false", an integer as its decimal digits, any other number as the shortest text
+    /// that reads back as the same number; an integer beyond 64 bits, or a number too large for a
+    /// double, with its digits exactly as in the JSON. For anything else, including null, leaves
+    /// `destination` unchanged and returns false. The wide overload converts as `ToIString` does.
     bool get(std::string& destination) const;
     bool get(std::wstring& destination) const;
 
-    /// Writes a JSON boolean. For anything else the destination stays as it was and the result is false.
+    /// Stores a JSON boolean and returns true. For anything else, leaves `destination` unchanged
+    /// and returns false.
     bool get(bool& destination) const;
 
-    /// Writes a JSON integer within the range of 32 bits. For anything else the destination stays as it
-    /// was and the result is false.
+    /// Stores a JSON integer that fits in 32 bits and returns true. For anything else, leaves
+    /// `destination` unchanged and returns false.
     bool get(std::int32_t& destination) const;
 
-    /// The value as the narrow `get` writes it, or `defaultText` where that gives false.
+    /// Returns the text that the narrow `get` would store, or `defaultText` if that returns false.
     std::string asHString(const std::string& defaultText) const;
 
 private:

@@ -6,13 +6,13 @@
 
 namespace Qx {
 
-/// Tells whether an operation that takes one has succeeded, and if not, why. A plain value.
+/// Says whether an operation succeeded and, if not, why. A plain value.
 class QXBASECORE10_EXPORT Status {
 public:
     /// Success.
     Status() = default;
 
-    /// A failure, with its reason in one line for a person.
+    /// Returns a failure with a one-line, human-readable reason.
     static Status failure(std::string reason);
 
     bool isOk() const;

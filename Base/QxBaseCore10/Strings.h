@@ -7,11 +7,13 @@
 
 namespace Qx {
 
-/// UTF-8 to wide text: UTF-32, or UTF-16 where `wchar_t` has 16 bits. Each byte that is no part of valid
-/// UTF-8 becomes U+FFFD; only an allocation can throw. Linear in the length of the text.
+/// Converts UTF-8 to wide text: UTF-32, or UTF-16 where `wchar_t` has 16 bits. Each byte that is
+/// not part of valid UTF-8 becomes U+FFFD; only an allocation can throw. Linear in the length of
+/// the text.
 QXBASECORE10_EXPORT std::wstring ToIString(std::string_view text);
 
-/// Wide text to UTF-8, the reverse of `ToIString`. What is no character becomes U+FFFD.
+/// Converts wide text to UTF-8, the reverse of `ToIString`. Each unit that is not part of a valid
+/// character becomes U+FFFD.
 QXBASECORE10_EXPORT std::string ToHString(std::wstring_view text);
 
 } // namespace Qx

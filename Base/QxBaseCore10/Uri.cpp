@@ -13,7 +13,8 @@ namespace {
 
 constexpr auto urlChars = boost::urls::unreserved_chars + boost::urls::gen_delim_chars + boost::urls::sub_delim_chars;
 
-// Writes in place: the encoder's own form that makes a string ends the program where there is no memory for one.
+// Writes in place, because the encoder's overload that returns a string terminates the program when
+// memory runs out.
 template <class CharSet>
 void appendEncoded(std::string& text, std::string_view part, const CharSet& unencoded) {
     const std::size_t start = text.size();
@@ -22,7 +23,7 @@ void appendEncoded(std::string& text, std::string_view part, const CharSet& unen
     boost::urls::encode(text.data() + start, size, part, unencoded);
 }
 
-// What is encoded already stays so: the encoder gets only what stands between the percent signs.
+// Leaves what is already encoded as it is: only the text between percent signs goes to the encoder.
 std::string encodeBetweenPercentSigns(std::string_view text) {
     std::string encoded;
     while (true) {

@@ -7,22 +7,24 @@
 
 namespace Qx {
 
-/// A URL as text. A plain value; may be read from several threads at once. It keeps any text, valid or not, and changes
-/// it only by `SetQueryVariable`.
+/// A URL as text. A plain value; may be read from several threads at once. It holds any text, valid
+/// or not, and only `SetQueryVariable` changes it.
 class QXBASECORE10_EXPORT Uri {
 public:
     explicit Uri(std::string text);
 
-    /// The URL. With `encoded`, every byte that may not stand in a URL (blanks, controls, non-ASCII, quotes
-    /// and the like) is percent-encoded and all else, "%" included, is unchanged; without, the text as it is.
+    /// Returns the URL. If `encoded` is true, every byte that is not allowed in a URL (spaces,
+    /// control characters, non-ASCII, quotes and the like) is percent-encoded, and everything else,
+    /// including "%", is unchanged; if it is false, the text is returned as it is.
     std::string ToString(bool encoded) const;
 
-    /// Appends the pair "key=value" to the query, before any fragment. All of `key`
-    /// and `value` but letters, digits and "-._~" is percent-encoded. A key that is there already is added
+    /// Appends "key=value" to the query, before any fragment. Everything in `key` and `value`
+    /// except letters, digits and "-._~" is percent-encoded. A key that already exists is added
     /// again.
     void SetQueryVariable(std::string_view key, std::string_view value);
 
-    /// `text` with all but letters, digits and "-._~" percent-encoded, in upper-case hexadecimal.
+    /// Returns `text` with everything except letters, digits and "-._~" percent-encoded, in
+    /// upper-case hexadecimal.
     static std::string UriEncode(std::string_view text);
 
 private:

@@ -5,8 +5,8 @@
 /// Process-wide switches. May be read and set from several threads at once.
 namespace Qx::Utility {
 
-/// Whether a full assembly is asked for with the details of projects that it reaches only indirectly. Off at
-/// first.
+/// Whether requests for a full assembly also ask for details of the projects that it references
+/// only indirectly. Off by default.
 QXBASECORE10_EXPORT bool indirectXRefProjectDetailsEnabled();
 QXBASECORE10_EXPORT void setIndirectXRefProjectDetailsEnabled(bool enabled);
 

@@ -1,4 +1,4 @@
-// Lists what is in a folder.
+// Lists the contents of a folder.
 //
 //     ORVANE_TOKEN=... ListFolder SERVICE-URL FOLDER-URN
 
@@ -14,7 +14,7 @@
 
 namespace {
 
-// The names of the files and folders in the answer, whose shape is the service's affair.
+// Prints the names of the folders and files in the answer, whose structure the service defines.
 void show(const Qx::JSONNode& contents) {
     const Qx::JSONNode included(contents["included"]);
     for (const char* kind : {"folders", "files"})
@@ -41,7 +41,7 @@ int main(int argc, char** argv) {
     };
     Qx::Orvanedm orvanedm(std::make_shared<Qx::CurlHTTPClient>(options), "main");
 
-    // Not asynchronous, so the callback runs before the call returns.
+    // The client is not asynchronous, so the callback runs before the call returns.
     bool hasSucceeded = false;
     orvanedm.getFolderContents(Orvane::FolderContentLink::fromUrn(argv[2], "main"), {},
                                [&](bool success, const Qx::JSONNode& contents) {

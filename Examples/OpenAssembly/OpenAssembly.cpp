@@ -1,5 +1,5 @@
-// Opens a design as an application does: the request runs in the background, its result arrives in the main thread,
-// progress and each attempt are shown, the token is renewed, and Ctrl-C cancels.
+// Opens a design as an application does: the request runs in the background, its result arrives on
+// the main thread, progress and each attempt are shown, the token is renewed, and Ctrl-C cancels.
 //
 //     ORVANE_TOKEN=... OpenAssembly SERVICE-URL VERSION-URN
 
@@ -18,7 +18,7 @@
 
 namespace {
 
-// Stands for the event loop of the user interface.
+// Represents the event loop of the user interface.
 class MainThreadQueue {
 public:
     void post(std::function<void()> task) {
@@ -27,7 +27,7 @@ public:
         changed_.notify_one();
     }
 
-    // Runs the next task, if one comes soon.
+    // Runs the next task, if one arrives soon.
     void runNext() {
         std::unique_lock lock(mutex_);
         if (!changed_.wait_for(lock, std::chrono::milliseconds(20), [this] { return !tasks_.empty(); }))
@@ -44,7 +44,7 @@ private:
     std::deque<std::function<void()>> tasks_;
 };
 
-// Stands for the application's sign-in: its first token has expired.
+// Represents the application's sign-in, whose first token has expired.
 std::string currentToken(const std::string& refusedToken) {
     const char* token = std::getenv("ORVANE_TOKEN");
     return refusedToken.empty() || !token ? "expired" : token;
@@ -61,7 +61,7 @@ Qx::CurlHTTPClientOptions optionsFor(const std::string& service) {
     return options;
 }
 
-// Why there is no design, for the user.
+// Tells the user why there is no design.
 std::string explain(const Qx::HTTPResponse& response) {
     return response.getStatus() == 0 ? response.getReason() : std::to_string(response.getStatus()) + ", no such design";
 }
@@ -91,16 +91,16 @@ int main(int argc, char** argv) {
     std::signal(SIGINT, [](int) { isInterrupted = 1; });
     Qx::ApplicationOptions::get("main")->set(L"orvaneV3ServiceUrl", Qx::ToIString(argv[1]) + L"/v3");
     MainThreadQueue mainThread;
-    Qx::HTTPResponse response; // For which a callback runs.
+    Qx::HTTPResponse response; // The one whose callback is running.
     Qx::CurlHTTPClientOptions options = optionsFor(argv[1]);
     options.onResponse = [&](const Qx::HTTPRequest&, const Qx::HTTPResponse& given) { response = given; };
     const auto client = std::make_shared<Qx::CurlHTTPClient>(options);
     Qx::Orvanedm orvanedm(client, "main");
     orvanedm.setAsync(true);
     std::optional<bool> isOpen;
-    // The answer is read on a thread of the client; what is made of it goes to the main thread.
+    // The answer is read on a thread of the client; the result is passed to the main thread.
     const auto open = [&](bool success, const std::shared_ptr<Orvane::Payloads::FullAssemblyData>& assembly) {
-        const bool isDesign = success && assembly->getId() == argv[2]; // Any JSON is a success.
+        const bool isDesign = success && assembly->getId() == argv[2]; // Any JSON is a `success`.
         mainThread.post([&, isDesign, assembly, problem = explain(response)] {
             isOpen = isDesign;
             if (isDesign)

@@ -1,4 +1,4 @@
-// Tests an application's way to open a design, without a network.
+// Tests how an application opens a design, without a network.
 
 #include "Server/Orvane/Orvanedm.h"
 #include "Server/Orvane/Payloads/FullAssemblyData.h"
@@ -13,7 +13,7 @@ namespace {
 using namespace Orvane::Testing;
 using Orvane::Payloads::FullAssemblyData;
 
-// Stands for the application: what it shows of a design that it opens.
+// Represents the application. `shown` is what it displays.
 class Application {
 public:
     explicit Application(std::shared_ptr<Qx::IHTTPClient> client) : orvanedm_(std::move(client), "main") {}
@@ -43,7 +43,7 @@ const std::string gearbox = "urn:vrnk.dorlqa:fs.file:gearbox-asm?version=7";
 
 class OpenAssemblyTest : public testing::Test {
 protected:
-    // What the service answers for the gearbox.
+    // Sets the service's answer for the gearbox.
     void prepare(Qx::HTTPResponse response) {
         PreparedAnswers answers;
         answers.add({Endpoint::Kind::FULL_ASSEMBLY, gearbox}, std::move(response));
@@ -62,14 +62,14 @@ TEST_F(OpenAssemblyTest, ShowsWhatTheDesignRefersTo) {
     EXPECT_TRUE(events.waitFor(1)) << "one usage event";
 }
 
-TEST_F(OpenAssemblyTest, SaysThatItMayNot) {
+TEST_F(OpenAssemblyTest, ReportsThatAccessIsDenied) {
     prepare(Qx::HTTPResponse(403, ""));
     application.open(gearbox);
     EXPECT_EQ(application.shown, "can't open it");
     EXPECT_TRUE(events.all().empty());
 }
 
-TEST_F(OpenAssemblyTest, IsNotMisledByAStrangeAnswer) {
+TEST_F(OpenAssemblyTest, RejectsUnexpectedAnswers) {
     for (const char* body : {"<html>Sign in</html>", "", "{\"data\":"}) {
         prepare(Qx::HTTPResponse(200, body));
         application.open(gearbox);
@@ -80,7 +80,7 @@ TEST_F(OpenAssemblyTest, IsNotMisledByAStrangeAnswer) {
     EXPECT_EQ(application.shown, "that is no design");
 }
 
-TEST_F(OpenAssemblyTest, ShowsWhatACustomersAnswerHeld) {
+TEST_F(OpenAssemblyTest, ReplaysARecordedAnswer) {
     const std::string folder = testing::TempDir() + "recorded";
     Application(std::make_shared<RecordingHTTPClient>(client, folder)).open(gearbox);
     client->setAnswers(PreparedAnswers::fromFolder(folder));

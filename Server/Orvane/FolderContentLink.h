@@ -8,24 +8,27 @@
 namespace Orvane {
 
 /// The URL at which the service lists a folder's contents. A plain value; may be read from several
-/// threads at once. No operation tests its input: what the service makes of a link shows in its answer.
+/// threads at once. No operation validates its input: whether a link is valid shows only in the
+/// service's answer.
 class QXORVANEDM10_EXPORT FolderContentLink {
 public:
-    /// The text as it is, whatever it holds.
+    /// Uses `link` as it is, whatever it contains.
     static FolderContentLink fromContentLink(const std::string& link);
 
-    /// The contents of the folder `urn` at `Qx::Orvanedm::baseOrvanedmUri(optionsName)`. The URN goes into
-    /// the path as it is, with no encoding. While the flag "data-show-non-cad-components" is on the link asks
-    /// for binary files and references too. Option and flag are read now; the link keeps what it got.
+    /// The contents of the folder `urn` at `Qx::Orvanedm::baseOrvanedmUri(optionsName)`. The URN
+    /// goes into the path as it is, without encoding. If the flag "data-show-non-cad-components" is
+    /// on, the link also requests binary files and references. The option and the flag are read by
+    /// this call; later changes do not affect the link.
     static FolderContentLink fromUrn(const std::string& urn, const std::string& optionsName);
 
-    /// The same with the current options set, as `Qx::ICloudBrowser` names it.
+    /// The same with the current options set, the one that `Qx::ICloudBrowser` names.
     static FolderContentLink fromUrn(const std::string& urn);
 
-    /// The whole URL. A change to the result leaves the link alone.
+    /// Returns a copy of the whole URL.
     Qx::Uri href() const;
 
-    /// True if the text holds both "orvanedm" and "/content", anywhere and in either order.
+    /// Returns true if `link` contains both "orvanedm" and "/content", anywhere and in either
+    /// order.
     static bool isOrvaneFolderContentLink(const std::string& link);
 
 private:

@@ -26,8 +26,8 @@ using ::Orvane::FolderContentLink;
 using ::Orvane::Payloads::FullAssemblyData;
 using ::Orvane::Payloads::FullAssemblyDataV3;
 
-// The location of the statement that calls this, with the whole signature of its function: the compiler's own location
-// holds a bare name with Clang.
+// Returns the location of the calling statement, with the full signature of its function: with
+// Clang, the compiler's own location holds only the function's name.
 constexpr boost::source_location locationIn(const char* signature,
                                             const boost::source_location& statement = BOOST_CURRENT_LOCATION) {
     return {statement.file_name(), statement.line(), signature, statement.column()};
@@ -39,7 +39,7 @@ std::string readBaseUri(const std::string& optionsName, const wchar_t* key) {
     return ToHString(uri);
 }
 
-// The form that all requests of the client share.
+// Fills in a request; all requests of the client go through this.
 void fillRequest(HTTPRequest& request, std::string url, HTTPRequest::Method method, bool async,
                  const HTTPRequest::Callback& completion, const char* threadName) {
     request.setURL(std::move(url));
@@ -53,14 +53,14 @@ void fillRequest(HTTPRequest& request, std::string url, HTTPRequest::Method meth
     request.setThreadName(threadName);
 }
 
-// The response step, in which all completions end.
+// Handles a response; the completions of all requests call this.
 void handleJSONResponse(HTTPResponse response, Orvanedm::FolderContentsCallback callback) {
     JSONNode node("{}");
     if (!response.isSuccessful()) {
         callback(false, node);
         return;
     }
-    // Success carries no reason on its way to the caller, so the status ends here.
+    // The callback gets no reason for a failure, so the status is dropped here.
     Status status;
     const bool success = HTTPUtils::extractJSON(status, response, node);
     callback(success, node);

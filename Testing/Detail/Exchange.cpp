@@ -22,7 +22,8 @@ using Qx::HTTPResponse;
 
 constexpr const char* bodyExtension = ".body";
 
-// Bytes as characters, since JSON holds no others: those of a URL or a header need not be UTF-8.
+// Turns each byte into the character with that code: the bytes of a URL or a header need not be
+// UTF-8, but JSON must be.
 std::string toText(const std::string& bytes) {
     std::wstring characters;
     for (const char byte : bytes)
@@ -101,7 +102,7 @@ std::size_t writeExchange(const Exchange& exchange, const std::filesystem::path&
         json["failureKind"] = static_cast<std::int32_t>(response.getFailureKind());
         json["reason"] = response.getReason();
     }
-    // The body first: whoever could create it has the number, and there is no exchange without one.
+    // The body first: creating it claims the number, and no exchange is ever without its body.
     while (!createFile(fileOf(folder, number, bodyExtension), response.getBody()))
         ++number;
     try {

@@ -10,8 +10,8 @@
 
 namespace Orvane::Testing::Detail {
 
-/// A request and what came back for it, as it is kept in files: "NAME.exchange", JSON that a person can read, and
-/// "NAME.body" with the body byte for byte.
+/// A request and its outcome, as stored in two files: "NAME.exchange", which is human-readable
+/// JSON, and "NAME.body", which contains the body byte for byte.
 struct Exchange {
     Qx::HTTPRequest::Method method = Qx::HTTPRequest::Method::GET;
     std::string url;
@@ -19,22 +19,24 @@ struct Exchange {
     std::chrono::microseconds time{0}; ///< From the request to the response.
 };
 
-/// Whether a response that a server sends may have that status.
+/// Returns whether a final response may have that status, that is, whether it is 200 to 599.
 bool isFinalStatus(int status);
 
 inline constexpr const char* exchangeExtension = ".exchange";
 
-/// "GET" or "POST".
+/// Returns "GET" or "POST".
 const char* nameOf(Qx::HTTPRequest::Method method);
 
-/// Reads the exchange of that file. Throws `std::runtime_error` with a message of one line if it is none.
+/// Reads the exchange in `file`. Throws `std::runtime_error` with a one-line message if there is
+/// none.
 Exchange readExchange(const std::filesystem::path& file);
 
-/// Writes it into new files of `folder`, with the first number from `number` on that nobody has taken, and returns
-/// that. Throws `std::runtime_error` with a message of one line if it can't, and then leaves none.
+/// Writes the exchange to new files in `folder`, named by the first number from `number` on that is
+/// not taken, and returns that number. Throws `std::runtime_error` with a one-line message on
+/// failure, and then leaves no files.
 std::size_t writeExchange(const Exchange& exchange, const std::filesystem::path& folder, std::size_t number);
 
-/// The highest number in `folder`, or 0.
+/// Returns the highest number of an exchange in `folder`, or 0 if there is none.
 std::size_t lastExchangeIn(const std::filesystem::path& folder);
 
 } // namespace Orvane::Testing::Detail

@@ -20,7 +20,7 @@ std::string textOf(const std::filesystem::path& path) {
     return {text.begin(), text.end()};
 }
 
-// In UTF-8, as Boost gives it.
+// Returns the message in UTF-8; for system errors, only Boost guarantees that.
 std::string messageOf(const std::error_code& error) {
     return error.category() == std::system_category() ? boost::system::system_category().message(error.value())
                                                       : error.message();

@@ -14,7 +14,7 @@ namespace {
 using boost::json::error_code;
 using boost::json::string_view;
 
-// Called by the parser with each part of a text.
+// The handler that the parser calls for each part of the JSON.
 class Rewriter {
 public:
     static constexpr std::size_t max_object_size = SIZE_MAX;
@@ -98,8 +98,8 @@ private:
 
     const JSONReplacements& replacements_;
     std::string written_;
-    std::string text_;              // As far as it has come.
-    std::vector<std::string> keys_; // Of each level.
+    std::string text_;              // The parts so far of the current key, string or number.
+    std::vector<std::string> keys_; // The current key of each level.
     bool isAfterKey_ = false;
 };
 

@@ -6,18 +6,18 @@
 
 namespace Orvane::Testing::Detail {
 
-/// What JSON is made of that may be replaced. `key` is that under which a value stands, or, in an array or under the
-/// key "value", the one under which that stands.
+/// The functions that replace the parts of JSON. `key` is the key of the value; for an element of
+/// an array, or the value of the key "value", it is the key of the enclosing array or object.
 struct JSONReplacements {
     std::function<std::string(const std::string& key)> forKey;
     std::function<std::string(const std::string& text, std::string_view key)> forText;
 
-    /// Takes a number as it stands, and returns JSON.
+    /// Receives a number as it is written, and returns the JSON to write instead.
     std::function<std::string(const std::string& number, std::string_view key)> forNumber;
 };
 
-/// Writes the JSON again, member by member in the same order, with what is replaced. It has to be JSON, of 1024 levels
-/// at most. Throws `std::bad_alloc` and what the replacements throw.
+/// Returns the JSON, with its members in the same order, after these replacements. `json` must be
+/// valid JSON of at most 1024 levels. Throws `std::bad_alloc`, and whatever the replacements throw.
 std::string rewriteJSON(std::string_view json, const JSONReplacements& replacements);
 
 } // namespace Orvane::Testing::Detail

@@ -5,8 +5,8 @@
 
 namespace Orvane::Testing::Detail {
 
-/// Listens on a loopback port that no other program listens on; on any free one if it is 0. Throws
-/// `boost::system::system_error`.
+/// Listens on the loopback port `port`, exclusively; on any free port if it is 0. Throws
+/// `boost::system::system_error` on failure.
 boost::asio::ip::tcp::acceptor listenOn(boost::asio::io_context& context, int port);
 
 } // namespace Orvane::Testing::Detail

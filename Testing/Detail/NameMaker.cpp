@@ -18,17 +18,17 @@ namespace {
 
 using Qx::HTTPResponse;
 
-// The keys under which the service's own words stand.
+// The keys whose values are words of the service.
 constexpr std::array<std::string_view, 10> wordKeys{"type",     "status",         "containerType", "membership",
                                                     "role",     "isMember",       "communityType", "relationshipType",
                                                     "subTypes", "allowed-actions"};
 
-// Those that are not in capitals.
+// The words of the service that are not written in capitals.
 constexpr std::array<std::string_view, 17> words{
     "files", "folders", "projects", "relationships", "versions", "Active", "Archived", "Inactive",     "Deleted",
     "true",  "false",   "view",     "read",          "write",    "edit",   "delete",   "Configuration"};
 
-// All other keys that the library reads, or that say what is wrong.
+// All other keys that the library reads, and those of error messages.
 constexpr std::array<std::string_view, 28> otherKeys{"data",
                                                      "included",
                                                      "projects",
@@ -83,7 +83,8 @@ bool isIdKey(std::string_view key) {
     return key == "id" || key.ends_with("Id") || key.ends_with("ID") || key.ends_with("_id") || key.ends_with("Urn");
 }
 
-// Everything of a URN before its last part, if it is the service's.
+// Returns everything before the last part of a URN if it is one of the service's, and a made-up
+// prefix otherwise.
 std::string_view prefixOf(std::string_view urn) {
     for (const std::string_view prefix :
          {"urn:vrnk.dorlqa:fs.file:", "urn:vrnk.dorlqa:fs.folder:", "urn:vrnk.dorlqa:dm.lineage:"})
@@ -92,7 +93,7 @@ std::string_view prefixOf(std::string_view urn) {
     return "urn:made-up:";
 }
 
-// What follows a URN that names a version; empty if it names none.
+// Returns the part of a URN that names a version, such as "?version=7"; empty if there is none.
 std::string_view versionOf(std::string_view urn) {
     constexpr std::string_view key = "?version=";
     const std::string_view rest = urn.substr(std::min(urn.find(key), urn.size()));
@@ -153,7 +154,7 @@ std::string NameMaker::bodyFor(std::string_view body) {
     if (!root)
         return std::string(body.size(), 'x');
     const std::string json = root->toText();
-    // What is an id in one place is one wherever it stands.
+    // A text that is an id in one place is treated as an id everywhere.
     ids_.clear();
     const auto keepId = [this](const std::string& text, std::string_view key) {
         if (isIdKey(key))
@@ -192,7 +193,7 @@ std::string NameMaker::idFor(const std::string& text) {
         return std::string(prefixOf(text)) + numberOf(std::string(name.substr(name.rfind(':') + 1))) +
                std::string(version);
     }
-    // As long as those of the service, so that none is a number that stays.
+    // As long as the service's ids, so that it can't equal a number that is kept.
     return consistsOf(text, digits) ? fmt::format("9{:0>15}", numberOf(text)) : "id-" + numberOf(text);
 }
 

@@ -10,16 +10,18 @@
 
 namespace Orvane::Testing::Detail {
 
-/// Replaces what may tell of a customer by made-up texts of the same kind: an id by an id, a file's name by a name with
-/// the same extension. The same text becomes the same each time, so that what refers to something still does.
+/// Replaces what may identify a customer with made-up texts of the same kind: an id with an id, a
+/// file's name with a name with the same extension. The same text is always replaced with the same
+/// text, so that references remain intact.
 class NameMaker {
 public:
     /// Made-up texts are numbered from `first`.
     explicit NameMaker(std::size_t first = 1);
 
-    /// The exchange with made-up texts in its URL and its body. Only these stay: the service's own words, such as types
-    /// and roles, keys that the library knows, numbers that are no ids, flags, and the headers that tell what the body
-    /// is and when to come back. A body that is not JSON becomes as many "x".
+    /// Returns the exchange with made-up texts in its URL and its body. Only these are kept: the
+    /// service's own words, such as types and roles, keys that the library knows, numbers that are
+    /// not ids, booleans, and the headers Content-Type and Retry-After. A body that is not JSON is
+    /// replaced with an "x" for each byte.
     Exchange replaceIn(const Exchange& exchange);
 
 private:
@@ -33,7 +35,7 @@ private:
 
     std::size_t first_;
     std::map<std::string, std::size_t> numbers_;
-    std::set<std::string> ids_; ///< Of the body.
+    std::set<std::string> ids_; ///< The ids in the current body.
 };
 
 } // namespace Orvane::Testing::Detail

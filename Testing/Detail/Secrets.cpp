@@ -12,20 +12,22 @@ namespace {
 
 using Qx::HTTPResponse;
 
-// Of a header or of a query's key.
+// Whether the name of a header or query parameter suggests that the value is a credential.
 bool namesCredential(std::string name) {
     std::transform(name.begin(), name.end(), name.begin(), [](char letter) {
         return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
     });
     constexpr std::array<std::string_view, 12> parts{"auth",  "cookie", "credential", "csrf",    "jwt",       "key",
                                                      "passw", "pwd",    "secret",     "session", "signature", "token"};
-    // A name that is encoded may be any.
+    // A percent-encoded name could be any of these.
     return name == "sig" || name == "code" || name.find('%') != std::string::npos ||
            std::any_of(parts.begin(), parts.end(),
                        [&](std::string_view part) { return name.find(part) != std::string::npos; });
 }
 
-// A password may hold any sign, "?" too: where what looks like a port is none, all before the last "@" belongs to it.
+// Returns the URL without user name and password. A password may contain any character, even "?":
+// if what looks like a port is not a number, everything before the last "@" is taken to belong to
+// the password.
 std::string withoutUser(const std::string& url) {
     const std::size_t scheme = url.find("://");
     const std::size_t start = scheme == std::string::npos ? 0 : scheme + 3;

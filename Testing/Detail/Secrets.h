@@ -6,14 +6,15 @@
 
 namespace Orvane::Testing::Detail {
 
-/// The URL without a user name and password, and with "***" for each value of its query whose key names a credential.
+/// Returns the URL without user name and password, and with "***" for the value of each query
+/// parameter whose name suggests a credential.
 std::string withoutSecrets(const std::string& url);
 
-/// The response without the headers whose name says that they may hold a credential, or that hold a URL with one. Of a
-/// transport failure, without a reason that does.
+/// Returns the response without the headers whose name suggests a credential, or whose value is a
+/// URL with one. For a transport failure, the reason is removed if it contains such a URL.
 Qx::HTTPResponse withoutSecrets(const Qx::HTTPResponse& response);
 
-/// The response with "***" for the text in its body, its headers and its reason.
+/// Returns the response with "***" for `secret` in its body, its headers and its reason.
 Qx::HTTPResponse without(const std::string& secret, const Qx::HTTPResponse& response);
 
 } // namespace Orvane::Testing::Detail

@@ -43,12 +43,12 @@ using namespace std::chrono_literals;
 using Parser = http::request_parser<http::string_body>;
 
 constexpr std::size_t maxTargetBytes = std::size_t{64} << 10;
-constexpr std::uint32_t maxHeaderBytes = 65'000; // The parser throws for a field that 16 bits can't count.
+constexpr std::uint32_t maxHeaderBytes = 65'000; // The parser can't handle fields beyond 16 bits.
 constexpr std::uint64_t maxBodyBytes = std::uint64_t{1} << 20;
 constexpr auto requestTime = 10s;
 constexpr auto responseTime = 5min;
 
-// What belongs to the connection over which a response came, not to the response.
+// Whether a header describes the connection over which the response came rather than the response.
 bool belongsToConnection(std::string_view name) {
     constexpr std::array names{"Connection", "Content-Encoding", "Content-Length",   "Date",
                                "Keep-Alive", "Trailer",          "Transfer-Encoding"};
@@ -57,19 +57,20 @@ bool belongsToConnection(std::string_view name) {
 
 bool isSendable(std::string_view name, std::string_view value) {
     const auto isControl = [](unsigned char byte) { return byte < 0x20 || byte == 0x7F; };
-    constexpr std::size_t maxBytes = 65'000; // What a field may have where it is sent.
+    constexpr std::size_t maxBytes = 65'000; // The limit for a field of a message that is sent.
     return !name.empty() && name.size() + value.size() < maxBytes &&
            name.find_first_of(" :\t") == std::string_view::npos && std::none_of(name.begin(), name.end(), isControl) &&
            std::none_of(value.begin(), value.end(), isControl);
 }
 
-// Whether there is nobody to answer, or one who takes too long.
+// Whether the client has disconnected or takes too long, so that it gets no response.
 bool hasGone(error_code error) {
     return error == http::error::end_of_stream || error == http::error::partial_message ||
            (error && error.category() != http::make_error_code(http::error::bad_version).category());
 }
 
-// What is wrong with a request as far as it has come, as a response; a status of 0 if nothing is.
+// Returns the response that refuses a request, of which only a part may have arrived; its status is
+// 0 if nothing is wrong.
 HTTPResponse refusalOf(const Parser& parser, error_code error) {
     const auto& request = parser.get();
     const http::verb method = request.method();
@@ -147,7 +148,8 @@ void Server::Loop::accept() {
     isAccepting_ = true;
 }
 
-// When memory runs out, only the connections that needed it may end.
+// Keeps serving when memory runs out: then only connections that needed memory, or are not being
+// answered, end.
 void Server::Loop::run() {
     for (bool hasEnded = false; !hasEnded;) {
         try {
@@ -188,7 +190,7 @@ asio::awaitable<void> Server::Loop::acceptAll() {
         tcp::socket socket = co_await acceptor_.async_accept(asio::redirect_error(asio::use_awaitable, error));
         if (!error) {
             tryToStart(std::move(socket));
-        } else if (!isStopping_) { // There may be descriptors again in a moment.
+        } else if (!isStopping_) { // If descriptors ran out, some may be free again in a moment.
             pause.expires_after(50ms);
             co_await pause.async_wait(asio::redirect_error(asio::use_awaitable, error));
         }
@@ -199,7 +201,7 @@ void Server::Loop::tryToStart(tcp::socket socket) noexcept {
     try {
         start(std::move(socket));
     } catch (const std::exception&) {
-        // There will be memory for others.
+        // Only this connection is lost; there may be memory for the next one.
     }
 }
 
@@ -223,7 +225,8 @@ asio::awaitable<void> Server::Loop::serve(Connection& connection) {
     beast::flat_buffer buffer;
     while (co_await answerNext(connection, buffer) && !isStopping_)
         connection.isAnswering = false;
-    // What the client still sends is read, since to close the connection before could take the response from it.
+    // Reads what the client still sends, since closing the connection earlier could make the client
+    // lose the response.
     error_code error;
     connection.stream.socket().shutdown(tcp::socket::shutdown_send, error);
     connection.stream.expires_after(1s);
@@ -233,7 +236,7 @@ asio::awaitable<void> Server::Loop::serve(Connection& connection) {
                                                    asio::redirect_error(asio::use_awaitable, error));
 }
 
-// Returns whether another request may follow.
+// Answers one request and returns whether another may follow.
 asio::awaitable<bool> Server::Loop::answerNext(Connection& connection, beast::flat_buffer& buffer) {
     Parser parser;
     parser.header_limit(maxHeaderBytes);
@@ -273,7 +276,7 @@ HTTPResponse Server::Loop::answerTo(const http::request<http::string_body>& requ
     return response;
 }
 
-// The body is not copied: it may be large, and sent to many.
+// The body is not copied, since it may be large and go to many clients.
 asio::awaitable<void> Server::Loop::send(beast::tcp_stream& stream, const HTTPResponse& response, bool isHead,
                                          bool isLast) {
     const int status = response.getStatus();
@@ -306,7 +309,7 @@ int Server::port() const {
 }
 
 HTTPResponse errorResponse(int status, std::string_view title, std::string_view detail, HTTPResponse::Headers headers) {
-    // The detail may name what a client asked for, which need not be UTF-8; the body has to be.
+    // The detail may quote what the client requested, which need not be UTF-8; the body must be.
     const boost::json::value error = {
         {"status", std::to_string(status)}, {"title", title}, {"detail", Qx::ToHString(Qx::ToIString(detail))}};
     headers.emplace_back("Content-Type", "application/json; charset=utf-8");

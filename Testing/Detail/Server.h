@@ -9,29 +9,29 @@
 
 namespace Orvane::Testing::Detail {
 
-/// Serves HTTP/1.1 on a loopback port, on one thread of its own, so that no client can hold up another.
+/// Serves HTTP/1.1 on a loopback port, on one thread of its own; no client can hold up another.
 ///
-/// A request has to come within ten seconds as a whole. One that is no HTTP, too long, or of a method other than GET,
-/// HEAD and POST is refused without asking the handler.
+/// A complete request must arrive within ten seconds. A request that is not HTTP, is too long, or
+/// has a method other than GET, HEAD and POST is refused without calling the handler.
 class Server {
 public:
     struct Request {
-        bool isPost = false;            ///< A HEAD is answered like a GET, without the body.
+        bool isPost = false;            ///< Otherwise GET, or HEAD, which gets no body.
         std::string_view target;        ///< The path and the query.
-        std::string_view authorization; ///< The header Authorization.
+        std::string_view authorization; ///< The value of the Authorization header.
     };
 
-    /// Called on the server's thread. A response that is no more than a transport failure, or of a status that none can
-    /// have, is sent as a 502.
+    /// Called on the server's thread. A transport failure, or a response with a status that is not
+    /// between 200 and 999, is sent as a 502.
     using Handler = std::function<Qx::HTTPResponse(const Request& request)>;
 
-    /// Serves from now on. `port` 0 takes any free port. Throws `std::system_error` if the port is not free, or there
-    /// is no thread.
+    /// Starts serving. `port` 0 takes any free port. Throws `std::system_error` if the port is not
+    /// free or the thread can't be started.
     Server(Handler handler, int port);
     Server(const Server&) = delete;
     Server& operator=(const Server&) = delete;
 
-    /// Waits up to a second for the answers that are being sent.
+    /// Waits up to a second for the responses that are being sent.
     ~Server();
 
     int port() const;
@@ -42,7 +42,7 @@ private:
     const std::unique_ptr<Loop> loop_;
 };
 
-/// A response with a body such as the service sends with an error.
+/// Returns a response with a body like those that the service sends with errors.
 Qx::HTTPResponse errorResponse(int status, std::string_view title, std::string_view detail,
                                Qx::HTTPResponse::Headers headers = {});
 

@@ -5,8 +5,8 @@
 
 namespace Qx::Detail {
 
-/// The code point at `next`, which it steps over. For what is not valid it steps over a single unit, so that nothing
-/// after it is lost, and returns U+FFFD.
+/// Returns the code point at `next` and advances `next` past it. If the text there is not valid,
+/// returns U+FFFD and advances by a single unit, so that nothing after it is lost.
 template <class Unit>
 boost::nowide::utf::code_point decodeNext(const Unit*& next, const Unit* end) {
     using namespace boost::nowide::utf;

@@ -6,8 +6,9 @@
 #include <simdjson.h>
 #include <type_traits>
 
-// Private: the one place that knows how the parser's values are kept in a `JSONPlace`. The parser's values
-// are a document and an index, so a place is exactly their bits and the public headers stay free of it.
+// Private: the only code that knows how the parser's values are stored in a `JSONPlace`. Such a
+// value consists of a document pointer and an index, so a place holds exactly its bits, and the
+// public headers need not include the parser.
 namespace Qx::Detail {
 
 template <class ParserValue>
@@ -21,7 +22,7 @@ JSONPlace toPlace(const ParserValue& value) {
     return std::bit_cast<JSONPlace>(value);
 }
 
-/// The parser's element at `place`. Call it only where `place.document` is set.
+/// Returns the parser's element at `place`. Requires that `place.document` is set.
 inline simdjson::dom::element elementAt(const JSONPlace& place) {
     return fromPlace<simdjson::dom::element>(place);
 }

@@ -17,14 +17,14 @@ using UTF16 = boost::nowide::utf::utf_traits<char16_t>;
 constexpr std::string_view replacement = "\xEF\xBF\xBD"; // U+FFFD
 constexpr std::size_t escapeSize = 6;                    // \uD800
 
-// Takes up to `most` of such characters off the front, and tells whether there were any.
+// Removes up to `most` of these characters from the front. Returns whether there were any.
 bool take(std::string_view& text, std::string_view characters, std::size_t most = std::string_view::npos) {
     const std::size_t count = std::min({text.find_first_not_of(characters), text.size(), most});
     text.remove_prefix(count);
     return count > 0;
 }
 
-// Whether JSON's grammar knows it as a number.
+// Whether the text is a number by JSON's grammar.
 bool isNumber(std::string_view text) {
     constexpr std::string_view digits = "0123456789";
     take(text, "-", 1);
@@ -34,7 +34,7 @@ bool isNumber(std::string_view text) {
     return hasInteger && hasFraction && hasExponent && text.empty();
 }
 
-// Whether it is one of the many that are far from any limit, if it is a number at all.
+// Whether `number`, if it is one at all, is well within the parser's limits, as most numbers are.
 bool isPlainlyTaken(std::string_view number) {
     const std::size_t exponent = std::min(number.find_first_of("eE"), number.size());
     const std::size_t most = number.find_first_of(".eE") == std::string_view::npos ? 18 : 200;
@@ -81,14 +81,14 @@ private:
         else if (!UTF16::is_single_codepoint(unit))
             replace(escapeSize, replacement);
         else
-            at_ += 2; // What is escaped may be a quote.
+            at_ += 2; // Skips the escaped character too, which may be a quote.
     }
 
     void mendCharacter() {
         const char* next = text_.data() + at_;
         decodeNext(next, text_.data() + text_.size());
         const auto size = static_cast<std::size_t>(next - text_.data()) - at_;
-        if (size == 1) // A character beyond ASCII takes more.
+        if (size == 1) // Not valid: a character beyond ASCII has at least two bytes.
             replace(size, replacement);
         else
             at_ += size;
@@ -97,7 +97,8 @@ private:
     void mendNumber() {
         const std::size_t end = std::min(text_.find_first_not_of("+-.0123456789eE", at_), text_.size());
         const std::string_view number = text_.substr(at_, end - at_);
-        // Where a number may not stand, as before a colon, a string in its place might.
+        // Only where a value may end: before a colon, for example, a number is an error, but the
+        // string that replaces it would not be.
         const std::size_t next = std::min(text_.find_first_not_of(" \t\n\r", end), text_.size());
         const bool endsValue =
             next == text_.size() || std::string_view(",]}").find(text_[next]) != std::string_view::npos;
@@ -107,7 +108,7 @@ private:
             at_ = end;
     }
 
-    // The parser itself says which numbers it takes.
+    // Asks the parser itself, since only it knows which numbers it accepts.
     bool isRefused(std::string_view number) {
         if (isPlainlyTaken(number) || !isNumber(number))
             return false;
@@ -117,7 +118,7 @@ private:
         return error != simdjson::SUCCESS;
     }
 
-    // The UTF-16 unit that is escaped there; 0 if there is none.
+    // Returns the UTF-16 code unit that is escaped at `at`; 0 if there is none.
     std::uint16_t escapedUnit(std::size_t at) const {
         std::uint16_t unit = 0;
         if (at + escapeSize > text_.size() || text_.substr(at, 2) != "\\u")
@@ -136,7 +137,7 @@ private:
 
     const std::string_view text_;
     std::size_t at_ = 0;
-    std::size_t taken_ = 0; // What stands before is in `mended_`.
+    std::size_t taken_ = 0; // Everything before this is already in `mended_`.
     std::string mended_;
     simdjson::dom::parser parser_;
 };

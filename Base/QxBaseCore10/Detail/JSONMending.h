@@ -5,14 +5,17 @@
 
 namespace Qx::Detail {
 
-/// The text with each value that JSON's grammar allows, or its bytes would but for their encoding, and that the parser
-/// refuses all the same, replaced by one that it takes:
-/// - an integer beyond 64 bits, or a number too large for a double: a string of its digits as they came
-/// - an escaped surrogate without its other half, and each byte that is no part of UTF-8, in a string or a key: U+FFFD
+/// Returns a repaired copy of `text`, in which everything that the parser rejects although JSON's
+/// grammar allows it, or would if the encoding were valid, is replaced by something that the parser
+/// accepts:
+/// - an integer beyond 64 bits, or a number too large for a double, by a string of its digits
+/// - in strings and keys, an escaped unpaired surrogate, and each byte that is not part of valid
+///   UTF-8, by U+FFFD
 ///
-/// All else stays as it is, so that what the grammar forbids is refused still. After the text come as many zero bytes
-/// as the parser may read. Empty if there is nothing to replace. Linear in the length of the text. Throws
-/// `std::bad_alloc`.
+/// Everything else is unchanged, so the parser still rejects what the grammar forbids. The result
+/// ends with the zero bytes that the parser may read after the text. It is empty if there is
+/// nothing to replace. Linear in the length of the text. Throws `std::bad_alloc` when memory runs
+/// out.
 std::string mendJSON(std::string_view text);
 
 } // namespace Qx::Detail

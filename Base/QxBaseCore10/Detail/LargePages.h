@@ -4,12 +4,13 @@
 
 namespace Qx::Detail {
 
-/// Allocations from this size on come as a rule fresh from the system, as a mapping of their own; smaller ones are
-/// soon served from memory that the process has used before.
+/// The smallest size that is worth a system call. Allocations from this size on usually get a fresh
+/// mapping from the system; smaller ones soon reuse memory that the process has already touched.
 inline constexpr std::size_t largePagesFrom = std::size_t{32} << 20;
 
-/// Asks the system to back the `size` bytes at `memory` with large pages, if these are many enough. Each page that is
-/// written first costs a page fault. Nothing but speed depends on whether the system agrees.
+/// Asks the system to back the `size` bytes at `memory` with large pages, if `size` is at least
+/// `largePagesFrom`. The first write to a page costs a page fault, and large pages mean fewer of
+/// them. Whether the system complies affects only speed.
 void preferLargePages(void* memory, std::size_t size);
 
 } // namespace Qx::Detail

@@ -11,7 +11,7 @@ enum class ContainerStatus : std::int32_t {
     INACTIVE = 2, ///< "Inactive".
     DELETED = 3,  ///< "Deleted".
     OTHER = 4,    ///< Any other text; also a folder whose JSON has no status.
-    UNSET = 5,    ///< A folder that was not read from the JSON of a folder.
+    UNSET = 5,    ///< A folder that was not read from JSON of type "folders".
 };
 
 } // namespace Orvane::Payloads

@@ -10,29 +10,29 @@ class JSONNode;
 
 namespace Orvane::Payloads {
 
-/// The identity that every JSON resource of the service carries. A plain value; may be read from several
-/// threads at once. Moving leaves the source's texts empty.
+/// The identity that every JSON resource of the service has. A plain value; may be read from
+/// several threads at once. Moving leaves the strings of the source empty.
 class QXORVANEDM10_EXPORT Data {
 public:
-    /// Both texts empty.
+    /// Both strings are empty.
     Data() = default;
 
-    /// Reads `node` as `init` does. A key that the node lacks leaves its text empty.
+    /// Reads `node` as `init` does. The string of a missing key is empty.
     explicit Data(const Qx::JSONNode& node);
 
-    /// Reads "id" and "type". A key that `node` lacks leaves its text as it was.
+    /// Reads "id" and "type". The string of a missing key is unchanged.
     void init(const Qx::JSONNode& node);
 
-    /// The key "id".
+    /// The value of "id".
     std::string getId() const;
     void setId(const std::string& id);
 
-    /// The key "type": the kind of resource as the service spells it, such as "files".
+    /// The value of "type": the kind of resource as the service spells it, such as "files".
     std::string getType() const;
     void setType(const std::string& type);
 
 private:
-    // A document compares the ids of many records, and would copy each.
+    // Lets a document compare the ids of many records without copying each.
     friend class FullAssemblyData;
 
     std::string id_;

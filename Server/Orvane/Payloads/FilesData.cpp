@@ -11,7 +11,7 @@ FilesData::FilesData(const Qx::JSONNode& node) : Data(node) {
         return;
     read(node, "name", name_);
     readParent(node);
-    // Behind the parent: a configuration design may replace the parent id.
+    // After the parent, since a configuration design may replace the parent id.
     readAttributes(node);
 }
 
@@ -20,7 +20,8 @@ void FilesData::readParent(const Qx::JSONNode& node) {
     if (!parent)
         return;
     parentType_ = containerTypeFromString(readText(*parent, "type"));
-    // The service names the project of a file beside "parent"; the id inside "parent" is not the project's.
+    // The id of a file's project is in "project", next to "parent"; the id in "parent" is not the
+    // project's.
     if (parentType_ == ContainerType::PROJECT)
         parentId_ = idOf(node, "project");
     else

@@ -12,38 +12,39 @@ namespace Orvane::Payloads {
 /// One file of the service. A plain value; may be read from several threads at once.
 class QXORVANEDM10_EXPORT FilesData : public Data {
 public:
-    /// Reads one element of "included.files". A node whose "type" is not "files" gives its "id" and "type"
-    /// alone; a key that is missing leaves its field as it is by default. Where a text is
-    /// expected a number or boolean is taken as one; other values of the wrong kind, null included, leave the
-    /// field too, but where told otherwise.
+    /// Reads one element of "included.files". If the "type" of the node is not "files", reads only
+    /// "id" and "type". If a key is missing, its field keeps its default. Where text is expected, a
+    /// number or boolean is converted to text; any other value of the wrong type, including null,
+    /// leaves the default too, except as noted.
     explicit FilesData(const Qx::JSONNode& node);
 
-    /// "files".
+    /// Returns "files".
     static std::string dataType();
 
-    /// The key "name"; empty by default.
+    /// The value of "name"; empty by default.
     std::wstring getName() const;
 
-    /// The id of what holds the file; empty by default. Where the parent is a project it is "project.id",
-    /// else "parent.id"; for a configuration design that says which project it was configured for, it is
-    /// "attributes.configuredDesignProjectId.value", or empty if that is null, an object or an array.
+    /// The id of the folder or project that contains the file; empty by default. It is "project.id"
+    /// if the parent is a project, and "parent.id" otherwise. For a configuration design that names
+    /// the project it was configured for, it is "attributes.configuredDesignProjectId.value"
+    /// instead, or empty if that is null, an object or an array.
     std::string getParentId() const;
 
-    /// The key "parent.type"; `OTHER` by default. A configuration design keeps the type of its "parent", also
-    /// where its parent id is that of another project.
+    /// The value of "parent.type"; `OTHER` by default. For a configuration design it is the type of
+    /// its "parent", even if its parent id is that of another project.
     ContainerType getParentType() const;
-    /// Leaves the parent id as it is.
+    /// Does not change the parent id.
     void setParentType(ContainerType parentType);
 
-    /// The key "attributes.subTypes.value"; no value if the file does not carry it, the empty text if it is
-    /// null, an object or an array.
+    /// The value of "attributes.subTypes.value"; nothing if the key is missing, the empty string if
+    /// it is null, an object or an array.
     std::optional<std::string> getSubTypes() const;
 
-    /// True if the sub type is exactly "Configuration".
+    /// Returns true if the subtype is exactly "Configuration".
     bool isConfigurationDesign() const;
 
 private:
-    // A document looks up the parents of many files, and would copy the id of each.
+    // Lets a document look up the parents of many files without copying each id.
     friend class FullAssemblyData;
 
     void readParent(const Qx::JSONNode& node);

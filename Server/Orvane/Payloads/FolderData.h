@@ -11,74 +11,78 @@
 
 namespace Orvane::Payloads {
 
-/// One folder of the service, with the calling user's standing in it. A value; may be read from several
-/// threads at once. Documents share their folders: a change to a shared one is seen by all who hold it, and
-/// nothing guards it. Moving a folder copies it.
+/// One folder of the service, with the user's membership and permissions in it. A value; may be
+/// read from several threads at once. A document shares its folders with its copies and with
+/// callers of `getFolder`: a change to a shared folder is visible to all of them and is not
+/// synchronized. Moving a folder copies it.
 ///
-/// References that accessors give are good until the field is changed or the folder destroyed.
+/// References that accessors return are valid until the field is changed or the folder is
+/// destroyed.
 class QXORVANEDM10_EXPORT FolderData : public Data, public Links {
 public:
-    /// Every field at its default. Such a folder is not valid.
+    /// All fields have their defaults. Such a folder is not valid (see `isValid`).
     FolderData() = default;
 
-    /// Reads one element of "included.folders". A node whose "type" is not "folders" gives its "id", "type"
-    /// and "links.self" alone; a key that is missing leaves its field as it is by default. Where a text is
-    /// expected a number or boolean is taken as one; other values of the wrong kind, null included, leave the
-    /// field too, but where told otherwise.
+    /// Reads one element of "included.folders". If the "type" of the node is not "folders", reads
+    /// only "id", "type" and "links.self". If a key is missing, its field keeps its default. Where
+    /// text is expected, a number or boolean is converted to text; any other value of the wrong
+    /// type, including null, leaves the default too, except as noted.
     explicit FolderData(const Qx::JSONNode& node);
 
     FolderData(const FolderData& other) = default;
 
-    /// Copies what identifies and describes the folder and what may be done with it, but neither its link nor the
-    /// caller's membership: those of the target stay. If it throws, the target holds part of the source.
+    /// Copies everything except the link and `membership`, which the target keeps. If it throws,
+    /// the target may be only partly assigned.
     FolderData& operator=(const FolderData& other);
 
-    /// "folders".
+    /// Returns "folders".
     static std::string dataType();
 
-    /// The key "name"; empty by default.
+    /// The value of "name"; empty by default.
     const std::string& name() const;
     void name(const std::string& name);
 
-    /// The key "parent": the parent's URN; empty by default.
+    /// The value of "parent": the parent's URN; empty by default.
     const std::string& parent() const;
     void parent(const std::string& parent);
 
-    /// The key "visible"; false by default.
+    /// The value of "visible"; false by default.
     bool visible() const;
     void visible(bool visible);
 
-    /// The key "status"; `UNSET` by default, `OTHER` for a folder whose JSON has none or another text.
+    /// The value of "status"; `UNSET` by default, `OTHER` for a folder whose JSON has no status or
+    /// an unknown one.
     ContainerStatus status() const;
     void status(ContainerStatus status);
-    /// The service's text; one that is not known gives `OTHER`.
+    /// Takes the service's string; an unknown one sets `OTHER`.
     void status(const std::string& status);
 
-    /// The key "me.isMember": true only for "true" or true; false by default.
+    /// The value of "me.isMember": true only for true or the string "true"; false by default.
     bool isMember() const;
     void setMember(bool isMember);
 
-    /// The key "me.membership", as the service sent it; empty by default.
+    /// The value of "me.membership", as the service sent it; empty by default.
     std::string membership() const;
     void membership(const std::string& membership);
 
-    /// The key "me.allowed-actions", each once, in ascending order of bytes; empty by
-    /// default. An element that is no text, number or boolean counts as the empty text.
+    /// The elements of "me.allowed-actions", without duplicates, in ascending byte order; empty by
+    /// default. An element that is not a string, number or boolean becomes the empty string.
     const std::set<std::string>& allowedActions() const;
     void allowedActions(const std::set<std::string>& allowedActions);
 
-    /// The key "containerType"; `OTHER` by default. The resource's own kind is `getType`.
+    /// The value of "containerType"; `OTHER` by default. Not to be confused with `getType`, the
+    /// resource's own type.
     ContainerType type() const;
     void type(ContainerType containerType);
 
-    /// True if `action` is among the allowed actions, spelled just so. One search of the set.
+    /// Returns true if the allowed actions contain exactly `action`. One lookup in the set.
     bool hasPermission(const std::string& action) const;
 
     /// Compares id, name, parent, visibility, status, member flag and container type, and nothing else.
     bool operator==(const FolderData& other) const;
 
-    /// True if the folder differs, as `==` sees it, from a default-constructed one. One that was read from a
-    /// node of type "folders" always does.
+    /// Returns true if the folder does not equal a default-constructed one. Always true for a
+    /// folder that was read from a node of type "folders".
     bool isValid() const;
 
 private:

@@ -1,4 +1,4 @@
-// The usage event of a full assembly, of both generations side by side.
+// The usage event of a full assembly, for both API versions side by side.
 
 #include "Server/Orvane/Payloads/FullAssemblyData.h"
 
@@ -16,12 +16,12 @@ namespace {
 template <class Value>
 void addProperty(Qx::Analytics::Report& report, const std::wstring& key, const Value& value) {
     std::wostringstream text;
-    text.exceptions(std::ios::badbit); // Without it a stream that finds no memory keeps that to itself.
+    text.exceptions(std::ios::badbit); // Otherwise the stream would swallow `std::bad_alloc`.
     text << value;
     report.properties.try_emplace(key, text.str());
 }
 
-// The two generations differ only in what they call themselves; the queries answer for the document's own.
+// Makes the part of the event that both API versions share; the queries are virtual.
 Qx::Analytics::Report makeReport(const FullAssemblyData& document, const wchar_t* generation,
                                  const std::wstring& workflow) {
     Qx::Analytics::Report report;
@@ -59,7 +59,7 @@ std::wstring FullAssemblyDataV3::projectTypeOfOwnFile() const {
     if (!file)
         return unknown;
     const std::string parentId = file->getParentId();
-    // A folder wins over a project of the same id, whatever the folder says of itself.
+    // A folder takes precedence over a project with the same id, whatever its own fields say.
     if (getFolder(parentId))
         return L"CONTROLLED";
     const ProjectData* project = getProject(parentId);

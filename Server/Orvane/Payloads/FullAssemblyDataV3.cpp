@@ -13,7 +13,7 @@ FullAssemblyDataV3::FullAssemblyDataV3() = default;
 FullAssemblyDataV3::FullAssemblyDataV3(const Qx::JSONNode& root) : FullAssemblyData(root) {
     const auto data = child(root, "data");
     const auto included = child(root, "included");
-    // Ahead of the relationships, which look versions up.
+    // Before the relationships, which look up versions.
     if (included)
         readVersions(*included);
     if (data)

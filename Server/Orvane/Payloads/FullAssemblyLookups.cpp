@@ -1,5 +1,5 @@
-// The queries on files, projects and relationships, of both generations side by side. An id is compared whole
-// and never parsed.
+// The queries on files, projects and relationships, for both API versions side by side. Ids are
+// compared as a whole and never parsed.
 
 #include "Server/Orvane/Payloads/FullAssemblyData.h"
 
@@ -74,7 +74,7 @@ std::wstring FullAssemblyData::getProjectName(const std::string& projectId) cons
 }
 
 std::string FullAssemblyData::projectMembership(const std::string& projectId) const {
-    // A project of that id in another status does not answer: a later active one may.
+    // A project with this id that is not active is skipped, since a later one may be active.
     for (const ProjectData& project : projects_)
         if (project.id_ == projectId && project.getStatus() == ContainerStatus::ACTIVE)
             return project.getMembership();
@@ -90,7 +90,7 @@ std::unordered_map<std::string, ProjectData> FullAssemblyData::getProjectDetails
 }
 
 std::unordered_map<std::string, ProjectData> FullAssemblyData::getProjectDetailsForFiles() const {
-    // A scan for each file would let an answer of many files and many projects take hours.
+    // An index, since scanning the projects for each file could take hours for a large answer.
     std::map<std::string_view, const ProjectData*> firstById;
     for (const ProjectData& project : projects_)
         firstById.try_emplace(project.id_, &project);

@@ -1,4 +1,4 @@
-// The queries on the parents that a user can't use as they stand, of both generations side by side.
+// Queries on the parents that the user can't use as they are, for both API versions side by side.
 
 #include "Server/Orvane/Payloads/FullAssemblyData.h"
 

@@ -11,7 +11,7 @@ class JSONNode;
 namespace Orvane::Payloads {
 
 /// A resource's link to itself. A plain value; may be read from several threads at once.
-/// Moving leaves the source's text empty.
+/// Moving leaves the link of the source empty.
 class QXORVANEDM10_EXPORT Links {
 public:
     /// No link.
@@ -20,10 +20,10 @@ public:
     /// Reads `node` as `init` does.
     explicit Links(const Qx::JSONNode& node);
 
-    /// Reads "self", a text. If `node` lacks it the link stays as it was.
+    /// Reads "self". If `node` lacks it, the link is unchanged.
     void init(const Qx::JSONNode& node);
 
-    /// The key "self"; empty if there was none.
+    /// The value of "self"; empty if there is none.
     std::string getHref() const;
     void setHref(const std::string& href);
 

@@ -13,7 +13,7 @@ ProjectData::ProjectData(const Qx::JSONNode& node) {
     read(node, "name", name_);
     read(node, "parent", parent_);
     read(node, "visible", visible_);
-    // A project that says nothing of its status is active; a folder that does so is not.
+    // Without a status, a project is active; a folder is not.
     if (node.exists("status"))
         setStatus(readText(node, "status"));
     if (const auto me = child(node, "me"))

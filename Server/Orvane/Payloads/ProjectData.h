@@ -9,60 +9,60 @@
 
 namespace Orvane::Payloads {
 
-/// One project of the service, with the calling user's standing in it. A plain value; may be read from
-/// several threads at once.
+/// One project of the service, with the user's membership and role in it. A plain value; may be
+/// read from several threads at once.
 class QXORVANEDM10_EXPORT ProjectData : public Data, public Links {
 public:
-    /// Every field at its default.
+    /// All fields have their defaults.
     ProjectData() = default;
 
-    /// Reads one element of "included.projects". A node whose "type" is not "projects" gives its "id" and
-    /// "type" alone; a key that is missing leaves its field as it is by default. Where a text is
-    /// expected a number or boolean is taken as one; other values of the wrong kind, null included, leave the
-    /// field too, but where told otherwise. The link is "links.self".
+    /// Reads one element of "included.projects". If the "type" of the node is not "projects", reads
+    /// only "id" and "type". If a key is missing, its field keeps its default. Where text is
+    /// expected, a number or boolean is converted to text; any other value of the wrong type,
+    /// including null, leaves the default too, except as noted. The link is "links.self".
     explicit ProjectData(const Qx::JSONNode& node);
 
-    /// "projects".
+    /// Returns "projects".
     static std::string dataType();
 
-    /// The key "name"; empty by default.
+    /// The value of "name"; empty by default.
     std::wstring getName() const;
     void setName(const std::wstring& name);
 
-    /// The key "parent": the parent's URN; empty by default.
+    /// The value of "parent": the parent's URN; empty by default.
     std::string getParent() const;
     void setParent(const std::string& parent);
 
-    /// The key "visible"; false by default.
+    /// The value of "visible"; false by default.
     bool Visible() const;
     void Visible(bool visible);
 
-    /// The key "status"; `ACTIVE` by default, also for a project whose JSON has none; `OTHER` if it is null,
-    /// an object or an array.
+    /// The value of "status"; `ACTIVE` by default, also for a project whose JSON has no status;
+    /// `OTHER` if it is unknown, null, an object or an array.
     ContainerStatus getStatus() const;
     void setStatus(ContainerStatus status);
-    /// The service's text; one that is not known gives `OTHER`.
+    /// Takes the service's string; an unknown one sets `OTHER`.
     void setStatus(const std::string& status);
 
-    /// The key "me.membership", as the service sent it; empty by default.
+    /// The value of "me.membership", as the service sent it; empty by default.
     std::string getMembership() const;
     void setMembership(const std::string& membership);
 
-    /// The key "me.role", such as "PROJECT_ADMIN" or "VIEWER"; empty by default.
+    /// The value of "me.role", such as "PROJECT_ADMIN" or "VIEWER"; empty by default.
     std::string getRole() const;
     void setRole(const std::string& role);
 
-    /// The key "communityType"; empty by default.
+    /// The value of "communityType"; empty by default.
     std::string getCommunityType() const;
     void setCommunityType(const std::string& communityType);
 
-    /// The key "me.isMember": true only for "true" or true; false by default.
+    /// The value of "me.isMember": true only for true or the string "true"; false by default.
     bool IsMember() const;
 
-    /// True if the role is exactly "VIEWER".
+    /// Returns true if the role is exactly "VIEWER".
     bool IsViewerRole() const;
 
-    /// True if the community type is exactly "CONTROLLED".
+    /// Returns true if the community type is exactly "CONTROLLED".
     bool isControlledProject() const;
 
 private:

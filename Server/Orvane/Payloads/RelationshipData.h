@@ -9,35 +9,36 @@
 
 namespace Orvane::Payloads {
 
-/// One relationship between two versions of files. A plain value; may be read from several threads at once.
+/// One relationship between two file versions. A plain value; may be read from several threads at
+/// once.
 ///
-/// References that accessors give are good until the record is assigned to or destroyed.
+/// References that accessors return are valid until the record is assigned to or destroyed.
 class QXORVANEDM10_EXPORT RelationshipData : public Data, public Links {
 public:
     using RelationType = Qx::CloudBrowser::Relationship::RelationType;
 
-    /// Reads one element of "data.relationships". A node whose "type" is not "relationships" gives its "id",
-    /// "type" and "self" alone; a key that is missing leaves its field as it is by default. Where a text is expected a
-    /// number or boolean is taken as one; an object, an array or null leaves the field too. The link is "self" of the
-    /// node itself.
+    /// Reads one element of "data.relationships". If the "type" of the node is not "relationships",
+    /// reads only "id", "type" and "self". If a key is missing, its field keeps its default. Where
+    /// text is expected, a number or boolean is converted to text; an object, an array or null
+    /// leaves the default too. The link is "self" of the node itself, not "links.self".
     explicit RelationshipData(const Qx::JSONNode& node);
 
-    /// "relationships".
+    /// Returns "relationships".
     static std::string dataType();
 
-    /// The key "fromUrn.id": the version at the one end; empty by default.
+    /// The value of "fromUrn.id": the id of the version at one end; empty by default.
     const std::string& fromUrn() const;
 
-    /// The key "toUrn.id": the version at the other end; empty by default.
+    /// The value of "toUrn.id": the id of the version at the other end; empty by default.
     const std::string& toUrn() const;
 
-    /// The key "sourceFromUrn.id"; empty by default.
+    /// The value of "sourceFromUrn.id"; empty by default.
     const std::string& sourceFromUrn() const;
 
-    /// The key "sourceToUrn.id"; empty by default.
+    /// The value of "sourceToUrn.id"; empty by default.
     const std::string& sourceToUrn() const;
 
-    /// The key "relationshipType"; `OTHER` by default.
+    /// The value of "relationshipType"; `OTHER` by default.
     RelationType relationshipType() const;
 
 private:

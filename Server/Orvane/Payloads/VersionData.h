@@ -9,24 +9,24 @@ namespace Orvane::Payloads {
 
 /// One version of a file. A plain value; may be read from several threads at once.
 ///
-/// References that accessors give are good until the record is assigned to or destroyed.
+/// References that accessors return are valid until the record is assigned to or destroyed.
 class QXORVANEDM10_EXPORT VersionData : public Data {
 public:
-    /// Reads one element of "included.versions". A node whose "type" is not "versions" gives its "id" and
-    /// "type" alone; a key that is missing, null or of the wrong kind leaves its text empty, but a number or
-    /// boolean is taken as text.
+    /// Reads one element of "included.versions". If the "type" of the node is not "versions", reads
+    /// only "id" and "type". The string of a key that is missing, null, an object or an array is
+    /// empty; a number or boolean is converted to text.
     explicit VersionData(const Qx::JSONNode& node);
 
-    /// "versions".
+    /// Returns "versions".
     static std::string dataType();
 
-    /// The key "name".
+    /// The value of "name".
     const std::string& getName() const;
 
-    /// The key "file.id": the file that this is a version of.
+    /// The value of "file.id": the id of the file that this is a version of.
     const std::string& getFileId() const;
 
-    /// The key "title".
+    /// The value of "title".
     const std::string& getTitle() const;
 
 private:

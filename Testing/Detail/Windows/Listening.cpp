@@ -2,7 +2,8 @@
 
 namespace Orvane::Testing::Detail {
 
-// Windows would let another program listen on the same port, and take the requests with their tokens.
+// Exclusive use is requested because Windows would otherwise let another program listen on the same
+// port and receive the requests, with their tokens.
 boost::asio::ip::tcp::acceptor listenOn(boost::asio::io_context& context, int port) {
     using boost::asio::ip::tcp;
     using ExclusiveUse = boost::asio::detail::socket_option::boolean<SOL_SOCKET, SO_EXCLUSIVEADDRUSE>;

@@ -6,8 +6,8 @@
 
 #include <string>
 
-// Private: the service's texts as enumerators. Texts are compared whole, byte for byte; one that is not
-// known, the empty one included, gives `OTHER`.
+// Private: converts the service's strings to enumerators. Strings must match exactly; an unknown
+// one, including the empty string, becomes `OTHER`.
 namespace Orvane::Payloads {
 
 ContainerType containerTypeFromString(const std::string& text);

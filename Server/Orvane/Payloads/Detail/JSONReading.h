@@ -5,9 +5,10 @@
 #include <optional>
 #include <string>
 
-// Private: the few words in which every record and document reads JSON. Nothing is required: a key that a
-// node lacks leaves its destination as it was, and a value of the wrong kind leaves what `JSONRef::get`
-// leaves. Only `child` looks at null: a null object counts as none, which has no keys and no elements anyway.
+// Private: the functions with which all records and documents read JSON. No key is required: if a
+// key is missing, or `JSONRef::get` can't convert its value, the destination is unchanged. Only
+// `child` checks for null: it treats a null object as missing, since it has no keys or elements
+// anyway.
 namespace Orvane::Payloads {
 
 template <class Destination>
@@ -16,14 +17,15 @@ void read(const Qx::JSONNode& node, const char* key, Destination& destination) {
         node[key].get(destination);
 }
 
-/// The text under `key`, or the empty text: for members that are converted before they are stored.
+/// Returns the text of `key`, or the empty string; for members that are converted before they are
+/// stored.
 inline std::string readText(const Qx::JSONNode& node, const char* key) {
     std::string text;
     read(node, key, text);
     return text;
 }
 
-/// The value under `key` as a node, unless the key is missing or its value is null.
+/// Returns the value of `key` as a node; nothing if the key is missing or its value is null.
 inline std::optional<Qx::JSONNode> child(const Qx::JSONNode& node, const char* key) {
     if (!node.exists(key))
         return std::nullopt;
@@ -33,14 +35,14 @@ inline std::optional<Qx::JSONNode> child(const Qx::JSONNode& node, const char* k
     return std::make_optional<Qx::JSONNode>(value);
 }
 
-/// The id of the child object under `key`: empty if there is no such child, or it has no id.
+/// Returns the id of the child object `key`; empty if there is no such child, or it has no id.
 inline std::string idOf(const Qx::JSONNode& node, const char* key) {
     const auto object = child(node, key);
     return object ? readText(*object, "id") : std::string();
 }
 
-/// Calls `visit` with each element of the array under `key`, as a node, in order. A key that is missing or
-/// null or holds no array has no elements.
+/// Calls `visit` with each element of the array `key`, as a node, in order. Does nothing if the key
+/// is missing or its value is not an array.
 template <class Visit>
 void forEachElement(const Qx::JSONNode& node, const char* key, Visit visit) {
     const auto array = child(node, key);

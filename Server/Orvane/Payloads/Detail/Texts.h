@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-// Private: the service's words, each spelled once.
+// Private: the service's strings, each defined in one place.
 namespace Orvane::Payloads::Texts {
 
 inline constexpr std::string_view active = "Active";
@@ -28,8 +28,8 @@ inline constexpr std::string_view viewer = "VIEWER";
 inline constexpr std::string_view controlled = "CONTROLLED";
 inline constexpr std::string_view configuration = "Configuration";
 
-// How the service answers for a user's membership. A record stores the membership as it was sent, so all but
-// "true" are here to tell a reader what may come.
+// The values that describe a user's membership. Records store the membership as it was sent, so all
+// but "true" are unused and only document what the service may send.
 inline constexpr std::string_view isTrue = "true";
 inline constexpr std::string_view isFalse = "false";
 inline constexpr std::string_view notAMember = "NOT_A_MEMBER";
