@@ -48,8 +48,7 @@ public:
         separate();
         written_ += boost::json::serialize(string_view(replacements_.forKey(key))) + ':';
         isAfterKey_ = true;
-        if (key != "value")
-            keys_.back() = key;
+        keys_.back() = key == "value" ? enclosingKey() : key;
         return true;
     }
 
@@ -59,6 +58,8 @@ public:
 
 private:
     std::string_view key() const { return keys_.empty() ? std::string_view() : keys_.back(); }
+
+    std::string enclosingKey() const { return keys_.size() < 2 ? std::string() : keys_[keys_.size() - 2]; }
 
     bool keep(string_view text) {
         text_.append(text.data(), text.size());

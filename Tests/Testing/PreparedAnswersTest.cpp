@@ -138,24 +138,24 @@ TEST_F(RecordingTest, MakesUpNamesOfTheSameKind) {
     const std::string deep = std::string(1000, '[') + "\"Acme\"" + std::string(1000, ']');
     const auto inner = std::make_shared<PreparedHTTPClient>(
         HTTPResponse(200, R"({"data":{"id":"urn:vrnk.dorlqa:fs.file:acme?version=3",
-        "type":"files","status":"Acme","name":"Acme.Jo rotor.prt","owner":{"Acme":"Jo"}},"versions":[{"id":77},{"id":"acme.1"},
+        "type":"files","status":"Acme","name":"Acme.Jo rotor.prt","owner":{"Acme":"Jo","type":"files","value":"ACME"}},"versions":[{"id":77},{"id":"acme.1"},
         {"parent":"77"},"acme.1",{"name":"","role":"EDITOR","restrictedProjects":77777}],"files":[],"files":["urn:acme:a?b=jo"],
         "title":)" + deep + "}"));
     RecordingHTTPClient client(inner, folder, {.makesUpNames = true});
     send(client, "https://acme.example/versions/urn%3Avrnk.dorlqa%3Afs.file%3Aacme%3Fversion%3D3/fullassembly");
     const std::string all = recorded();
-    for (const char* part : {"cme", "Jo", "jo"})
+    for (const char* part : {"cme", "CME", "Jo", "jo"})
         EXPECT_EQ(all.find(part), std::string::npos) << all;
     const auto answer = PreparedAnswers::fromFolder(folder).find(
         Method::GET, "/versions/urn:vrnk.dorlqa:fs.file:1%3Fversion%3D3/fullassembly");
     ASSERT_TRUE(answer) << all << client.problem();
-    const std::string id = "9000000000000006";
+    const std::string id = "9000000000000007";
     EXPECT_EQ(answer->getBody().substr(0, answer->getBody().find("\"title\"")),
               R"({"data":{"id":"urn:vrnk.dorlqa:fs.file:1?version=3","type":"files","status":"name 2",)"
-              R"("name":"name 3.prt","key 4":{"key 2":"name 5"}},"versions":[{"id":)" +
-                  id + R"(},{"id":"id-7"},{"parent":")" + id +
-                  R"("},"id-7",{"name":"","role":"EDITOR","restrictedProjects":77777}],"files":[],)"
-                  R"("files":["urn:made-up:8"],)");
+              R"("name":"name 3.prt","key 4":{"key 2":"name 5","type":"files","value":"name 6"}},"versions":[{"id":)" +
+                  id + R"(},{"id":"id-8"},{"parent":")" + id +
+                  R"("},"id-8",{"name":"","role":"EDITOR","restrictedProjects":77777}],"files":[],)"
+                  R"("files":["urn:made-up:9"],)");
 }
 
 TEST_F(RecordingTest, KeepsAllOfSeveralRecordersInTheirOrder) {
