@@ -11,7 +11,7 @@
 
 namespace Qx {
 
-// What the connections are made with, from the first client on.
+// The settings of the connections, fixed by the first client.
 struct CurlConnectionCache::Use {
     struct Kind {
         std::optional<std::string> proxy;
@@ -29,12 +29,12 @@ CurlConnectionCache::CurlConnectionCache(std::size_t maxConnections)
       transfers_(std::make_unique<Detail::TransferThread>(maxConnections)) {}
 
 CurlConnectionCache::~CurlConnectionCache() {
-    // In a forked child the thread does not run, so it can't be ended.
+    // In a forked child the thread does not exist, so it can't be joined.
     if (Detail::processId() != processId_)
         static_cast<void>(transfers_.release());
 }
 
-// libcurl would let a client use a connection for which another has shown its credentials to a proxy.
+// libcurl would let a client use a connection on which another has authenticated to a proxy.
 void CurlConnectionCache::require(const CurlHTTPClientOptions& options) {
     const Use::Kind kind{options.proxy, options.certificateFile};
     const std::lock_guard lock(use_->mutex);

@@ -48,11 +48,11 @@ void completeOnCallbackThreads(const std::shared_ptr<Batch>& batch, Session& ses
     }
     std::vector<TransferThread::ResponseHandler> handlers;
     for (std::size_t index = 0; index < batch->requests().size(); ++index) {
-        // The task is made here, where there is somebody to tell if there is no memory for it.
+        // The task is created here, where std::bad_alloc can still reach the caller.
         CallbackThreads::Tasks task{
             {batch->requests()[index].getThreadName(), [batch, index] { Batch::dispatch(batch, index); }}};
-        // It takes the batch along, so that callbacks are destroyed where they have run: the last of them may drop the
-        // client, which the transfer thread can't end.
+        // The task owns the batch, so that the callbacks are destroyed on the thread that ran them:
+        // the last of them may destroy the client, which the transfer thread must not do.
         handlers.emplace_back(
             [batch = batch.get(), index, &callbacks, task = std::move(task)](HTTPResponse response) mutable {
                 batch->setResponse(index, std::move(response));
@@ -64,7 +64,8 @@ void completeOnCallbackThreads(const std::shared_ptr<Batch>& batch, Session& ses
 
 } // namespace
 
-// In this order: the last completions run while the session, though closed, can still be asked for more.
+// The order matters: while `callbacks` is destroyed, the last completions run and may still send
+// requests to the session, though it is closed.
 struct CurlHTTPClient::State {
     explicit State(const CurlHTTPClientOptions& options)
         : session(options),
@@ -74,9 +75,9 @@ struct CurlHTTPClient::State {
           callbacks(options.callbackThreads),
           tokens(session, transfers) {
         try {
-            cache->require(options); // The last, since it lasts: a client that is not made makes no connections.
+            cache->require(options); // Last: it is permanent, so nothing may fail after it.
         } catch (...) {
-            transfers.close(session); // The thread for tokens waits for that.
+            transfers.close(session); // So that the token thread ends.
             throw;
         }
     }
@@ -93,7 +94,7 @@ CurlHTTPClient::CurlHTTPClient(const CurlHTTPClientOptions& options)
 
 CurlHTTPClient::~CurlHTTPClient() {
     if (belongsToParentProcess())
-        static_cast<void>(state_.release()); // None of its threads runs here, so none can be ended.
+        static_cast<void>(state_.release()); // There are no threads to join here.
     else
         state_->transfers.close(state_->session);
 }
@@ -129,7 +130,7 @@ void CurlHTTPClient::send(std::vector<HTTPRequest> requests, BatchCallback callb
         refuseInChild(*batch);
     else
         waitForResponses(*batch, state_->session, state_->transfers);
-    // From here on the client is not touched: a completion may have destroyed it.
+    // Do not touch the client from here on: a completion may destroy it.
     batch->completeAll();
 }
 

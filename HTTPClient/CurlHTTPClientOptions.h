@@ -14,88 +14,98 @@
 
 namespace Qx {
 
-/// The options of a `CurlHTTPClient`. Each time is more than 0 and at most a day.
+/// The options of a `CurlHTTPClient`. Each duration must be more than 0 and at most a day.
 struct CurlHTTPClientOptions {
-    /// The bearer token of requests that ask for one. If it is empty, they are sent without. Not used if there is a
-    /// token source.
+    /// The bearer token for requests with `AuthType::BEARER`. If empty, they are sent without a
+    /// token. Ignored if there is a `tokenSource`.
     std::string token;
 
-    /// Returns the bearer token. It is called when a request that asks for one starts, with an empty text, and again if
-    /// the service answers 401, with the token that it refused. If it then returns another one, the request is sent
-    /// once more; otherwise the 401 is the response. Requests that wait at the same time share a call. It runs on a
-    /// thread of the client's own, one call at a time, so it may take its time, and may send requests of the execution
-    /// type `CALLING_THREAD` that need no token. Clients that have the same source call it at the same time, so one
-    /// that several share must be ready for that. If it throws, its requests fail with the exception's text as the
-    /// reason, so that must not hold a secret.
+    /// Returns the bearer token. Called with an empty string when a request that needs a token
+    /// starts, and again, with the refused token, if the service answers 401. If it then returns a
+    /// different token, the request is sent once more; otherwise the 401 is the response. Requests
+    /// that wait at the same time share one call. It runs on a dedicated thread of the client, one
+    /// call at a time, so it may block, and may send requests of execution type `CALLING_THREAD`
+    /// that need no token. Clients with the same source call it concurrently, so a shared source
+    /// must be thread-safe. If it throws, the requests that wait for it fail with the exception's
+    /// message as the reason, so the message must not contain a secret.
     ///
-    /// Cancelling does not wait for it, but the client's destructor does: so it must neither destroy the client nor
-    /// wait for the thread that does.
+    /// Cancelling does not wait for it, but the client's destructor does, so it must neither
+    /// destroy the client nor wait for a thread that is destroying it.
     std::function<std::string(const std::string& refusedToken)> tokenSource;
 
-    /// URLs whose scheme, host and port are the only ones that get the token: a request that would take it elsewhere is
-    /// refused. If there is none, the token goes wherever a request asks for it, which is too far if links come from
-    /// documents.
+    /// The token is sent only to the schemes, hosts and ports of these URLs; a request that would
+    /// send it elsewhere is refused. If there are none, the token is sent to whatever host a
+    /// request names, which is too permissive if links come from documents.
     std::vector<std::string> tokenOrigins;
 
-    /// Until there is a connection, the TLS handshake included.
+    /// Time limit for connecting, including the TLS handshake.
     std::chrono::milliseconds connectTimeout = std::chrono::seconds(10);
 
-    /// From the start of an attempt, name resolution and redirects included, to the last byte.
+    /// Time limit for one attempt, including name resolution and redirects, up to the last byte.
     std::chrono::milliseconds requestTimeout = std::chrono::seconds(120);
 
-    /// How long less than one byte a second may come on average.
+    /// An attempt fails if it averages less than one byte per second for this long.
     std::chrono::seconds stallTimeout = std::chrono::seconds(30);
 
-    /// The size of all headers of a response, those of redirects included.
+    /// Maximum size of all headers of a response, including those of redirects.
     std::size_t maxHeaderBytes = std::size_t{256} << 10;
 
-    /// The size of the decoded body; and of all bytes that are received of bodies, those of redirects included.
+    /// Maximum size of the decoded body, and of all body bytes received, including those of
+    /// redirects.
     std::size_t maxBodyBytes = std::size_t{256} << 20;
 
-    /// How many redirects of a request are followed; more are a failure, and 0 follows none.
+    /// The number of redirects that a request follows; one more is a failure, and 0 follows none.
     int maxRedirects = 5;
 
-    /// How often a GET is tried again after a response of 429, 502, 503 or 504, or after a network failure before the
-    /// first line of a response. Each attempt has the whole `requestTimeout`. A POST is never sent twice for such a
-    /// reason.
+    /// How often a GET is retried after a status of 429, 502, 503 or 504, or after a network
+    /// failure before the first line of a response. Each attempt has the full `requestTimeout`. A
+    /// POST is never sent again for these reasons.
     int maxRetries = 2;
 
-    /// How long the first retry waits, give or take a fifth; each further one waits twice as long as the one before.
+    /// The delay before the first retry, give or take a fifth; it doubles with each further retry.
     std::chrono::milliseconds retryDelay = std::chrono::milliseconds(500);
 
-    /// How long a response's Retry-After may make a retry wait. If it asks for more, the response is handed on.
+    /// The longest delay that a response's Retry-After may request. If it asks for more, the
+    /// response is delivered without a retry.
     std::chrono::seconds maxRetryAfter = std::chrono::seconds(30);
 
-    /// The proxy: what the environment says (`https_proxy`, `http_proxy`, `no_proxy`), or the one of this URL, which
-    /// may hold a user name and password, or none if the text is empty. Requests to this machine use none.
+    /// The URL of the proxy, which may contain a user name and password. If not set, the
+    /// environment determines the proxy (`https_proxy`, `http_proxy`, `no_proxy`); if empty, none
+    /// is used. Requests to this machine never use a proxy.
     std::optional<std::string> proxy;
 
-    /// The header User-Agent of requests that set none. If it is empty, it is not sent.
+    /// The User-Agent header of requests that set none. If empty, none is sent.
     std::string userAgent;
 
-    /// A file of certificates (PEM) to trust instead of the system's; the system's if the text is empty.
+    /// A PEM file of certificates to trust instead of the system's. If empty, the system's are
+    /// trusted.
     std::string certificateFile;
 
-    /// Connections to share with other clients. If it is null, the client has its own, at most `maxConnections`.
+    /// Connections to share with other clients. If null, the client has its own, at most
+    /// `maxConnections`.
     std::shared_ptr<CurlConnectionCache> connectionCache;
 
-    /// At least one; requests beyond these wait for their turn. Not used if there is a `connectionCache`.
+    /// Maximum number of open connections, at least one; further requests wait for their turn.
+    /// Ignored if there is a `connectionCache`.
     std::size_t maxConnections = 16;
 
-    /// Threads that run completions; at least one and at most 1,000.
+    /// The number of threads that run completions; at least one and at most 1,000.
     std::size_t callbackThreads = 2;
 
-    /// If set, called on a callback thread for each completion that would run there; runs the function that it gets
-    /// where completions belong, in a queue of the user interface, say, then or later, once. If it throws, the
-    /// completion runs on the callback thread. If it destroys the function without a call, the request's callback is
-    /// not called, and the request counts as completed in its batch.
+    /// If set, called on a callback thread for each completion that would run there. It runs the
+    /// given function once, at once or later, where completions belong, such as in a UI event
+    /// queue. If it throws, the completion runs on the callback thread. If it destroys the function
+    /// without calling it, the request's callback is not called, and the request counts as
+    /// completed in its batch.
     ///
-    /// A completion of the library reads the whole answer before it calls back, some 3 microseconds for each file. To
-    /// keep that from the user interface, set no executor, and post the finished document from your callback.
+    /// The library's completions read the whole answer before they call back, which takes about 3
+    /// microseconds per file. To keep that work off the UI thread, set no executor, and post the
+    /// finished document from your callback.
     std::function<void(std::function<void()> completion)> executor;
 
-    /// Called for each request, a refused one too, directly before its callback and in the same thread: so a callback
-    /// that is told of no more than success or failure knows why. What it throws is dropped.
+    /// Called for each request, even a refused one, directly before its callback and on the same
+    /// thread, so that a callback that only learns of success or failure can find out why.
+    /// Exceptions from it are ignored.
     std::function<void(const HTTPRequest& request, const HTTPResponse& response)> onResponse;
 
     /// Called at most ten times a second for each request while the body of a successful response arrives.
@@ -104,8 +114,8 @@ struct CurlHTTPClientOptions {
     /// Called after each attempt, before the request's completion.
     std::function<void(const HTTPAttempt& attempt)> onAttempt;
 
-    // The last two are called on a thread that all requests share, so they have to be quick, and must neither call nor
-    // destroy a client. What they throw is dropped.
+    // `onProgress` and `onAttempt` are called on the thread that all transfers share, so they must
+    // be quick, and must neither call nor destroy a client. Exceptions from them are ignored.
 };
 
 } // namespace Qx

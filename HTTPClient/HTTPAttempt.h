@@ -9,39 +9,40 @@
 
 namespace Qx {
 
-/// One finished attempt to get a response, redirects included, for the application's log. It holds no token, no header
-/// and no value of a query.
+/// One finished attempt to get a response, including redirects, for the application's log. Contains
+/// no token, no headers and no query values.
 struct HTTPAttempt {
     HTTPRequest::Method method = HTTPRequest::Method::GET;
 
-    /// Where the last exchange of the attempt went, without the values of the query's keys and without a fragment;
-    /// after a redirect no more than scheme, host and port.
+    /// The URL of the attempt's last exchange, with the keys but not the values of its query, and
+    /// without a fragment; after a redirect, only scheme, host and port.
     std::string url;
 
     /// 1 for the first attempt of a request, 2 for the one after it, and so on.
     int number = 1;
 
-    /// The status of the response, or 0 and why there is none.
+    /// The status of the response; 0 if there is none, and the next two members say why.
     int status = 0;
     HTTPResponse::FailureKind failureKind = HTTPResponse::FailureKind::NONE;
     std::string reason;
 
-    /// The bytes of the body as received, before they are decoded.
+    /// The bytes of the body as received, before decoding.
     std::uint64_t bytesReceived = 0;
 
-    /// Measured from the start of the last exchange until the host's name was resolved, the connection was ready to
-    /// use (TLS included), and the first byte of the response came; 0 if it did not get that far.
+    /// Time from the start of the last exchange until the host name was resolved, the connection
+    /// was ready (including TLS), and the first byte of the response arrived; 0 if it did not get
+    /// that far.
     std::chrono::microseconds nameResolved{0};
     std::chrono::microseconds connected{0};
     std::chrono::microseconds firstByte{0};
 
-    /// Measured from the start of the attempt until its end.
+    /// Time from the start of the attempt to its end.
     std::chrono::microseconds total{0};
 
-    /// "HTTP/1.1" or "HTTP/2", for example; empty if no response came.
+    /// "HTTP/1.1" or "HTTP/2", for example; empty if no response arrived.
     std::string protocol;
 
-    /// Whether the last exchange used a connection that was open already.
+    /// Whether the last exchange reused an open connection.
     bool isConnectionReused = false;
 };
 

@@ -6,15 +6,15 @@
 
 namespace Qx {
 
-/// How much of a successful response's body has come.
+/// How much of the body of a successful response has arrived.
 struct HTTPProgress {
-    /// Where it comes from, as in `HTTPAttempt`.
+    /// The URL, as in `HTTPAttempt`.
     std::string url;
 
-    /// Bytes as received, before they are decoded.
+    /// Bytes as received, before decoding.
     std::uint64_t received = 0;
 
-    /// How many there will be, if the server says so.
+    /// The total number of bytes, if the server states it.
     std::optional<std::uint64_t> total;
 };
 

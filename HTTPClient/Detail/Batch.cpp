@@ -6,7 +6,7 @@
 
 namespace Qx::Detail {
 
-// What an executor gets: it counts once, whether it is run, run twice, or dropped.
+// The task that an executor gets. It counts as one completion, whether run, run twice, or dropped.
 class Batch::Task {
 public:
     Task(std::shared_ptr<Batch> batch, std::size_t index) : batch_(std::move(batch)), index_(index) {}
@@ -18,7 +18,7 @@ public:
             if (!isTaken_.exchange(true))
                 batch_->countCompletion();
         } catch (...) {
-            // A destructor has nobody to tell.
+            // A destructor must not throw.
         }
     }
 
@@ -73,7 +73,7 @@ void Batch::tell(std::size_t index) const noexcept {
         if (index < requests_.size() && onResponse_)
             onResponse_(requests_[index], responses_[index]); // NOLINT(clang-analyzer-cplusplus.Move): the last moves
     } catch (...) {
-        // The callback is called all the same.
+        // The callback is called regardless.
     }
 }
 
@@ -107,7 +107,7 @@ void Batch::dispatch(const std::shared_ptr<Batch>& batch, std::size_t index) {
         batch->executor_([task] { task->run(); });
         return;
     } catch (...) {
-        // It has refused the task, or there is no memory for one.
+        // The executor threw, or there is no memory for the task.
     }
     if (task)
         task->run();

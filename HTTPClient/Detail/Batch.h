@@ -13,7 +13,7 @@
 
 namespace Qx::Detail {
 
-/// Requests that are sent together and complete together: one, or a batch, which may be empty.
+/// Requests that are sent and completed together: a single request, or a batch, which may be empty.
 class Batch {
 public:
     Batch(std::vector<HTTPRequest> requests, IHTTPClient::BatchCallback batchCallback,
@@ -21,19 +21,19 @@ public:
 
     const std::vector<HTTPRequest>& requests() const;
 
-    /// How many completions there are: one for each request, and one for a batch without any.
+    /// Returns the number of completions: one for each request, or one for an empty batch.
     std::size_t completions() const;
 
     void setResponse(std::size_t index, HTTPResponse response);
 
-    /// Calls the callback of one request and, after the last, that of the batch. What the first throws is thrown after
-    /// the second has run, unless that throws too.
+    /// Calls the callback of one request and, after the last request, that of the batch. An
+    /// exception from the first is rethrown after the second has run, unless that throws too.
     void complete(std::size_t index);
 
-    /// Completes all in the calling thread. The first exception is thrown after all have run.
+    /// Completes all on the calling thread. Rethrows the first exception after all have run.
     void completeAll();
 
-    /// Completes where the executor puts it, or here if there is none or it throws.
+    /// Completes a request through the executor, or right here if there is none or it throws.
     static void dispatch(const std::shared_ptr<Batch>& batch, std::size_t index);
 
 private:

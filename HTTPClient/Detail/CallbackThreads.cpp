@@ -16,7 +16,7 @@ void run(CallbackThreads::Task& task) {
     try {
         task.run();
     } catch (...) {
-        // A completion that throws must not take the others with it.
+        // A completion that throws must not stop the others.
     }
     task.run = nullptr;
     nameThisThread("orvane-idle");
@@ -24,7 +24,7 @@ void run(CallbackThreads::Task& task) {
 
 } // namespace
 
-// Shared with the threads, since the one from which the pool is destroyed outlives it.
+// Shared with the threads, since a thread that destroys the pool outlives it.
 struct CallbackThreads::Queue {
     std::mutex mutex;
     std::condition_variable changed;
@@ -55,7 +55,7 @@ struct CallbackThreads::Queue {
 
 CallbackThreads::CallbackThreads(std::size_t count) : queue_(std::make_shared<Queue>()) {
     const std::size_t atLeastOne = std::max<std::size_t>(count, 1);
-    threads_.reserve(atLeastOne); // A thread that runs can't be dropped.
+    threads_.reserve(atLeastOne); // So that push_back can't throw and drop a running thread.
     try {
         while (threads_.size() < atLeastOne)
             threads_.push_back(startThread([queue = queue_] { queue->runAll(); }));
@@ -76,7 +76,7 @@ void CallbackThreads::end() {
             thread.join();
             continue;
         }
-        // Destroyed from a task: this thread can't wait for itself, so it does its work here.
+        // Destroyed from a task: this thread can't join itself, so it runs the other tasks here.
         queue_->runAll();
         thread.detach();
     }

@@ -18,18 +18,19 @@ public:
         std::function<void()> run;
     };
 
-    /// A list, since it can be handed on without memory for it: what is ready can always be posted.
+    /// A list, since splicing one allocates nothing: a task that is ready can always be posted.
     using Tasks = std::list<Task>;
 
     explicit CallbackThreads(std::size_t count);
     CallbackThreads(const CallbackThreads&) = delete;
     CallbackThreads& operator=(const CallbackThreads&) = delete;
 
-    /// Runs what is still posted and ends the threads. May be called from a task, within which other tasks then run.
+    /// Runs the tasks still queued and ends the threads. May be called from a task; other tasks may
+    /// then run inside this call.
     ~CallbackThreads();
 
-    /// Runs each once on one of the threads and destroys it there. An exception that leaves a task ends there: there is
-    /// nobody else to tell. May be called from any thread, also from a task.
+    /// Runs each task once on one of the threads and destroys it there. Exceptions from tasks are
+    /// ignored, since no caller is left to receive them. Thread-safe; tasks may call it too.
     void post(Tasks tasks) noexcept;
 
 private:

@@ -108,7 +108,8 @@ int Connections::close(void* connections, curl_socket_t socket) noexcept {
     return closeSocket(socket);
 }
 
-// OpenSSL reads on within one call as long as messages of TLS itself come, in a handshake and after it.
+// OpenSSL keeps reading within one call as long as messages of TLS itself arrive, during the
+// handshake and after it.
 CURLcode Connections::watchTLS(CURL* easy, void* context, void* connections) noexcept {
     auto& watching = *static_cast<Connections*>(connections);
     long localPort = 0;
@@ -140,7 +141,7 @@ void Connections::onHandshakeMessage(const void* context) {
         use.roundStart = now;
         use.messages = 0;
     }
-    // A handshake has some ten; what takes long with few may be this machine.
+    // A handshake has about ten messages; if fewer than this take long, this machine may be slow.
     constexpr int many = 100;
     if (++use.messages > many && now - use.roundStart > limit_.load())
         shutDown(found->first);

@@ -11,53 +11,56 @@
 
 namespace Qx::Detail {
 
-/// What the transfers of one client share: TLS sessions, and the sockets of their connections. To be used by one thread
-/// at a time, except for `hurry`, and to outlive the connections.
+/// What the transfers of one `TransferThread` share: TLS sessions, and the sockets of their
+/// connections. Must outlive the connections. Not thread-safe, except for `hurry`.
 class Connections final : private HandshakeWatcher {
 public:
-    /// Throws `std::bad_alloc`.
+    /// Throws `std::bad_alloc` when memory runs out.
     Connections();
     Connections(const Connections&) = delete;
     Connections& operator=(const Connections&) = delete;
 
-    /// Lets `easy` share them. False if there is no memory for that.
+    /// Makes `easy` use the shared TLS sessions and sockets. Returns false when memory runs out.
     bool attach(CURL* easy);
 
-    /// To be called before each round of libcurl's work, with how long the messages of one connection's TLS may keep it
-    /// in a call. A peer that never pauses would do so for good.
+    /// Call before each round of libcurl's work. `limit` is how long the TLS messages of one
+    /// connection may keep libcurl in a single call; a peer that never pauses would keep it there
+    /// forever.
     void beginRound(std::chrono::milliseconds limit);
 
-    /// The number of the round.
+    /// Returns the number of the current round.
     std::uint64_t round() const;
 
-    /// Lets no connection hold up this round for longer, since somebody waits for its end. May be called from any
-    /// thread.
+    /// Shortens the limit for this round, since another thread waits for its end. Thread-safe.
     void hurry();
 
-    /// The socket of the connection between that port and that peer, or none.
+    /// Returns the socket of the connection between that local port and that peer, or
+    /// `CURL_SOCKET_BAD`.
     curl_socket_t find(int localPort, const std::string& peer, int peerPort);
 
-    /// To be called when a request takes the connection. Returns a number for this use of it; 0 for no connection.
+    /// Call when a request takes the connection. Returns a number for this use of it, or 0 if there
+    /// is no such connection.
     std::uint64_t take(curl_socket_t socket);
 
-    /// Ends the connection of that socket, unless another request has taken it.
+    /// Shuts down the connection of that socket, unless another request has taken it since.
     void giveUp(curl_socket_t socket, std::uint64_t use) const;
 
-    /// Why the system did not give the last socket that was asked for; empty if it did.
+    /// Returns why the system refused the last socket requested; empty if it did not.
     std::string openFailure() const;
 
-    /// Whether the connection has received nothing that nobody has asked for, which would be taken for the response to
-    /// the next request. What comes over a new one with TLS belongs to that. False for no connection. Counts as a use.
+    /// Returns whether the connection has received no unsolicited data, which would be taken for
+    /// the response to the next request. Data on a new TLS connection belongs to TLS itself and
+    /// does not matter. Returns false if there is no such connection. Marks the connection as used.
     bool isQuiet(curl_socket_t socket, bool isTLS);
 
 private:
     struct Use {
         std::uint64_t number = 0;
-        int localPort = 0; ///< Asked for until there is one.
+        int localPort = 0; ///< 0 until the system reports one.
         bool isUsed = false;
-        std::uint64_t round = 0; ///< The last one in which messages of TLS came, when its first one did, and how many.
-        std::chrono::steady_clock::time_point roundStart;
-        int messages = 0;
+        std::uint64_t round = 0;                          ///< The last one with TLS messages.
+        std::chrono::steady_clock::time_point roundStart; ///< When the first of those came.
+        int messages = 0;                                 ///< How many came.
     };
 
     void onHandshakeMessage(const void* context) override;
@@ -67,7 +70,7 @@ private:
     static CURLcode watchTLS(CURL* easy, void* context, void* connections) noexcept;
 
     std::map<curl_socket_t, Use> uses_;
-    std::map<const void*, curl_socket_t> socketsOfTLS_; ///< By the context that each connection has of its own.
+    std::map<const void*, curl_socket_t> socketsOfTLS_; ///< By each connection's OpenSSL context.
     std::uint64_t lastUse_ = 0;
     std::atomic<std::chrono::milliseconds> limit_{};
     std::uint64_t round_ = 0;

@@ -3,7 +3,7 @@
 #include <curl/curl.h>
 #include <memory>
 
-// What owns libcurl's objects. Nothing outside this folder knows libcurl.
+// Owning pointers to libcurl's objects. Nothing outside this folder uses libcurl.
 namespace Qx::Detail {
 
 template <auto destroy>

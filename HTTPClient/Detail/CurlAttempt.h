@@ -6,7 +6,8 @@
 
 namespace Qx::Detail {
 
-/// What libcurl has measured of the last exchange of `easy`: bytes, times and whether its connection was open already.
+/// Returns what libcurl measured of the last exchange of `easy`: bytes, times, and whether its
+/// connection was reused.
 HTTPAttempt measureExchange(CURL* easy);
 
 } // namespace Qx::Detail

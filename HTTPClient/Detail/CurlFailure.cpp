@@ -15,14 +15,15 @@ bool hasConnected(CURL* easy) {
     return time > 0;
 }
 
-// "OpenSSL/3.0: error:0A00010B:SSL routines::wrong version number" is for the last words alone.
+// "OpenSSL/3.0: error:0A00010B:SSL routines::wrong version number" -> "TLS: wrong version number"
 std::string withoutCodes(const std::string& detail) {
     const std::size_t code = detail.find("error:");
     const std::size_t words = detail.rfind(':');
     return code == std::string::npos ? detail : "TLS: " + detail.substr(words + 1);
 }
 
-// Words of our own where libcurl's may quote the address of a proxy, whole or in parts, with the password in it.
+// Uses our own words where libcurl's may quote a proxy's URL or parts of it, including its
+// password.
 TransferError explainPlainly(CURLcode result, CURL* easy, const std::string& detail) {
     const std::string reason = detail.empty() ? curl_easy_strerror(result) : withoutCodes(detail);
     switch (result) {
@@ -58,10 +59,10 @@ TransferError explainPlainly(CURLcode result, CURL* easy, const std::string& det
 TransferError explain(CURLcode result, CURL* easy, const std::string& detail,
                       std::initializer_list<std::string_view> secrets) {
     const TransferError error = explainPlainly(result, easy, detail);
-    // The server has a say in some of the words, and knows the token.
+    // The server can influence some of the text, and knows the token.
     std::string reason = holdsSecret(error.what(), secrets) ? curl_easy_strerror(result) : error.what();
     std::replace_if(reason.begin(), reason.end(), isControl, ' ');
-    return {error.kind(), ToHString(ToIString(reason))}; // The system's words need not be UTF-8.
+    return {error.kind(), ToHString(ToIString(reason))}; // The system's messages need not be UTF-8.
 }
 
 bool holdsSecret(const std::string& text, std::initializer_list<std::string_view> secrets) {

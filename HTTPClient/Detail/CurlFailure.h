@@ -9,13 +9,15 @@
 
 namespace Qx::Detail {
 
-/// What it means that libcurl ended the work of `easy` with `result`, which is not `CURLE_OK`. `detail` is what it
-/// wrote into its error buffer, or, if it can't connect, why it got no socket. The reason holds none of the `secrets`,
-/// nor anything of a proxy's URL. Throws `std::bad_alloc`.
+/// Explains why a transfer failed: `result`, which is not `CURLE_OK`, is libcurl's result for
+/// `easy`, and `detail` is what libcurl wrote into its error buffer or, if it could not connect,
+/// why it got no socket. The reason contains none of the `secrets`, and nothing of a proxy's URL.
+/// Throws `std::bad_alloc` when memory runs out.
 TransferError explain(CURLcode result, CURL* easy, const std::string& detail,
                       std::initializer_list<std::string_view> secrets);
 
-/// Whether the text holds one of the secrets. A short one counts for none, but for a part of words.
+/// Returns whether the text contains one of the secrets. Short secrets are ignored, since ordinary
+/// words may contain them.
 bool holdsSecret(const std::string& text, std::initializer_list<std::string_view> secrets);
 
 } // namespace Qx::Detail

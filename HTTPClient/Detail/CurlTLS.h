@@ -2,32 +2,34 @@
 
 #include <curl/curl.h>
 
-// What only OpenSSL tells of the connection that a handle uses; false where libcurl leaves TLS to another library, and
-// for a connection without TLS.
+// What only OpenSSL reports about the connection that a handle uses. The queries return false if
+// libcurl uses another TLS library, or the connection does not use TLS.
 namespace Qx::Detail {
 
-/// Whether libcurl leaves TLS to OpenSSL.
+/// Returns whether libcurl uses OpenSSL for TLS.
 bool runsOnOpenSSL();
 
-/// Whether the peer has not said that the connection ends, as it does with "close_notify".
+/// Returns whether the peer has not announced the end of the connection with "close_notify".
 bool lacksCloseNotify(CURL* easy);
 
-/// Whether the handshake has chosen HTTP/2. A response must not decide that: one of HTTP/1.1 could claim it.
+/// Returns whether the handshake chose HTTP/2. The response must not decide that: one of HTTP/1.1
+/// could claim to be HTTP/2.
 bool speaksHTTP2(CURL* easy);
 
-/// Whether something is left within TLS that nobody has read. To look for more would take session tickets from libcurl.
+/// Returns whether OpenSSL holds data that has not been read. Looking for more would take session
+/// tickets from libcurl.
 bool hasDataInTLS(CURL* easy);
 
-/// Whoever is to be told of the messages of TLS itself.
+/// Is notified of handshake messages, which TLS also sends after the handshake.
 class HandshakeWatcher {
 public:
     virtual ~HandshakeWatcher() = default;
 
-    /// Called for each that comes, with OpenSSL's context of its connection.
+    /// Called for each message received, with the OpenSSL context of its connection.
     virtual void onHandshakeMessage(const void* context) = 0;
 };
 
-/// Lets `watcher`, which has to outlive it, watch the connections of that context of OpenSSL's.
+/// Makes `watcher`, which must outlive the context, watch the connections of that OpenSSL context.
 void watchHandshake(void* context, HandshakeWatcher& watcher);
 
 } // namespace Qx::Detail

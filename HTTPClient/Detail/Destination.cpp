@@ -25,7 +25,7 @@ CURLUcode orBadAlloc(CURLUcode result) {
     return result;
 }
 
-// Empty if the URL lacks it.
+// Returns an empty string if the URL lacks that part.
 std::string partOf(CURLU* url, CURLUPart part, unsigned flags = 0) {
     char* text = nullptr;
     if (orBadAlloc(curl_url_get(url, part, &text, flags)) != CURLUE_OK)
@@ -40,12 +40,14 @@ bool has(CURLU* url, CURLUPart part) {
     return isThere;
 }
 
-// Any address of this machine, a name that stands for one, or an address of the other family that contains one.
+// Whether the host may be this machine in a form that `isLoopback` does not recognise: an
+// unspecified address, a legacy form of a loopback address, an IPv6 address that embeds an IPv4
+// address, or a name under "localhost".
 bool isAnyLocal(const std::string& host) {
     constexpr std::string_view localhost = ".localhost";
     const std::string end = host.substr(host.size() - std::min(host.size(), localhost.size()));
     in6_addr address6{};
-    // In its old forms too, which the resolver takes: "0", "127.1" or "0x7f000001".
+    // inet_addr also accepts the legacy forms that resolvers take: "0", "127.1" or "0x7f000001".
     if (const auto address = inet_addr(host.c_str()); address != INADDR_NONE)
         return ntohl(address) >> 24 == 0 || ntohl(address) >> 24 == 127;
     if (host.starts_with('[') && inet_pton(AF_INET6, host.substr(1, host.size() - 2).c_str(), &address6) == 1)
@@ -58,7 +60,7 @@ bool isAnyLocal(const std::string& host) {
 Destination::Destination(const std::string& url) : Destination(orBadAlloc(curl_url()), url, 0) {}
 
 Destination Destination::redirected(const std::string& location) const {
-    // Servers leave blanks and other bytes unencoded.
+    // Servers may leave blanks and other bytes unencoded.
     return {orBadAlloc(curl_url_dup(url_.get())), location, CURLU_URLENCODE | CURLU_ALLOW_SPACE};
 }
 
@@ -74,7 +76,7 @@ Destination::Destination(CurlUrl url, const std::string& text, unsigned flags) :
     host_ = partOf(url_.get(), CURLUPART_HOST);
     port_ = partOf(url_.get(), CURLUPART_PORT, CURLU_DEFAULT_PORT);
     text_ = partOf(url_.get(), CURLUPART_URL);
-    // A password with other signs in it than it may have makes a user name a host.
+    // An invalid character in a password can make the parser take the user name for the host.
     isNamed_ = isURL && text.find('@') == std::string::npos;
     if (hasCredentials)
         refusal_ = "the URL contains a user name or password";
@@ -122,7 +124,7 @@ std::string Destination::withoutValues() const {
          rest = rest.substr(std::min(rest.find('&'), rest.size()))) {
         rest.remove_prefix(1);
         const std::string_view pair = rest.substr(0, rest.find('&'));
-        // Without "=" it may be a value, and with no more than that too.
+        // Without "=", or with nothing after it, the text may be a value itself.
         const std::size_t equals = pair.find('=');
         if (equals != std::string_view::npos && pair.find_first_not_of('=', equals) != std::string_view::npos) {
             shown.append({separator}).append(pair.substr(0, equals + 1));

@@ -6,40 +6,42 @@
 
 namespace Qx::Detail {
 
-/// Where a request goes: an http or https URL, as libcurl understands it, so that nothing can be taken for another
-/// host here than where it is sent. The constructor and `redirected` throw `std::bad_alloc` rather than take what there
-/// is no memory for as missing: much hangs on what a URL holds.
+/// Where a request goes: an http or https URL as parsed by libcurl, so that the host checked here
+/// is the host that libcurl connects to. When memory runs out, the constructor and `redirected`
+/// throw `std::bad_alloc` rather than treat a part of the URL as missing, since security checks
+/// depend on it.
 class Destination {
 public:
     explicit Destination(const std::string& url);
 
-    /// Where the header "Location: `location`" leads from here, relative or not.
+    /// Returns where the header "Location: `location`", absolute or relative, leads from here.
     Destination redirected(const std::string& location) const;
 
-    /// Why nothing may be sent there, in one line; empty if something may.
+    /// Returns why no request may be sent there, in one line; empty if one may.
     const std::string& refusal() const;
 
     bool isHttps() const;
 
-    /// Whether it is a loopback address, which no other machine can stand behind.
+    /// Returns whether it is a loopback address, which can only be this machine.
     bool isLocal() const;
 
-    /// Whether it may lead to this machine in another way too.
+    /// Returns whether it is a loopback address or may lead to this machine in another way.
     bool mayBeLocal() const;
 
-    /// Whether scheme, host and port are the same.
+    /// Returns whether scheme, host and port are the same.
     bool isSameOrigin(const Destination& other) const;
 
-    /// In digits, the default of the scheme too; empty if the URL is none.
+    /// Returns the port in digits, the scheme's default if the URL names none; empty if the URL is
+    /// invalid.
     const std::string& port() const;
 
-    /// Scheme, host and port, for a person; empty if they may hold a part of a password.
+    /// Returns scheme, host and port for display; empty if they may contain part of a password.
     std::string name() const;
 
-    /// The URL for a log: without the values of its query, and without a fragment.
+    /// Returns the URL for a log: without the values of its query and without a fragment.
     std::string withoutValues() const;
 
-    /// Belongs to this object.
+    /// Owned by this object.
     CURLU* url() const;
 
 private:
@@ -54,10 +56,10 @@ private:
     std::string refusal_;
 };
 
-/// Whether the host's name or address is one by which each machine calls itself.
+/// Returns whether the host name or address always refers to the machine itself.
 bool isLoopback(const std::string& host);
 
-/// Whether it is the URL of a proxy of a known kind, with or without credentials.
+/// Returns whether it is the URL of a proxy of a supported kind, with or without credentials.
 bool isProxyURL(const std::string& url);
 
 } // namespace Qx::Detail

@@ -21,7 +21,7 @@ void GzipDecoder::decode(std::string_view bytes, const std::function<void(std::s
     stream_.avail_in = static_cast<uInt>(bytes.size());
     // Output that fills the space may be followed by more that needs no further input.
     for (stream_.avail_out = 0; stream_.avail_in > 0 || (stream_.avail_out == 0 && !isComplete_);) {
-        // Several streams, one after the other, are one body.
+        // A body may consist of several concatenated gzip streams.
         if (isComplete_ && stream_.total_in > 0)
             inflateReset(&stream_);
         stream_.next_out = reinterpret_cast<Bytef*>(decoded_.data());

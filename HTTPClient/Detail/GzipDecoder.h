@@ -7,20 +7,20 @@
 
 namespace Qx::Detail {
 
-/// Decodes a gzip body as its bytes come, and knows whether it came whole.
+/// Decodes a gzip body as it arrives, and knows whether it is complete.
 class GzipDecoder {
 public:
-    /// Throws `std::bad_alloc`.
+    /// Throws `std::bad_alloc` when memory runs out.
     GzipDecoder();
     GzipDecoder(const GzipDecoder&) = delete;
     GzipDecoder& operator=(const GzipDecoder&) = delete;
     ~GzipDecoder();
 
-    /// Calls `take` with what `bytes`, which follow those of the calls before, decode to, piece by piece. Throws
-    /// `TransferError` if they are not gzip, and what `take` throws.
+    /// Decodes `bytes`, which continue those of earlier calls, and passes the output to `take`,
+    /// piece by piece. Throws `TransferError` if they are not gzip, and what `take` throws.
     void decode(std::string_view bytes, const std::function<void(std::string_view)>& take);
 
-    /// Whether the bytes so far, if any, end where a gzip stream does.
+    /// Returns whether the bytes so far, if any, end where a gzip stream ends.
     bool isComplete() const;
 
 private:

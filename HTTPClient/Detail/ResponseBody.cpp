@@ -38,8 +38,8 @@ void ResponseBody::keep(std::string_view decoded) {
     text_.append(decoded);
 }
 
-// Growing by copying would hold a large body twice. So beyond a few megabytes all that is permitted is reserved
-// at once, if available: memory that is never written is never used.
+// Growing by copying would hold a large body in memory twice. Beyond a few megabytes, the permitted
+// maximum is therefore reserved at once, if available: memory that is never written is never used.
 void ResponseBody::reserve(std::size_t more) {
     constexpr std::size_t large = std::size_t{4} << 20;
     const std::size_t needed = text_.size() + more + HTTPResponse::padding;
@@ -51,7 +51,7 @@ void ResponseBody::reserve(std::size_t more) {
             return;
         }
     } catch (const std::exception&) {
-        // The limit is beyond this machine; the body need not be.
+        // The limit may exceed this machine's memory; the body need not.
     }
     text_.reserve(std::max(needed, 2 * text_.capacity()));
 }

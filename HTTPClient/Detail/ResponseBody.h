@@ -10,24 +10,27 @@
 
 namespace Qx::Detail {
 
-/// The body of a response, as far as it has come, decoded. What comes with redirects counts towards its limit too.
+/// The decoded body of a response, as far as it has arrived. The bodies of redirects count towards
+/// its limit too.
 class ResponseBody {
 public:
-    /// `maxBytes` bounds what comes, and what that decodes to.
+    /// `maxBytes` limits both the bytes received and the decoded size.
     explicit ResponseBody(std::size_t maxBytes);
 
-    /// Takes bytes that follow those before, or only counts them. Throws `TransferError`, or `std::bad_alloc`, and what
-    /// `check` throws, which is called now and then, since a few bytes may decode to many.
+    /// `append` takes the next bytes of the body; `skip` only counts them. Both throw
+    /// `TransferError` if the limit is exceeded. `append` also throws it if the bytes are not gzip,
+    /// `std::bad_alloc` when memory runs out, and what `check` throws, which is called while
+    /// decoding, since a few bytes may decode to many.
     void append(std::string_view bytes, bool isGzip, const std::function<void()>& check);
     void skip(std::string_view bytes);
 
-    /// Whether it does not end within a gzip stream.
+    /// Returns false if the body ends in the middle of a gzip stream.
     bool isComplete() const;
 
-    /// The body, with room for what `HTTPResponse` adds after it. Nothing is left here.
+    /// Moves the body out, with room for what `HTTPResponse` adds after it.
     std::string take();
 
-    /// To be thrown for more than `maxBytes`.
+    /// Throws the `TransferError` for a body of more than `maxBytes`.
     [[noreturn]] void failTooLarge() const;
 
 private:

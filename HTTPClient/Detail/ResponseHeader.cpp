@@ -12,7 +12,7 @@ namespace Qx::Detail {
 
 namespace {
 
-// Longer ones do not fit in libcurl's integers, which it then takes for no length at all.
+// Longer ones do not fit in libcurl's integers; it would treat the length as missing.
 constexpr std::size_t maxLengthDigits = 18;
 
 [[noreturn]] void failMalformed(const char* reason) {
@@ -24,8 +24,8 @@ bool isLength(std::string_view text) {
            text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-// "HTTP/1.1 200 OK" or "HTTP/2 200": where libcurl is content with less, it takes an error for a success, or a response
-// of HTTP/1.1 for one of HTTP/2.
+// Accepts only "HTTP/1.1 200 OK" or "HTTP/2 200". libcurl accepts less, and may then take an error
+// for a success, or an HTTP/1.1 response for one of HTTP/2.
 int statusIn(std::string_view line, bool isHTTP2) {
     constexpr std::string_view digits = "0123456789";
     const bool isVersion =
@@ -69,7 +69,7 @@ void ResponseHeader::start(std::string_view statusLine, bool isHTTP2) {
 void ResponseHeader::readField(const std::string& name, const std::string& value) {
     readFraming(name, value);
     if (phase_ == Phase::ENDED)
-        return; // A trailer: too late to say anything of the body.
+        return; // A trailer comes too late to say anything about the body.
     fields_.emplace_back(name, value);
     if (isSameName(name, "content-encoding") && !value.empty() && !isSameName(value, "identity")) {
         if (isGzip_ || !(isSameName(value, "gzip") || isSameName(value, "x-gzip")))

@@ -8,33 +8,33 @@
 
 namespace Qx::Detail {
 
-/// The header of a response, and how it says that the body is framed. libcurl overlooks some of what makes a response
-/// ambiguous; whoever stands between may have understood it otherwise.
+/// The header of a response, and how it frames the body. libcurl overlooks some of what makes a
+/// response ambiguous, and an intermediary may have interpreted it differently.
 class ResponseHeader {
 public:
-    /// Takes the next line, as libcurl passes it: those of interim responses and of a proxy's answer to CONNECT come
-    /// first, each starting with its status line, and trailers come after the body. `isHTTP2` says what the connection
-    /// speaks. Throws `TransferError`.
+    /// Takes the next line as libcurl passes it: interim responses come first, each starting with
+    /// its status line, and trailers come after the body. `isHTTP2` says whether the connection
+    /// uses HTTP/2. Throws `TransferError` if the header is malformed or ambiguous.
     void readLine(std::string_view line, bool isHTTP2);
 
     bool hasEnded() const;
 
-    /// Name and value of each header, in the order in which they came.
+    /// Moves out the name and value of each header, in the order in which they came.
     HTTPResponse::Headers takeFields();
 
-    /// The value of the first header of that name; empty if there is none.
+    /// Returns the value of the first header of that name; empty if there is none.
     std::string field(const std::string& name) const;
 
-    /// As its last status line says.
+    /// From the last status line.
     int status() const;
     const std::string& protocol() const;
 
-    /// Where the response redirects to; empty if it does not.
+    /// Returns where the response redirects to; empty if it does not.
     const std::string& redirection() const;
 
     bool isGzip() const;
 
-    /// Whether nothing but the end of the connection tells where the body ends.
+    /// Returns whether only the end of the connection marks the end of the body.
     bool endsWithConnection() const;
 
 private:

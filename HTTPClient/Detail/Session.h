@@ -22,17 +22,17 @@ struct Session {
     std::atomic<std::uint64_t> cancelled = 0;
     std::atomic<bool> isClosed = false;
 
-    // Only for the `TransferThread`, under its mutex.
+    // Accessed only by `TransferThread`, under its mutex.
     std::uint64_t submitted = 0;
     std::size_t unfinished = 0;
-    std::string lastToken; ///< That the source returned.
+    std::string lastToken; ///< The last one that the token source returned.
     std::thread::id tokenThread;
 
     void setLastToken(const std::string& token) noexcept {
         try {
             lastToken = token;
         } catch (const std::bad_alloc&) {
-            lastToken.clear(); // The source is asked once more than it need be.
+            lastToken.clear(); // The source is then called once more than necessary.
         }
     }
 };

@@ -12,7 +12,7 @@ int localPortOf(curl_socket_t socket) {
     socklen_t length = sizeof address;
     if (getsockname(socket, reinterpret_cast<sockaddr*>(&address), &length) != 0)
         return 0;
-    // The port stands at the same place for both families.
+    // The port is at the same offset for both address families.
     static_assert(offsetof(sockaddr_in, sin_port) == offsetof(sockaddr_in6, sin6_port));
     return ntohs(reinterpret_cast<const sockaddr_in*>(&address)->sin_port);
 }

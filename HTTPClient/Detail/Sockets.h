@@ -5,31 +5,31 @@
 #include <cstdint>
 #include <string>
 
-// What libcurl does not tell of its sockets, or leaves to others.
+// What libcurl does not report about its sockets, or leaves to its users.
 namespace Qx::Detail {
 
-/// `socket`, for a socket that programs which the host starts do not inherit.
+/// Like `socket`, but programs that the host starts do not inherit the socket.
 curl_socket_t openSocket(int family, int type, int protocol);
 
-/// The system's number for why `openSocket` has failed.
+/// Returns the system's error number after `openSocket` has failed.
 int lastSocketError();
 
-/// `close` for it.
+/// Closes the socket. Returns 0 on success.
 int closeSocket(curl_socket_t socket);
 
-/// The port of this machine that it is bound to, or 0.
+/// Returns the local port that the socket is bound to, or 0.
 int localPortOf(curl_socket_t socket);
 
-/// Whether the other end has that address, in numbers, and that port.
+/// Returns whether the peer has that numeric address and that port.
 bool isConnectedTo(curl_socket_t socket, const std::string& address, int port);
 
-/// Whether something has come that nobody has read, the end of the connection included.
+/// Returns whether there is unread data, or the connection has ended.
 bool hasUnread(curl_socket_t socket);
 
-/// How many bytes have come over the connection; 0 where the system does not tell.
+/// Returns how many bytes the connection has received; 0 where the system does not report it.
 std::uint64_t countReceived(curl_socket_t socket);
 
-/// Ends the connection in both directions, without waiting for anything.
+/// Shuts down the connection in both directions, without waiting.
 void shutDown(curl_socket_t socket);
 
 } // namespace Qx::Detail

@@ -1,6 +1,6 @@
 #pragma once
 
-// What the system declares for sockets and their addresses. Most of it is the same everywhere.
+// The system's declarations for sockets and their addresses. Most are the same on all systems.
 #ifdef _WIN32
 #include <winsock2.h>
 #include <ws2tcpip.h>

@@ -15,7 +15,7 @@ namespace Qx::Detail {
 
 namespace {
 
-// The reason is one line, whatever the source says.
+// The reason is a single line, whatever message the source throws.
 TransferError noToken(const char* what) {
     std::string reason = std::string("there is no token: ") + what;
     std::replace_if(reason.begin(), reason.end(), isControl, ' ');
@@ -35,7 +35,7 @@ void answer(Session& session, TransferThread& transfers, const TransferThread::T
     }
 }
 
-// False once the session is closed.
+// Returns false once the session is closed.
 bool answerNext(Session& session, TransferThread& transfers) {
     try {
         const auto question = transfers.nextTokenQuestion(session);

@@ -7,16 +7,16 @@ namespace Qx::Detail {
 struct Session;
 class TransferThread;
 
-/// Asks the token source of a session on a thread of its own, as long as the session is open. Without a source there is
-/// no thread.
+/// Calls a session's token source on a dedicated thread for as long as the session is open. Without
+/// a source, no thread is started.
 class TokenThread {
 public:
-    /// Both have to outlive it. Throws `std::system_error` if there is no thread for it.
+    /// Both must outlive this object. Throws `std::system_error` if the thread can't be started.
     TokenThread(Session& session, TransferThread& transfers);
     TokenThread(const TokenThread&) = delete;
     TokenThread& operator=(const TokenThread&) = delete;
 
-    /// To be called when the session is closed; waits for the source.
+    /// Call once the session is closed. Waits until the token source has returned.
     ~TokenThread();
 
 private:

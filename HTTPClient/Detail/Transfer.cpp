@@ -19,11 +19,11 @@ namespace {
 
 using Headers = std::vector<HTTPRequest::Header>;
 
-// Short enough for a string to hold without memory.
+// Short enough for std::string to hold without an allocation.
 constexpr const char* outOfMemory = "out of memory";
 constexpr const char* cutShort = "the response was cut short";
 
-// Bytes that a connection may receive that are part of no response.
+// Bytes that a connection may receive outside any response.
 constexpr double forHandshakes = 65536;
 
 [[noreturn]] void failRedirect(const std::string& reason) {
@@ -41,11 +41,11 @@ CurlHeaders toCurl(const Headers& headers) {
     };
     bool namesEncodings = false;
     for (const auto& [name, value] : headers) {
-        // libcurl takes "Name;" for a header without a value, and "Name:" for one to leave out.
+        // To libcurl, "Name;" is a header with an empty value, and "Name:" a header to omit.
         append(withoutBlanks(value).empty() ? name + ';' : fmt::format("{}: {}", name, value));
         namesEncodings = namesEncodings || isSameName(name, "Accept-Encoding");
     }
-    // libcurl could decode, but does not notice when the encoded stream ends too early.
+    // libcurl could decode the body, but does not notice if the encoded stream ends too early.
     if (!namesEncodings)
         append("Accept-Encoding: gzip");
     return list;
@@ -173,23 +173,25 @@ void Transfer::setRequest() {
 }
 
 void Transfer::setConnection() {
-    // libcurl sends a request again whose connection ends without a response, if that was not new.
+    // libcurl resends a request if a reused connection ends without a response.
     if (takesNewConnection_ || method_ == HTTPRequest::Method::POST)
         set(CURLOPT_FRESH_CONNECT, 1L);
     set(CURLOPT_PREREQFUNCTION, &Transfer::checkConnection);
     set(CURLOPT_PREREQDATA, this);
     set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L); // A proxy's response is not the server's.
     set(CURLOPT_PROTOCOLS_STR, "http,https");
-    // Only OpenSSL tells what has been chosen, and how the connection has ended.
+    // Only OpenSSL reports which protocol was chosen, and how the connection ended.
     set(CURLOPT_HTTP_VERSION, static_cast<long>(runsOnOpenSSL() ? CURL_HTTP_VERSION_2TLS : CURL_HTTP_VERSION_1_1));
     set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
     set(CURLOPT_PROXY_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
-    // Schannel asks whether a certificate has been revoked, and would fail where nobody answers.
+    // Schannel checks for revoked certificates, and would fail if no revocation server answers.
     set(CURLOPT_SSL_OPTIONS, static_cast<long>(CURLSSLOPT_REVOKE_BEST_EFFORT));
     if (const std::string& file = options_.certificateFile; !file.empty()) {
         set(CURLOPT_CAINFO, file.c_str());
-        if (runsOnOpenSSL()) {                                      // Others know no folders, and no TLS to a proxy.
-            set(CURLOPT_CAPATH, static_cast<const char*>(nullptr)); // The folder of the system's is another default.
+        // Other TLS libraries support neither certificate folders nor TLS to a proxy.
+        if (runsOnOpenSSL()) {
+            // By default, the certificates in the system's folder would be trusted too.
+            set(CURLOPT_CAPATH, static_cast<const char*>(nullptr));
             set(CURLOPT_PROXY_CAINFO, file.c_str());
             set(CURLOPT_PROXY_CAPATH, static_cast<const char*>(nullptr));
         }
@@ -197,10 +199,10 @@ void Transfer::setConnection() {
 }
 
 void Transfer::setProxy() {
-    // A proxy could do nothing for a request to this machine but carry its token away.
+    // For a request to this machine, a proxy could do nothing except leak its token.
     if (destination_.isLocal())
         set(CURLOPT_NOPROXY, "*");
-    else if (options_.proxy) // For all other machines, whatever the environment says.
+    else if (options_.proxy) // For all other machines, whatever `no_proxy` says.
         set(CURLOPT_NOPROXY, "");
     if (options_.proxy)
         set(CURLOPT_PROXY, options_.proxy->c_str());
@@ -209,7 +211,7 @@ void Transfer::setProxy() {
 void Transfer::setLimits() {
     using std::chrono::milliseconds;
     const auto left = std::chrono::duration_cast<milliseconds>(*attemptStart_ + options_.requestTimeout - Clock::now());
-    // None left is the least there is: to libcurl, 0 is without a limit.
+    // At least 1 ms, even if no time is left: to libcurl, 0 means no limit.
     set(CURLOPT_TIMEOUT_MS, static_cast<long>(std::max(left, milliseconds(1)).count()));
     set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(options_.connectTimeout.count()));
     set(CURLOPT_LOW_SPEED_LIMIT, 1L);
@@ -230,7 +232,7 @@ CURL* Transfer::handle() const {
     return easy_.get();
 }
 
-// False once the transfer has failed: then it is given up.
+// Runs the action unless the transfer has failed already. Returns false if it has failed by now.
 template <class Action>
 bool Transfer::attempt(Action action) noexcept {
     try {
@@ -244,7 +246,7 @@ bool Transfer::attempt(Action action) noexcept {
     return !error_ && !isOutOfMemory_;
 }
 
-// What libcurl calls with a piece of the response.
+// Called by libcurl with a piece of the response.
 template <auto read>
 std::size_t Transfer::receive(char* bytes, std::size_t, std::size_t count, void* transfer) noexcept {
     auto& receiver = *static_cast<Transfer*>(transfer);
@@ -254,14 +256,14 @@ std::size_t Transfer::receive(char* bytes, std::size_t, std::size_t count, void*
     return isGood ? count : 0;
 }
 
-// What libcurl calls before it sends a request. It would use a connection on which something has come, and take that
-// for the response.
+// Called by libcurl before it sends a request. libcurl itself would use a connection that has
+// already received data, and take that data for the response.
 int Transfer::checkConnection(void* transfer, char* peer, char*, int peerPort, int localPort) noexcept {
     auto& user = *static_cast<Transfer*>(transfer);
     if (!user.attempt([&] { user.meetPeer(peer, peerPort, localPort); }))
         return CURL_PREREQFUNC_ABORT;
     const bool isTLS = user.destination_.isHttps();
-    // In HTTP/2 what comes says which request it belongs to, and there is always something to say.
+    // In HTTP/2, incoming data says which request it belongs to, and may arrive at any time.
     user.isHTTP2_ = speaksHTTP2(user.easy_.get());
     if (user.isHTTP2_)
         return CURL_PREREQFUNC_OK;
@@ -273,10 +275,10 @@ int Transfer::checkConnection(void* transfer, char* peer, char*, int peerPort, i
     return CURL_PREREQFUNC_ABORT;
 }
 
-// What libcurl calls again and again, the last time before it closes the connection.
+// Called by libcurl repeatedly, the last time before it closes the connection.
 int Transfer::watch(void* transfer, curl_off_t total, curl_off_t received, curl_off_t, curl_off_t) noexcept {
     auto& watched = *static_cast<Transfer*>(transfer);
-    // A stream of HTTP/2 has an end of its own, without which libcurl fails.
+    // An HTTP/2 stream has an explicit end, without which libcurl reports a failure.
     if (watched.header_.endsWithConnection() && !watched.isHTTP2_)
         watched.isCut_ = lacksCloseNotify(watched.easy_.get());
     watched.reportProgress(total, received);
@@ -294,13 +296,14 @@ void Transfer::meetPeer(const std::string& peer, int peerPort, int localPort) {
     socket_ = connections_->find(localPort, peer, peerPort);
     receivedBefore_ = socket_ == CURL_SOCKET_BAD ? 0 : countReceived(socket_);
     use_ = connections_->take(socket_);
-    // A redirect may lead to this machine by a name that only the resolver knows. A proxy on it has a port of its own.
+    // A redirect may lead to this machine by a name that only the resolver can map to it. A peer on
+    // another port is a proxy, which may be on this machine.
     const bool isDirect = destination_.port() == std::to_string(peerPort);
     const bool isHere = isDirect && (isLoopback(peer) || peer.starts_with("::ffff:127."));
     startsHere_ = startsHere_.value_or(isHere);
     if (isHere && !*startsHere_)
         failRedirect("it leads to this machine");
-    // libcurl would send it again where a stream of HTTP/2 is refused.
+    // libcurl would send it again if the server refused the HTTP/2 stream.
     if (std::exchange(isSent_, true) && method_ == HTTPRequest::Method::POST)
         throw TransferError(FailureKind::NETWORK, "the server did not take the request");
 }
@@ -321,11 +324,12 @@ void Transfer::readBody(std::string_view bytes) {
 }
 
 void Transfer::checkProgress() {
-    // libcurl passes on no line that is not whole. The end of the connection counts as one byte, and what comes with
-    // TLS may be part of no response.
+    // libcurl passes on complete lines only, so the bytes on the socket show whether a response has
+    // begun. The end of the connection counts as one byte, and over TLS, bytes need not belong to a
+    // response.
     if (headerBytes_ == 0 && socket_ != CURL_SOCKET_BAD && !destination_.isHttps())
         hasResponseBegun_ = countReceived(socket_) > receivedBefore_ + 1;
-    // The system is asked now and then: most responses end before.
+    // Ask the system only every few calls: most responses end before that.
     constexpr unsigned now = 8;
     if (++calls_ % now == 0 && socket_ != CURL_SOCKET_BAD)
         checkReceived();
@@ -338,7 +342,7 @@ void Transfer::checkCancelled() const {
         throw cancellation();
 }
 
-// A peer that never pauses would keep libcurl in one call, and all others waiting.
+// A peer that never pauses would keep libcurl in one call, and all other transfers waiting.
 void Transfer::checkPace() {
     const Clock::time_point now = Clock::now();
     if (std::exchange(round_, connections_->round()) != connections_->round())
@@ -347,20 +351,21 @@ void Transfer::checkPace() {
         throw TransferError(FailureKind::TIMEOUT, "the response keeps coming without a pause and does not end");
 }
 
-// What comes is counted at the socket too, since libcurl shows nobody what stands between chunks, and overlooks parts
-// of a header. That is more than the body by what frames and encrypts it.
+// Bytes are also counted at the socket, since libcurl hides what comes between chunks, and
+// overlooks parts of a header. Framing and encryption add to the size of the body, so the limit is
+// higher.
 void Transfer::checkReceived() {
     const double limit = 1.125 * static_cast<double>(options_.maxBodyBytes) +
                          static_cast<double>(options_.maxHeaderBytes) + forHandshakes;
     const std::uint64_t received = countReceived(socket_);
-    // A connection that has ended meanwhile counts nothing any more.
+    // Once the connection has ended, the system counts nothing any more.
     receivedBefore_ = std::min(received, receivedBefore_);
     if (static_cast<double>(received - receivedBefore_) > limit)
         body_.failTooLarge();
 }
 
 Transfer::Next Transfer::next(CURLcode result) noexcept {
-    // libcurl would keep that of HTTP/2, even if the server has fallen silent on it.
+    // libcurl would keep an HTTP/2 connection even if the server has fallen silent on it.
     if (isHTTP2_ && result != CURLE_OK)
         connections_->giveUp(socket_, use_);
     takesNewConnection_ = std::exchange(isStale_, false);
@@ -374,13 +379,14 @@ Transfer::Next Transfer::next(CURLcode result) noexcept {
     if (next == Next::RESPOND && isWorthARetry() && setDue())
         next = Next::RETRY;
     attemptStart_.reset();
-    // While it waits, another thread may end it, but only the transfer thread may touch what the handles share.
+    // While the transfer waits, another thread may end it, but only the transfer thread may touch
+    // what the handles share.
     if (next != Next::RESPOND)
         easy_.reset();
     return next;
 }
 
-// Throws what is wrong with the response.
+// Throws `TransferError` if something is wrong with the response.
 Transfer::Next Transfer::decide(CURLcode result) {
     const std::string detail = result == CURLE_COULDNT_CONNECT ? connections_->openFailure() : curlError_.data();
     if (result != CURLE_OK)
@@ -395,7 +401,7 @@ Transfer::Next Transfer::decide(CURLcode result) {
     if (header_.status() != unauthorized || !sendsToken_ || !options_.tokenSource || !refusedToken_.empty())
         return Next::RESPOND;
     refusedToken_ = token_;
-    hasToken_ = refusedToken_.empty(); // Without a token there was none to refuse.
+    hasToken_ = refusedToken_.empty(); // If none was sent, none was refused.
     return hasToken_ ? Next::RESPOND : Next::RENEW_TOKEN;
 }
 
@@ -407,7 +413,7 @@ bool Transfer::isWorthARetry() const {
     return isTransient(header_.status());
 }
 
-// False if the server wants too long a wait.
+// Returns false if the server asks for too long a wait.
 bool Transfer::setDue() {
     const std::optional<std::chrono::seconds> asked = error_ ? std::nullopt : retryAfter(header_.field("Retry-After"));
     if (asked > options_.maxRetryAfter)
@@ -430,8 +436,8 @@ void Transfer::redirect() {
         failRedirect("it leads from https to http");
     if (!destination_.isLocal() && next.mayBeLocal())
         failRedirect("it leads to this machine");
-    easy_.reset(); // It points to what changes now.
-    // What the caller meant for one server is none of another's business.
+    easy_.reset(); // It points to members that change below.
+    // The token and the headers are meant for the original server only.
     if (!next.isSameOrigin(destination_)) {
         sendsToken_ = false;
         headers_ = toCurl({});
@@ -454,7 +460,7 @@ void Transfer::reportProgress(curl_off_t total, curl_off_t received) noexcept {
             progress.total = static_cast<std::uint64_t>(total);
         options_.onProgress(progress);
     } catch (...) {
-        // Nobody waits for it.
+        // Exceptions from the callback are ignored.
     }
 }
 
@@ -473,11 +479,11 @@ void Transfer::reportAttempt() noexcept {
         attempt.protocol = header_.protocol();
         options_.onAttempt(attempt);
     } catch (...) {
-        // Nobody waits for it.
+        // Exceptions from the callback are ignored.
     }
 }
 
-// In place of whatever the transfer has come to.
+// Responds with this error, whatever the state of the transfer.
 template <class MakeError>
 void Transfer::fail(MakeError makeError) noexcept {
     error_.reset();
@@ -508,7 +514,7 @@ void Transfer::respondOutOfMemory() noexcept {
     respond();
 }
 
-// There is a response also if there is no memory to make it.
+// Responds even when memory runs out.
 void Transfer::respond() noexcept {
     HTTPResponse response;
     try {
@@ -529,12 +535,14 @@ HTTPResponse Transfer::makeResponse() {
     return {header_.status(), body_.take(), header_.takeFields()};
 }
 
-// Where the request went, for a person. A redirect's host is the server's word, which may be anything.
+// Where the request went, for display. The server chooses the host of a redirect, which may be any
+// text.
 std::string Transfer::place() const {
     return redirects_ == 0 ? destination_.name() : "where a redirect leads";
 }
 
-// For a log. The path of a redirect is the server's word too, and may repeat what the request has told it.
+// For a log. The server also chooses the path of a redirect, which may repeat secrets from the
+// request.
 std::string Transfer::shownURL() const {
     std::string url = redirects_ == 0 ? destination_.withoutValues() : destination_.name();
     return holdsSecret(url, {token_, refusedToken_}) ? "a URL that contains the token" : url;

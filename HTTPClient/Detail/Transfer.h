@@ -20,66 +20,69 @@
 
 namespace Qx::Detail {
 
-/// One request on its way, redirects and further attempts included: what is sent, under which limits, and what came
-/// back so far. It is made in any thread, and from `start` on used by one alone.
+/// One request in progress, including redirects and further attempts: what is sent, under which
+/// limits, and what has come back so far. May be created on any thread; used by one thread at a
+/// time, and while it has a handle, only by the transfer thread.
 class Transfer {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /// What is to be done after an exchange with the server.
+    /// What to do after an exchange with the server.
     enum class Next {
         RESPOND,
-        FOLLOW,      ///< Start again at once: the response leads elsewhere, or the connection was not one to use.
-        RETRY,       ///< Start again at the time `due`.
+        FOLLOW,      ///< Start again at once: on a redirect, or an unusable connection.
+        RETRY,       ///< Start again at the time that `due` returns.
         RENEW_TOKEN, ///< Start again with another token, if there is one.
     };
 
-    /// Throws `std::bad_alloc`. `session` has to outlive it.
+    /// Throws `std::bad_alloc` when memory runs out. `session` must outlive this object.
     Transfer(const HTTPRequest& request, Session& session, TransferThread::ResponseHandler handler);
     Transfer(const Transfer&) = delete;
     Transfer& operator=(const Transfer&) = delete;
 
     Session& session() const;
 
-    /// The number that its session has given it.
+    /// The number that the session has assigned to it.
     void setNumber(std::uint64_t number);
     std::uint64_t number() const;
 
-    /// Whether it is to end, since its client says so.
+    /// Returns whether its client has cancelled it or is closing.
     bool isCancelled() const;
 
-    /// Whether it can't start before `setToken`.
+    /// Returns whether it can't start before `setToken` is called.
     bool needsToken() const;
 
-    /// The token that the service has refused; empty as long as none was sent.
+    /// The token that the service has refused; empty if none was refused.
     const std::string& refusedToken() const;
 
-    /// False if the request has nothing to gain from it, since it was refused before or may not be sent.
+    /// Returns false if the request can't continue with this token: it may not be sent or, after a
+    /// refusal, is empty or the one that was refused.
     bool setToken(const std::string& token) noexcept;
 
-    /// Whether something is wrong with the request or the response, and to say so.
+    /// `hasFailed` returns whether something is wrong with the request or the response; the others
+    /// record that.
     bool hasFailed() const;
     void setFailure(const TransferError& error) noexcept;
     void setFailure(FailureKind kind, const char* reason) noexcept;
     void setOutOfMemory() noexcept;
 
-    /// Makes a handle for the next exchange and prepares it. False if there is no memory for that. Each has a handle of
-    /// its own, since libcurl keeps the credentials of the one before in it, and may send them once more. `connections`
-    /// has to outlive it.
+    /// Creates and prepares a handle for the next exchange. Returns false when memory runs out.
+    /// Each exchange has its own handle, since libcurl keeps the credentials of the previous
+    /// exchange in its handle and might send them again. `connections` must outlive this object.
     bool start(Connections& connections);
 
     /// The handle that `start` made.
     CURL* handle() const;
 
-    /// Lets no other request use the connection, over which the rest of the response may still come.
+    /// Keeps other requests off the connection, on which the rest of the response may still arrive.
     void giveUpConnection();
 
-    /// `result` is what became of the handle.
+    /// Decides what to do after the exchange, which libcurl has ended with `result`.
     Next next(CURLcode result) noexcept;
 
     Clock::time_point due() const;
 
-    /// Responds with what came back, or why nothing did, once.
+    /// Calls the handler with what came back, or with the reason why nothing did. Call only once.
     void respond() noexcept;
     void respondFailure(FailureKind kind, const char* reason) noexcept;
     void respondCancelled() noexcept;
@@ -133,36 +136,36 @@ private:
     std::string token_;
     std::string refusedToken_;
     CurlHeaders headers_;
-    std::optional<TransferError> error_; ///< What is wrong with the request or the response, if something is.
+    std::optional<TransferError> error_; ///< What is wrong, if anything.
     bool isOutOfMemory_ = false;
 
     int attempts_ = 0;
-    std::optional<Clock::time_point> attemptStart_; ///< While an attempt is under way.
+    std::optional<Clock::time_point> attemptStart_; ///< Set while an attempt is in progress.
     Clock::time_point due_;
     Clock::time_point lastProgress_;
     Connections* connections_ = nullptr;
     bool isAllSet_ = true;
-    bool isStale_ = false; ///< Whether something came over the connection that nobody had asked for.
+    bool isStale_ = false; ///< Whether the connection has received unsolicited data.
     bool takesNewConnection_ = false;
     int redirects_ = 0;
-    std::size_t headerBytes_ = 0; ///< Of all responses.
-    unsigned calls_ = 0;          ///< Of `watch`.
-    std::uint64_t round_ = 0;     ///< That of the last call, and when it was first called in it.
-    Clock::time_point roundStart_;
+    std::size_t headerBytes_ = 0;  ///< Of all responses in this attempt.
+    unsigned calls_ = 0;           ///< To `watch`.
+    std::uint64_t round_ = 0;      ///< That of the last call to `watch`.
+    Clock::time_point roundStart_; ///< When `watch` was first called in that round.
     curl_socket_t socket_ = CURL_SOCKET_BAD;
     std::uint64_t receivedBefore_ = 0; ///< Over that socket, before the request.
     bool hasResponseBegun_ = false;
     std::uint64_t use_ = 0; ///< Of the connection.
     bool isHTTP2_ = false;
-    bool isCut_ = false;             ///< Whether a response without a length may lack its end.
-    bool isSent_ = false;            ///< Whether this exchange's request has been.
+    bool isCut_ = false;             ///< Whether a response without a length may be incomplete.
+    bool isSent_ = false;            ///< Whether this exchange's request has been sent.
     std::optional<bool> startsHere_; ///< Whether the first server is on this machine.
 
     ResponseHeader header_;
     ResponseBody body_;
 
     std::array<char, CURL_ERROR_SIZE> curlError_{};
-    CurlEasy easy_; // The last, since it points to all the others.
+    CurlEasy easy_; // Last, since it points to the other members.
 };
 
 } // namespace Qx::Detail

@@ -30,7 +30,7 @@ void require(const CurlHTTPClientOptions& options) {
         throw std::invalid_argument(fmt::format("callbackThreads must be at most {}", maxThreads));
     if (hasControl(options.userAgent))
         throw std::invalid_argument("userAgent contains a control character");
-    // Not shown: it may hold a password.
+    // The URL is not quoted: it may contain a password.
     if (options.proxy && !options.proxy->empty() && !isProxyURL(*options.proxy))
         throw std::invalid_argument("proxy is no valid URL of a proxy");
 }
@@ -54,7 +54,7 @@ bool isCredential(const std::string& name) {
     return isOneOf(name, std::array{"Authorization", "Proxy-Authorization", "Cookie"});
 }
 
-// With these a caller could make two requests of one, or reach a host that the URL does not name.
+// With these, a caller could turn one request into two, or reach a host that the URL does not name.
 bool isForClientAlone(const std::string& name) {
     return isOneOf(name, std::array{"Connection", "Content-Length", "Host", "Transfer-Encoding", "Upgrade"});
 }
@@ -85,7 +85,7 @@ const CurlHTTPClientOptions& TransferRules::options() const {
 }
 
 bool TransferRules::sendsToken(const HTTPRequest& request) const {
-    // A caller's own authorization replaces it.
+    // A caller's own Authorization header replaces the token.
     for (const auto& [name, value] : request.getHeaders())
         if (isSameName(name, "Authorization"))
             return false;

@@ -9,18 +9,18 @@
 
 namespace Qx::Detail {
 
-/// What all transfers of one client keep to. May be used from several threads at once.
+/// The rules that all transfers of one client follow. Thread-safe.
 class TransferRules {
 public:
-    /// Throws `std::invalid_argument` with one line if an option makes no sense.
+    /// Throws `std::invalid_argument`, with a one-line message, if an option is invalid.
     explicit TransferRules(CurlHTTPClientOptions options);
 
     const CurlHTTPClientOptions& options() const;
 
-    /// Whether the request gets a token, if there is one.
+    /// Returns whether the request is sent with a token, if there is one.
     bool sendsToken(const HTTPRequest& request) const;
 
-    /// Why the request may not be sent there, in one line; empty if it may.
+    /// Returns why the request may not be sent there, in one line; empty if it may.
     std::string refusalOf(const HTTPRequest& request, const Destination& destination) const;
 
 private:
@@ -30,7 +30,7 @@ private:
     const std::vector<Destination> tokenOrigins_;
 };
 
-/// Why no request may carry this token, in one line; empty if it may.
+/// Returns why no request may carry this token, in one line; empty if it may.
 std::string refusalOfToken(const std::string& token);
 
 } // namespace Qx::Detail

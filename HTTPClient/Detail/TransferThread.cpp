@@ -23,7 +23,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// How long requests in flight tolerate that the system cannot wait for their connections.
+// Requests in flight fail once waiting for their connections has failed this often in a row, with
+// this pause after each failure.
 constexpr auto pauseAfterFailure = 10ms;
 constexpr int maxFailures = 100;
 
@@ -31,7 +32,7 @@ CurlMulti makeMulti(std::size_t maxConnections) {
     CurlMulti multi(curl_multi_init());
     if (!multi)
         throw std::bad_alloc();
-    // Without descriptors for that libcurl makes do, but nobody could wake the thread.
+    // Without descriptors for the wakeup, libcurl carries on, but nothing could wake the thread.
     if (curl_multi_wakeup(multi.get()) != CURLM_OK)
         throw std::system_error(std::make_error_code(std::errc::too_many_files_open));
     curl_multi_setopt(multi.get(), CURLMOPT_MAXCONNECTS, static_cast<long>(maxConnections));
@@ -53,7 +54,8 @@ public:
                 const std::function<void(Transfer&)>& fail) noexcept;
 
 private:
-    // Transfers go from list to list, which takes no memory: on the thread there would be nobody to tell.
+    // Transfers are spliced from list to list, which allocates nothing: on the thread,
+    // std::bad_alloc could not reach a caller.
     using Transfers = std::list<Transfer>;
 
     void run();
@@ -72,11 +74,11 @@ private:
     void end(Transfers& transfers, Respond respond);
     void renewToken(Transfers& one);
 
-    Connections connections_; // The first, since it initialises libcurl.
+    Connections connections_; // First, since it initialises libcurl.
     const std::size_t maxConnections_;
-    CurlMulti multi_; // Ends with the thread.
+    CurlMulti multi_; // The thread destroys it.
 
-    // These are what other threads touch too.
+    // Other threads access these too.
     std::mutex mutex_;
     std::condition_variable changed_;
     Transfers waiting_;
@@ -103,8 +105,8 @@ TransferThread::Loop::~Loop() {
     thread_.join();
 }
 
-// All happens under the lock, and nothing is touched after it: a completion may have destroyed the client, which takes
-// the lock first.
+// Responds and queues under the lock, and touches nothing after releasing it: a completion may have
+// destroyed the client, which takes the lock first.
 void TransferThread::Loop::submit(Session& session, const std::vector<HTTPRequest>& requests,
                                   std::vector<ResponseHandler> handlers) {
     Transfers accepted;
@@ -130,7 +132,7 @@ void TransferThread::Loop::submit(Session& session, const std::vector<HTTPReques
     wait(accepted);
 }
 
-// To be called under the lock.
+// Call with the lock held.
 void TransferThread::Loop::wait(Transfers& transfers) {
     while (!transfers.empty()) {
         Transfers& list = transfers.front().needsToken() ? awaitingToken_ : waiting_;
@@ -178,7 +180,7 @@ void TransferThread::Loop::answer(Session& session, const TokenQuestion& questio
         for (auto next = awaitingToken_.begin(); next != awaitingToken_.end();) {
             const auto transfer = next++;
             const bool isAsked = &transfer->session() == &session && transfer->number() <= question.askedFor;
-            // The source has not been told that this one was refused too.
+            // This token has been refused too, but the source has not been told yet.
             const bool asksAgain =
                 transfer->refusedToken() == token && token != question.refusedToken && !token.empty();
             if (!isAsked || (asksAgain && !fail))
@@ -215,8 +217,8 @@ void TransferThread::Loop::run() {
             });
         }
     }
-    // On this thread, since closing TLS connections may write to broken ones, and raise a signal for it that this
-    // thread does not take.
+    // On this thread, since closing TLS connections may write to broken ones and raise SIGPIPE,
+    // which this thread blocks.
     beginRound();
     connections_.hurry();
     multi_.reset();
@@ -260,17 +262,18 @@ void TransferThread::Loop::beginRound() {
         connections_.hurry();
 }
 
-// False if the system does not let it wait.
+// Returns false if the system can't wait for connections.
 bool TransferThread::Loop::performAndWait() {
     int running = 0;
     const CURLMcode performed = curl_multi_perform(multi_.get(), &running);
-    // What has finished makes room for what waits.
+    // Transfers that have finished make room for waiting ones.
     if (finishDone())
         return true;
     return performed == CURLM_OK && curl_multi_poll(multi_.get(), nullptr, 0, waitTime(), nullptr) == CURLM_OK;
 }
 
-// In milliseconds, until the next retry is due at the latest.
+// Returns how long to wait, in milliseconds: at most a second, and no longer than until the next
+// retry is due.
 int TransferThread::Loop::waitTime() const {
     Transfer::Clock::duration time = 1s;
     for (const Transfer& transfer : delayed_)
@@ -345,7 +348,7 @@ void TransferThread::Loop::finish(CURL* handle, CURLcode result) {
     }
 }
 
-// Another request may have led to a new token meanwhile.
+// Another request may have led to a new token in the meantime.
 void TransferThread::Loop::renewToken(Transfers& one) {
     {
         const std::lock_guard lock(mutex_);

@@ -4,7 +4,7 @@
 
 namespace Qx::Detail {
 
-// In one call, since a program could be started between two.
+// In a single call: between two, another thread could start a program.
 curl_socket_t openSocket(int family, int type, int protocol) {
     return socket(family, type | SOCK_CLOEXEC, protocol);
 }

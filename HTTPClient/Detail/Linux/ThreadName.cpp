@@ -5,7 +5,7 @@
 namespace Qx::Detail {
 
 void nameThisThread(const std::string& name) {
-    // Linux takes no more than 15 bytes.
+    // Linux accepts at most 15 bytes.
     pthread_setname_np(pthread_self(), name.substr(0, 15).c_str());
 }
 

@@ -7,7 +7,7 @@ namespace Qx::Detail {
 
 namespace {
 
-// The connection's TLS, if it has some, and libcurl runs on OpenSSL.
+// The connection's TLS object; null if it has none, or libcurl does not use OpenSSL.
 SSL* tlsOf(CURL* easy) {
     curl_tlssessioninfo* session = nullptr;
     if (curl_easy_getinfo(easy, CURLINFO_TLS_SSL_PTR, &session) != CURLE_OK || !session ||

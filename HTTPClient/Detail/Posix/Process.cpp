@@ -9,8 +9,8 @@ namespace Qx::Detail {
 
 namespace {
 
-// Blocks all signals in the calling thread while it lives, except those that a thread's own fault raises. A new thread
-// inherits that.
+// While it exists, blocks all signals in the calling thread, except those raised by the thread's
+// own faults. A new thread inherits the mask.
 class BlockedSignals {
 public:
     BlockedSignals() {

@@ -9,7 +9,7 @@ std::thread startThread(std::function<void()> run) {
     return std::thread(std::move(run));
 }
 
-// Once the process ends, Windows has ended its threads, in the middle of whatever they did.
+// When a process ends, Windows first terminates its other threads, whatever they are doing.
 long processId() {
     using IsEnding = BOOLEAN(NTAPI*)();
     static const auto isEnding = reinterpret_cast<IsEnding>(

@@ -14,7 +14,7 @@ int closeSocket(curl_socket_t socket) {
 
 bool hasUnread(curl_socket_t socket) {
     WSAPOLLFD watched{socket, POLLIN, 0};
-    return WSAPoll(&watched, 1, 0) != 0; // What can't be asked is not quiet.
+    return WSAPoll(&watched, 1, 0) != 0; // An error counts as unread data.
 }
 
 void shutDown(curl_socket_t socket) {
