@@ -19,7 +19,7 @@ using Orvane::Payloads::FullAssemblyDataV3;
 using Orvane::Payloads::ProjectData;
 using Qx::ToHString;
 
-// Hash maps come in any order; a person wants them in one.
+// Hash maps have no particular order; a report needs one.
 template <class Key, class Value>
 std::map<Key, Value> sorted(const std::unordered_map<Key, Value>& map) {
     return {map.begin(), map.end()};
@@ -66,7 +66,8 @@ void addParents(Report& report, const FullAssemblyData& assembly) {
     report.tables.push_back(listParents("archived", "Archived parents", assembly.getArchivedParents()));
     report.tables.push_back(listParents("inactive", "Inactive parents", assembly.getInactiveParents()));
     report.tables.push_back(listParents("deleted", "Deleted parents", assembly.getDeletedParents()));
-    report.tables.push_back(listParents("accessDenied", "Parents closed to you", assembly.getAccessDeniedParents()));
+    report.tables.push_back(
+        listParents("accessDenied", "Parents you cannot access", assembly.getAccessDeniedParents()));
 }
 
 Report::Table listProjects(const FullAssemblyData& assembly) {
@@ -101,7 +102,7 @@ struct Parent {
     std::string name;
 };
 
-// The parent by name where the assembly knows it, else by id.
+// The parent's name if the assembly contains it, otherwise its id.
 Parent parentOf(const FilesData& file, const FullAssemblyDataV3& assembly) {
     const std::string id = file.getParentId();
     if (const std::shared_ptr<FolderData> folder = assembly.getFolder(id))
@@ -123,8 +124,10 @@ Report::Table listFiles(const FullAssemblyDataV3& assembly) {
 }
 
 Report::Table listEvents(const std::vector<Qx::Analytics::Report>& events) {
-    Report::Table table{
-        "usageEvents", "Usage event", {{"event", "event"}, {"property", "property"}, {"value", "value"}}, {}};
+    Report::Table table{"usageEvents",
+                        "Usage event properties",
+                        {{"event", "event"}, {"property", "property"}, {"value", "value"}},
+                        {}};
     for (const Qx::Analytics::Report& event : events)
         for (const auto& [key, value] : sorted(event.properties))
             table.rows.push_back({ToHString(event.eventName), ToHString(key), ToHString(value)});

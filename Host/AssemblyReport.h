@@ -12,11 +12,11 @@ class FullAssemblyDataV3;
 
 namespace OrvaneHost {
 
-/// What a full assembly holds and which usage events it was reported with.
+/// Reports what a full assembly contains, and the usage events that were tracked for it.
 Report reportAssembly(const Orvane::Payloads::FullAssemblyDataV3& assembly,
                       const std::vector<Qx::Analytics::Report>& events);
 
-/// What the answer to an access request holds.
+/// Reports what the answer to an access request contains.
 Report reportAccess(const Orvane::Payloads::FullAssemblyData& assembly);
 
 } // namespace OrvaneHost

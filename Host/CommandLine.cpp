@@ -12,9 +12,8 @@ namespace {
 
 using Command = CommandLine::Command;
 
-constexpr const char* exitStatuses = "Exit status: 0 if all went well, 1 if something failed, with a line on standard "
-                                     "error that says what to do, 2 for a "
-                                     "wrong command line.\n";
+constexpr const char* exitStatuses = "Exit status: 0 on success; 1 if something failed, with a line on standard error "
+                                     "that says what to do; 2 for an invalid command line.\n";
 
 CLI::App* addCommand(CLI::App& app, CommandLine& commandLine, Command command, const char* name,
                      const char* description, const char* example) {
@@ -24,12 +23,12 @@ CLI::App* addCommand(CLI::App& app, CommandLine& commandLine, Command command, c
     return added;
 }
 
-// An empty text is an unset variable as a rule, and not to be taken for an option that is not there.
+// An empty value usually comes from an unset variable, and must not be taken for an absent option.
 std::string problemOfText(const std::string& text) {
-    return text.empty() ? "may not be empty" : "";
+    return text.empty() ? "must not be empty" : "";
 }
 
-// What is wrong with the base URL of a service before anybody looks closer.
+// What is wrong with the base URL of a service at first sight; the HTTP client checks the rest.
 std::string problemOfURL(const std::string& url) {
     for (const std::string scheme : {"https://", "http://"}) {
         if (!url.starts_with(scheme))
@@ -42,10 +41,10 @@ std::string problemOfURL(const std::string& url) {
                             (port.find_first_not_of("0123456789", 1) == std::string::npos && port.size() <= 6 &&
                              std::stoi(port.substr(1)) <= 65535);
         if (host.empty() || host.starts_with(':'))
-            return "takes a URL with a host";
-        return isPort ? "" : "takes a URL with a port up to 65535";
+            return "must be a URL with a host";
+        return isPort ? "" : "must be a URL with a port up to 65535";
     }
-    return "takes a URL that begins with https:// or http://";
+    return "must be a URL that begins with https:// or http://";
 }
 
 void addTokenFile(CLI::App& command, CommandLine& commandLine, const char* description) {
@@ -55,33 +54,36 @@ void addTokenFile(CLI::App& command, CommandLine& commandLine, const char* descr
 void addRequestOptions(CLI::App& command, CommandLine& commandLine) {
     command
         .add_option("--service", commandLine.service,
-                    "Base URL of the service; without it the local service inside this program")
+                    "Base URL of the service (default: the local service inside this program)")
         ->check(problemOfURL);
     command
         .add_option("--v3-service", commandLine.v3Service,
-                    "Base URL of the V3 service; without it that of the service with \"/v3\" after it")
+                    "Base URL of the V3 service (default: the base URL of the service, followed by \"/v3\")")
         ->needs("--service")
         ->check(problemOfURL);
     addTokenFile(command, commandLine,
-                 "File that holds the bearer token; without it the environment variable ORVANE_TOKEN");
-    command.add_option("--timeout", commandLine.timeout, "Seconds that each attempt at a request may take (120)")
+                 "File that holds the bearer token (default: the environment variable ORVANE_TOKEN)");
+    command
+        .add_option("--timeout", commandLine.timeout,
+                    "Time limit for each attempt at a request, in seconds (default: 120)")
         ->check(CLI::Range(1, 86400));
-    command.add_option("--max-size", commandLine.maxSizeInMiB, "MiB that one answer may have (256)")
+    command.add_option("--max-size", commandLine.maxSizeInMiB, "Maximum size of an answer, in MiB (default: 256)")
         ->check(CLI::Range(1, 4095));
     command
         .add_option("--record", commandLine.recordFolder,
-                    "Folder in which to keep each answer, for orvane serve --data and for tests")
+                    "Folder in which to record each answer, for orvane serve --data and for tests")
         ->check(problemOfText);
-    command.add_flag("--async", commandLine.async, "Have requests answered on a thread of the HTTP client");
-    command.add_flag("--json", commandLine.json, "Print JSON, one line for each URN");
+    command.add_flag("--async", commandLine.async, "Send requests asynchronously, on the threads of the HTTP client");
+    command.add_flag("--json", commandLine.json, "Print JSON, one line per URN");
     command.add_flag("--verbose", commandLine.verbose, "Print each attempt at a request to standard error");
-    command.add_flag("--wide", commandLine.wide, "Show texts whole in tables, not the first 80 columns");
+    command.add_flag("--wide", commandLine.wide, "Print long texts in full instead of cutting them at 80 columns");
 }
 
 void addAlgorithm(CLI::App& command, CommandLine& commandLine, const char* defaultAlgorithm) {
-    command.add_option("--algorithm", commandLine.algorithm,
-                       std::string("Which versions count: ACTUAL, LATEST, or another that the service knows (") +
-                           defaultAlgorithm + ")");
+    command.add_option(
+        "--algorithm", commandLine.algorithm,
+        std::string("How versions are chosen: ACTUAL, LATEST, or another algorithm of the service (default: ") +
+            defaultAlgorithm + ")");
     command.preparse_callback(
         [&commandLine, defaultAlgorithm](std::size_t) { commandLine.algorithm = defaultAlgorithm; });
 }
@@ -90,14 +92,14 @@ void addAlgorithm(CLI::App& command, CommandLine& commandLine, const char* defau
 void addQueryPair(CommandLine& commandLine, const std::string& text) {
     const std::size_t equals = text.find('=');
     if (equals == std::string::npos || equals == 0)
-        throw CLI::ValidationError("--query", "takes key=value, not \"" + text + "\"");
+        throw CLI::ValidationError("--query", "must be key=value, not \"" + text + "\"");
     commandLine.query.emplace_back(text.substr(0, equals), text.substr(equals + 1));
 }
 
 void addFolder(CLI::App& app, CommandLine& commandLine) {
     CLI::App* folder = addCommand(app, commandLine, Command::FOLDER, "folder", "List the contents of folders",
                                   "urn:vrnk.dorlqa:fs.folder:gearbox urn:vrnk.dorlqa:fs.folder:gears");
-    folder->add_option("URN-OR-LINK", commandLine.urns, "Folders, by URN or by link to their contents")
+    folder->add_option("URN-OR-LINK", commandLine.urns, "URNs of folders, or links to their contents")
         ->required()
         ->check(problemOfText);
     folder
@@ -107,7 +109,7 @@ void addFolder(CLI::App& app, CommandLine& commandLine) {
                 for (const std::string& pair : pairs)
                     addQueryPair(commandLine, pair);
             },
-            "A pair key=value for the query; may be repeated, the order is kept")
+            "A key=value pair for the query; may be repeated, and the order is kept")
         ->take_all()
         ->expected(1, CLI::detail::expected_max_vector_size)
         ->allow_extra_args(false);
@@ -118,13 +120,17 @@ void addAssembly(CLI::App& app, CommandLine& commandLine) {
     CLI::App* assembly =
         addCommand(app, commandLine, Command::ASSEMBLY, "assembly", "Fetch the full assembly of a file version",
                    "'urn:vrnk.dorlqa:fs.file:gearbox-asm?version=7'");
-    assembly->add_option("VERSION-URN", commandLine.urns, "The version")->required()->expected(1)->check(problemOfText);
-    assembly->add_option("--workflow", commandLine.workflow, "What the usage event is to name as workflow");
+    assembly->add_option("VERSION-URN", commandLine.urns, "URN of the file version")
+        ->required()
+        ->expected(1)
+        ->check(problemOfText);
+    assembly->add_option("--workflow", commandLine.workflow,
+                         "Workflow that the usage event names (default: \"command line\")");
     addAlgorithm(*assembly, commandLine, "ACTUAL");
     addRequestOptions(*assembly, commandLine);
     assembly
         ->add_option("--html", commandLine.htmlFile,
-                     "File to write a page to that shows the assembly as boxes, instead of printing it")
+                     "HTML file to write, which shows the assembly as nested boxes, instead of printing it")
         ->excludes("--json")
         ->check(problemOfText);
 }
@@ -133,32 +139,34 @@ void addAccess(CLI::App& app, CommandLine& commandLine) {
     CLI::App* access =
         addCommand(app, commandLine, Command::ACCESS, "access", "Ask for access to the full assembly of a file version",
                    "'urn:vrnk.dorlqa:fs.file:gearbox-asm?version=7'");
-    access->add_option("VERSION-URN", commandLine.urns, "The version")->required()->expected(1)->check(problemOfText);
+    access->add_option("VERSION-URN", commandLine.urns, "URN of the file version")
+        ->required()
+        ->expected(1)
+        ->check(problemOfText);
     addAlgorithm(*access, commandLine, "LATEST");
     addRequestOptions(*access, commandLine);
 }
 
 void addServe(CLI::App& app, CommandLine& commandLine) {
-    CLI::App* serve = addCommand(app, commandLine, Command::SERVE, "serve",
-                                 "Run the local service until it is interrupted", "--port 8087");
+    CLI::App* serve =
+        addCommand(app, commandLine, Command::SERVE, "serve", "Run the local service until interrupted", "--port 8087");
     serve
         ->add_option(
             "--data", commandLine.dataFolder,
-            "Folder with JSON files, or with recorded answers, to serve, read once at the start; without it the "
-            "sample project")
+            "Folder of JSON files or recorded answers to serve, read once at startup (default: the sample project)")
         ->check(problemOfText);
-    serve->add_option("--port", commandLine.port, "Port to listen on; 0 for any free one (0)")
+    serve->add_option("--port", commandLine.port, "Port to listen on; 0 chooses a free one (default: 0)")
         ->check(CLI::Range(0, 65535));
     addTokenFile(*serve, commandLine,
-                 "File that holds the token to ask for; without it the environment variable ORVANE_TOKEN");
+                 "File that holds the bearer token to require (default: the environment variable ORVANE_TOKEN)");
 }
 
-// Names what nobody expected without its value, which may be a token.
+// Names the unexpected option without its value, which may be a token.
 std::string unexpected(const CLI::App& app) {
     for (const std::string& argument : app.remaining(true))
         if (argument.starts_with('-'))
-            return "there is no option " + argument.substr(0, argument.find('=')) + " here";
-    return "there are more arguments than expected";
+            return "unknown option " + argument.substr(0, argument.find('='));
+    return "too many arguments";
 }
 
 std::string firstLine(const std::string& text) {
@@ -177,7 +185,8 @@ std::optional<EarlyEnd> parseCommandLine(const std::vector<std::string>& argumen
     addAccess(app, commandLine);
     addServe(app, commandLine);
     try {
-        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend())); // As the parser wants them.
+        // The parser expects them in reverse order.
+        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     } catch (const CLI::CallForHelp&) {
         const auto chosen = app.get_subcommands();
         return EarlyEnd{chosen.empty() ? app.help() : chosen.front()->help("orvane"), ""};
@@ -189,7 +198,7 @@ std::optional<EarlyEnd> parseCommandLine(const std::vector<std::string>& argumen
         const bool isUnknown =
             app.get_subcommands().empty() && !arguments.empty() && !arguments.front().starts_with('-');
         const std::string problem =
-            isUnknown ? fmt::format("there is no command \"{}\"", arguments.front()) : firstLine(error.what());
+            isUnknown ? fmt::format("unknown command \"{}\"", arguments.front()) : firstLine(error.what());
         return EarlyEnd{"", problem + "; see orvane --help"};
     }
     return std::nullopt;

@@ -15,18 +15,18 @@ struct CommandLine {
     enum class Command { FOLDER, ASSEMBLY, ACCESS, SERVE };
 
     Command command = Command::FOLDER;
-    std::vector<std::string> urns; ///< Exactly one, except for `FOLDER`, which also takes links.
+    std::vector<std::string> urns; ///< One; for `FOLDER`, one or more, or links; for `SERVE`, none.
 
     std::string service; ///< Empty for the local service inside the program.
     std::string v3Service;
-    std::string tokenFile; ///< Empty for the environment's token.
+    std::string tokenFile; ///< Empty to take the token from the environment.
     std::chrono::seconds timeout = std::chrono::seconds(120);
-    std::size_t maxSizeInMiB = 256; ///< Of one answer.
+    std::size_t maxSizeInMiB = 256; ///< Of a single answer.
     std::string recordFolder;       ///< Empty to record nothing.
     bool async = false;
     bool json = false;
     bool verbose = false;
-    bool wide = false; ///< Whether texts are shown whole in tables.
+    bool wide = false; ///< Whether long texts are printed in full.
 
     std::list<std::pair<std::string, std::string>> query;
     std::string algorithm;
@@ -43,7 +43,8 @@ struct EarlyEnd {
     std::string error;  ///< For standard error, in one line; empty if nothing is wrong.
 };
 
-/// Reads the arguments that follow the program's name into `commandLine`, or tells why there is nothing to run.
+/// Parses the arguments after the program's name into `commandLine`. Returns why the program ends
+/// early, or nothing if there is a command to run.
 std::optional<EarlyEnd> parseCommandLine(const std::vector<std::string>& arguments, CommandLine& commandLine);
 
 } // namespace OrvaneHost

@@ -36,7 +36,7 @@ using Orvane::Payloads::FullAssemblyData;
 using Orvane::Payloads::FullAssemblyDataV3;
 using Orvane::Testing::PreparedAnswers;
 
-// The library puts a folder's URN into the URL as it is, where these have a meaning of their own.
+// The library puts a folder's URN into the URL unchanged, where these characters are special.
 std::string encodedURN(const std::string& urn) {
     return urn.find_first_of("?#%") == std::string::npos ? urn : Qx::Uri::UriEncode(urn);
 }
@@ -51,17 +51,17 @@ int printFailure(const ServiceConnection& connection, const std::string& line) {
     return 1;
 }
 
-// A report is worth printing though it could not be recorded, but the user has to know.
+// An answer that could not be recorded is still worth printing, but the user has to know.
 int finish(const ServiceConnection& connection, int exitStatus) {
     flushOutput();
     const std::string problem = connection.recordingProblem();
     if (problem.empty())
         return exitStatus;
-    return printFailure(connection, fmt::format("not all could be recorded: {}; check --record", problem));
+    return printFailure(connection, fmt::format("some answers could not be recorded: {}; check --record", problem));
 }
 
-// Prints folders as their answers come. Few are under way at the same time, so that answers do not pile up where output
-// is slow.
+// Prints folders as their answers arrive. Only a few requests are in flight at a time, so that
+// answers do not pile up if output is slow.
 class FolderPrinter {
 public:
     FolderPrinter(const CommandLine& commandLine, ServiceConnection& connection)
@@ -119,7 +119,7 @@ int runFolder(const CommandLine& commandLine) {
     return finish(connection, exitStatus);
 }
 
-// Any JSON is a success to the library; this says that it is the assembly that was asked for.
+// To the library, any JSON is a success; this checks that it is the requested assembly.
 template <class Print>
 int printAnswer(const CommandLine& commandLine, ServiceConnection& connection, bool success,
                 const FullAssemblyData* assembly, Print print) {
@@ -217,7 +217,7 @@ int runServe(const CommandLine& commandLine) {
     const Orvane::Testing::LocalService service(std::move(answers), ownToken.empty() ? sampleToken : ownToken,
                                                 commandLine.port);
     printOutput(fmt::format("Serving at {}\nThe bearer token is {}. Interrupt to stop.\n", service.baseUri(),
-                            ownToken.empty() ? fmt::format("\"{}\"", sampleToken) : "yours"));
+                            ownToken.empty() ? fmt::format("\"{}\"", sampleToken) : "the one that you provided"));
     flushOutput();
     waitForInterrupt();
     return 0;

@@ -4,9 +4,9 @@
 
 namespace OrvaneHost {
 
-/// Runs the command and prints what it found on standard output. For each failed request it prints one line
-/// on standard error. Gives the exit status: 0, or 1 if a request failed. Throws `std::runtime_error` with a
-/// message of one line for what keeps the command from running at all.
+/// Runs the command, and prints its results to standard output and one line for each failed request
+/// to standard error. Returns the exit status: 0, or 1 if a request failed. Throws
+/// `std::runtime_error`, with a one-line message, if the command can't run at all.
 int runCommand(const CommandLine& commandLine);
 
 } // namespace OrvaneHost

@@ -26,7 +26,7 @@ std::string styled(std::FILE* stream, const char* style, const std::string& text
 void requireWritten(bool isWritten) {
     if (!isWritten)
         throw std::runtime_error(
-            fmt::format("can't write to standard output: {}; check where it leads", std::strerror(errno)));
+            fmt::format("can't write to standard output: {}; check where it is redirected", std::strerror(errno)));
 }
 
 } // namespace
@@ -44,7 +44,7 @@ void flushOutput() {
 }
 
 void printError(const std::string& line) {
-    // Where standard error can't be written there is nobody left to tell.
+    // If standard error can't be written either, there is no way left to report it.
     static_cast<void>(writeText(stderr, fmt::format("{} {}\n", styled(stderr, boldRed, "orvane:"), printable(line))));
 }
 

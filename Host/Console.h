@@ -4,17 +4,17 @@
 
 namespace OrvaneHost {
 
-/// Writes to standard output. Throws `std::runtime_error` if that can't be written.
+/// Writes to standard output. Throws `std::runtime_error` if writing fails.
 void printOutput(const std::string& text);
 
-/// Likewise, one line, bold on a terminal unless the user's NO_COLOR is set.
+/// Writes one line to standard output, in bold on a terminal unless NO_COLOR is set.
 void printHeading(const std::string& line);
 
-/// Lets what was written come out. Throws as `printOutput` does.
+/// Flushes standard output. Throws as `printOutput` does.
 void flushOutput();
 
-/// Writes one line to standard error, after the program's name, which is red where a heading would be bold, without
-/// characters that could mislead on a terminal.
+/// Writes one line to standard error, after the program's name, with characters replaced that could
+/// mislead on a terminal. The name is in red where a heading would be in bold.
 void printError(const std::string& line);
 
 } // namespace OrvaneHost

@@ -20,16 +20,16 @@ std::string shownURN(const std::string& urnOrLink) {
     return shortened(withoutCredentials(urnOrLink), 120);
 }
 
-// Nothing for the service inside the program, whose URL nobody has named.
+// Empty for the service inside the program, whose URL the user did not choose.
 std::string checkService(const CommandLine& commandLine) {
     return commandLine.service.empty() ? "" : "--service, ";
 }
 
 std::string checkNetwork(const CommandLine& commandLine) {
-    std::string advice = "check " + checkService(commandLine) + "that the service runs, and your network";
+    std::string advice = "check " + checkService(commandLine) + "whether the service is running, and your network";
     for (const char* variable : {"https_proxy", "http_proxy", "all_proxy", "HTTPS_PROXY", "ALL_PROXY"})
         if (const char* proxy = std::getenv(variable); proxy && *proxy != '\0')
-            return advice + ", with the proxy that " + variable + " names";
+            return advice + " (including the proxy set in " + variable + ")";
     return advice;
 }
 
@@ -38,17 +38,16 @@ std::string explainTransportFailure(const Qx::HTTPResponse& response, const std:
     const std::string& reason = response.getReason();
     switch (response.getFailureKind()) {
     case FailureKind::REFUSED:
-        // Not shown: what is wrong with it may be a password.
+        // The link is not shown: the part that is wrong may be a password.
         if (isLink)
-            return fmt::format(
-                "the request for a link was refused: {}; check it, or, to send your token to its host on "
-                "purpose, name that host with --service",
-                reason);
+            return fmt::format("the request for a link was refused: {}; check the link, or, if you mean to send your "
+                               "token to its host, name that host with --service",
+                               reason);
         return fmt::format("the request for {} was refused: {}; check {}the URN and the options", urn, reason,
                            checkService(commandLine));
     case FailureKind::TLS:
-        return fmt::format("no secure connection for {}: {}; {}, the time of this machine, and which certificates it "
-                           "trusts",
+        return fmt::format("no secure connection for {}: {}; {}, as well as this machine's clock and the certificates "
+                           "it trusts",
                            urn, reason, checkNetwork(commandLine));
     case FailureKind::TIMEOUT:
         return fmt::format("no answer for {} in time: {}; try again later, or wait longer with --timeout (now {} s)",
@@ -57,10 +56,11 @@ std::string explainTransportFailure(const Qx::HTTPResponse& response, const std:
         return fmt::format("the answer for {} is too large: {}; allow more with --max-size (now {} MiB)", urn, reason,
                            commandLine.maxSizeInMiB);
     case FailureKind::MALFORMED_RESPONSE:
-        return fmt::format("no proper answer for {}: {}; check {}and any proxy between", urn, reason,
+        return fmt::format("invalid answer for {}: {}; check {}the network and any proxy in between", urn, reason,
                            checkService(commandLine));
     case FailureKind::OUT_OF_MEMORY:
-        return fmt::format("no memory for the answer for {}; close other programs, or give this one more", urn);
+        return fmt::format(
+            "not enough memory for the answer for {}; close other programs, or allow this program more memory", urn);
     case FailureKind::NONE:
     case FailureKind::NETWORK:
     case FailureKind::CANCELLED:
@@ -70,14 +70,14 @@ std::string explainTransportFailure(const Qx::HTTPResponse& response, const std:
     return fmt::format("no answer for {}: {}; {}", urn, reason, checkNetwork(commandLine));
 }
 
-// The body as JSON, or nothing if it is none, or there is no memory to read it.
+// The body as JSON; nothing if it is not JSON, or memory runs out.
 std::optional<Qx::JSONNode> jsonOf(const Qx::HTTPResponse& response) {
     Qx::Status status;
     return Qx::JSONNode::parse(response.getBody(), status, Qx::HTTPResponse::padding);
 }
 
-// What the first of the errors in an answer says, to be put after other words. If the user has typed a password, the
-// service may repeat it.
+// The message of the first error in an answer, to append to other text. If the user typed a
+// password, the service might repeat it, so the result is empty.
 std::string wordsOf(const Qx::HTTPResponse& response, const std::string& urnOrLink) {
     if (urnOrLink.find('@') != std::string::npos)
         return {};
@@ -86,14 +86,14 @@ std::string wordsOf(const Qx::HTTPResponse& response, const std::string& urnOrLi
         return {};
     const Qx::JSONNode first(*errors.begin());
     const std::string words = first["detail"].asHString(first["title"].asHString(""));
-    return words.empty() ? "" : fmt::format(", which says \"{}\"", shortened(words, 200));
+    return words.empty() ? "" : fmt::format(": \"{}\"", shortened(words, 200));
 }
 
-// Whether a successful answer could not be read because memory ran out: the library does not tell that from what is no
-// JSON.
+// Whether a successful answer could not be read because memory ran out; the library does not
+// distinguish that from invalid JSON.
 bool lacksMemory(const Qx::HTTPResponse& response) {
     if (jsonOf(response))
-        return true; // There is enough again.
+        return true; // There is enough memory again.
     try {
         static_cast<void>(Qx::JSONNode(std::string(response.getBody())));
         return false;
@@ -104,7 +104,9 @@ bool lacksMemory(const Qx::HTTPResponse& response) {
 
 std::string explainUnread(const Qx::HTTPResponse& response, const std::string& urn, const CommandLine& commandLine) {
     if (lacksMemory(response))
-        return fmt::format("no memory to read the answer for {}; close other programs, or give this one more", urn);
+        return fmt::format(
+            "not enough memory to read the answer for {}; close other programs, or allow this program more memory",
+            urn);
     return fmt::format("the answer for {} is not JSON; check {}", urn,
                        commandLine.service.empty() ? "the data" : "--service");
 }
@@ -135,23 +137,23 @@ std::string explainFailure(const Qx::HTTPResponse& response, const std::string& 
                            "one",
                            words);
     case 403:
-        return fmt::format("you may not see {} (403){}; ask its owner for access", urn, words);
+        return fmt::format("you are not allowed to see {} (403){}; ask its owner for access", urn, words);
     case 404:
         return fmt::format("the {} does not know {} (404){}; check the URN{}",
                            commandLine.service.empty() ? "sample service" : "service", urn, words,
                            commandLine.service.empty() ? ", or name your service with --service" : " and --service");
     case 429:
-        return fmt::format("the service has too many requests to answer that for {} (429){}; {}", urn, words,
-                           whenToComeBack(response));
+        return fmt::format("the service has received too many requests to answer the one for {} (429){}; {}", urn,
+                           words, whenToComeBack(response));
     default:
         return fmt::format("the service {} (status {}){}; {}",
-                           status < 500 ? "takes no such request for " + urn : "failed on " + urn, status, words,
-                           status < 500 ? "check --service and the URN" : whenToComeBack(response));
+                           status < 500 ? "rejected the request for " + urn : "failed to answer the request for " + urn,
+                           status, words, status < 500 ? "check --service and the URN" : whenToComeBack(response));
     }
 }
 
 std::string explainStrangeAnswer(const Qx::HTTPResponse& response, const std::string& urn, const char* what) {
-    return fmt::format("the answer holds no {} of {}{}; check --service and the URN", what, shownURN(urn),
+    return fmt::format("the answer does not hold the {} of {}{}; check --service and the URN", what, shownURN(urn),
                        wordsOf(response, urn));
 }
 

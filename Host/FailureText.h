@@ -7,11 +7,12 @@
 
 namespace OrvaneHost {
 
-/// What it means for the user that the request for `urn`, a URN or a link, failed, and what to do about it, in one
-/// line.
+/// Explains to the user, in one line, why the request for `urn`, a URN or a link, failed, and what
+/// to do about it.
 std::string explainFailure(const Qx::HTTPResponse& response, const std::string& urn, const CommandLine& commandLine);
 
-/// The same for an answer of success that is JSON, but does not hold what it should, an "assembly", say, of that URN.
+/// The same for a successful answer that is JSON but does not contain what it should: the
+/// "assembly" of that URN, for example.
 std::string explainStrangeAnswer(const Qx::HTTPResponse& response, const std::string& urn, const char* what);
 
 } // namespace OrvaneHost

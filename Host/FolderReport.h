@@ -11,15 +11,16 @@ class JSONNode;
 
 namespace OrvaneHost {
 
-/// Whether an answer, of which `body` is the text, may hold the contents of that folder: an object without errors, of
-/// no other folder.
+/// Returns whether an answer with that `body` may be the contents of that folder: a JSON object
+/// without errors that does not name another folder.
 bool holdsFolder(const std::string& urnOrLink, const Qx::JSONNode& contents, std::string_view body);
 
-/// Prints the folders and files of a folder's contents as `printText` does, or the whole answer as it came where it has
-/// none under "included.folders" and "included.files".
+/// Prints the folders and files in a folder's contents as `printText` does, or the whole answer as
+/// received if it has neither "included.folders" nor "included.files".
 void printFolder(const std::string& urn, const Qx::JSONNode& contents, bool isWide);
 
-/// The answer as it came, with the URN that it answers for, as one line of JSON like that of `toJSON`.
+/// Returns the answer as received, with the URN that was requested, as one line of JSON like that
+/// of `toJSON`.
 std::string folderJSON(const std::string& urn, const Qx::JSONNode& contents);
 
 } // namespace OrvaneHost

@@ -2,12 +2,12 @@
 
 namespace OrvaneHost {
 
-/// Keeps the user's interrupts for `waitForInterrupt`. To be called before other threads start, so that none of these
-/// takes them.
+/// Holds the user's interrupts for `waitForInterrupt`. Call before other threads start, so that
+/// none of them receives the interrupts.
 void holdInterrupts();
 
-/// Returns once the user has interrupted the program, or wants to end the session. Another interrupt ends the program
-/// at once.
+/// Returns once the user interrupts the program or ends the session. A second interrupt ends the
+/// program at once.
 void waitForInterrupt();
 
 } // namespace OrvaneHost

@@ -7,13 +7,13 @@
 
 namespace OrvaneHost {
 
-/// Tasks of other threads, which the main thread runs one after the other.
+/// A queue of tasks from other threads, which the main thread runs one after the other.
 class MainThread {
 public:
-    /// May be called from any thread. Without memory for it the task is dropped, and `runNext` throws instead.
+    /// Thread-safe. When memory runs out, the task is dropped and `runNext` throws `bad_alloc`.
     void post(std::function<void()> task) noexcept;
 
-    /// Waits for a task and runs it. What it throws passes through.
+    /// Waits for a task and runs it. An exception from the task propagates.
     void runNext();
 
 private:

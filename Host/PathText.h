@@ -5,7 +5,8 @@
 
 namespace OrvaneHost {
 
-/// A path in UTF-8. A plain text would be taken to be in the code page of the system where there are such.
+/// Converts UTF-8 to a path. A plain string would be interpreted in the system's code page, if it
+/// has one.
 inline std::filesystem::path pathOf(const std::string& text) {
     return std::u8string(text.begin(), text.end());
 }

@@ -15,8 +15,9 @@ struct Range {
     char32_t last;
 };
 
-// In order: control characters, the soft hyphen, marks of direction, joiners and other characters without a width,
-// variation selectors beyond those of emoji, byte order marks, and tags.
+// In code point order: control characters, the soft hyphen, direction marks, joiners and other
+// characters without a width, variation selectors except those for emoji, byte order marks, and
+// tags.
 constexpr std::array tricks{Range{0x0000, 0x001F},   Range{0x007F, 0x009F},  Range{0x00AD, 0x00AD},
                             Range{0x034F, 0x034F},   Range{0x061C, 0x061C},  Range{0x115F, 0x1160},
                             Range{0x17B4, 0x17B5},   Range{0x180B, 0x180F},  Range{0x200B, 0x200F},
@@ -24,7 +25,7 @@ constexpr std::array tricks{Range{0x0000, 0x001F},   Range{0x007F, 0x009F},  Ran
                             Range{0xFEFF, 0xFEFF},   Range{0xFFA0, 0xFFA0},  Range{0xFFF0, 0xFFFB},
                             Range{0x1D173, 0x1D17A}, Range{0xE0000, 0xE0FFF}};
 
-// With U+FFFD for each byte that belongs to no character.
+// Decodes UTF-8, with U+FFFD for each byte that is not part of a character.
 std::u32string charactersOf(std::string_view text) {
     const auto* next = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
     const auto* const end = next + text.size();
@@ -74,10 +75,10 @@ std::string printable(std::string_view text) {
 }
 
 std::string shortened(std::string_view text, std::size_t width) {
-    const std::size_t most = 8 * width; // Of characters, some of which may have no width.
+    const std::size_t most = 8 * width; // In characters, some of which may have no width.
     const std::u32string characters = charactersOf(printable(text));
     std::size_t used = 0;
-    std::size_t fitting = 0; // With the sign for more.
+    std::size_t fitting = 0; // How many characters fit before the ellipsis.
     for (std::size_t at = 0; at < characters.size(); ++at) {
         used += widthOf(characters[at]);
         if (used < width && at < most)
@@ -103,7 +104,7 @@ std::string withoutTricks(std::string_view json) {
         const auto odd = std::find_if_not(next, json.end(), isPlain);
         escaped.append(next, odd);
         next = std::find_if(odd, json.end(), isPlain);
-        // All that is not ASCII stands in strings.
+        // In JSON, everything outside ASCII is inside strings.
         for (const char32_t character : charactersOf({odd, next}))
             escaped += playsTricks(character) ? escapeOf(character) : textOf({&character, 1});
     }

@@ -6,20 +6,21 @@
 
 namespace OrvaneHost {
 
-/// The UTF-8 text with U+FFFD for whatever could play tricks on a terminal: control characters, line breaks, changes of
-/// the writing direction and invisible characters.
+/// Returns the UTF-8 text with U+FFFD in place of everything that could play tricks on a terminal:
+/// control characters, line breaks, changes of the writing direction and invisible characters.
 std::string printable(std::string_view text);
 
-/// The same of a text that may be long, which ends with "…" if it takes more than `width` columns.
+/// The same, but cut to `width` columns, ending with "…", if it takes more than that.
 std::string shortened(std::string_view text, std::size_t width);
 
-/// How many columns of a terminal a UTF-8 text takes.
+/// Returns how many columns a UTF-8 text takes on a terminal.
 std::size_t displayWidth(std::string_view text);
 
-/// JSON with such characters escaped, as UTF-8 whatever it was.
+/// Returns the JSON with such characters escaped. The result is valid UTF-8 even if `json` is not.
 std::string withoutTricks(std::string_view json);
 
-/// What the user named, a URN or a link, with "***" for all before its last "@": a password may hold any sign.
+/// Returns a URN or link from the user with "***" in place of all before its last "@": a password
+/// may contain any character.
 std::string withoutCredentials(const std::string& urnOrLink);
 
 } // namespace OrvaneHost

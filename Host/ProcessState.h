@@ -3,22 +3,22 @@
 #include <string>
 #include <vector>
 
-// What the system gives the program, and what is set to rights before a command runs.
+// What the program gets from the system, and what it sets up before a command runs.
 namespace OrvaneHost {
 
-/// The arguments that follow the program's name, in UTF-8.
+/// Returns the arguments after the program's name, in UTF-8.
 std::vector<std::string> argumentsInUTF8(int argc, const char* const* argv);
 
-/// Opens each standard stream that is closed as a file that can only be read. Otherwise the next file or connection
-/// would get its number, and be written into; so writing fails instead.
+/// Opens each closed standard stream as a read-only file, so that writing to it fails. Otherwise
+/// the next file or connection would get its descriptor, and output would be written into it.
 void occupyStandardStreams();
 
-/// Keeps what a crash leaves behind, and the memory itself, from the user's other programs, as far as the system can:
-/// both hold the user's token.
+/// Hides the program's memory, and what a crash leaves behind, from the user's other programs as
+/// far as the system allows: both contain the user's token.
 void keepMemoryPrivate();
 
-/// Lets the program end without a message when nobody reads its output any more, and lets a file that would be too
-/// large be a failure like others, where the system has signals for these.
+/// Makes the program end silently once nobody reads its output, and makes writing a file beyond the
+/// size limit fail like any other write, on systems that have signals for these.
 void setSignals();
 
 } // namespace OrvaneHost

@@ -7,10 +7,10 @@
 
 namespace OrvaneHost {
 
-/// What a command found, for a person as text and for a program as JSON. Texts are UTF-8.
+/// What a command found, as text for people and as JSON for programs. Texts are UTF-8.
 struct Report {
     struct Fact {
-        std::string key; ///< In the JSON.
+        std::string key; ///< The key in JSON.
         std::string label;
         std::variant<std::string, std::int64_t> value;
     };
@@ -32,13 +32,13 @@ struct Report {
     std::vector<Table> tables;
 };
 
-/// Prints the report to standard output, with aligned columns, each as wide as its widest cell. Texts are made
-/// `printable`, and `shortened` to 80 columns unless `isWide`. Tables without rows are left out. Throws as
-/// `printOutput` does.
+/// Prints the report to standard output, with aligned columns, each as wide as its widest cell, up
+/// to 80 columns. Texts are made `printable`, and `shortened` to 80 columns unless `isWide`. Tables
+/// without rows are left out. Throws as `printOutput` does.
 void printText(const Report& report, bool isWide);
 
-/// The report as one line of JSON: an object of the facts, and of the tables as arrays of objects. What could play
-/// tricks on a terminal is escaped.
+/// Returns the report as one line of JSON: an object of the facts, and of the tables as arrays of
+/// objects. Characters that could play tricks on a terminal are escaped.
 std::string toJSON(const Report& report);
 
 } // namespace OrvaneHost

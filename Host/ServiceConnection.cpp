@@ -21,7 +21,7 @@ namespace {
 
 constexpr const char* optionsName = "orvane";
 
-// Paths, which begin with "/", go directly after a base URL.
+// Paths, which begin with "/", are appended directly to a base URL.
 std::string withoutSlashAtEnd(std::string url) {
     while (url.ends_with('/'))
         url.pop_back();
@@ -53,7 +53,7 @@ std::unique_ptr<Qx::CurlHTTPClient> makeClient(const Qx::CurlHTTPClientOptions& 
         throw std::runtime_error(fmt::format("{}; check --service and --v3-service", error.what()));
     } catch (const std::system_error&) {
         throw std::runtime_error(
-            "there are too few threads or descriptors for the HTTP client; end other programs, or allow more");
+            "not enough threads or descriptors for the HTTP client; close other programs, or raise the limits");
     }
 }
 
@@ -126,7 +126,7 @@ const Qx::HTTPResponse& ServiceConnection::response() const {
 }
 
 std::string ServiceConnection::withoutToken(std::string text) const {
-    constexpr std::size_t secretFrom = 8; // A shorter one is a part of words.
+    constexpr std::size_t secretFrom = 8; // Ordinary words may contain a shorter one.
     if (token_.size() >= secretFrom)
         boost::algorithm::replace_all(text, token_, "***");
     return text;

@@ -5,8 +5,8 @@
 
 namespace OrvaneHost {
 
-/// Writes UTF-8 to a standard stream, so that a terminal shows it. False, with the reason in `errno`, if it can't be
-/// written.
+/// Writes UTF-8 to a standard stream so that a terminal displays it correctly. Returns false, with
+/// the reason in `errno`, if writing fails.
 bool writeText(std::FILE* stream, std::string_view text);
 
 bool isTerminal(std::FILE* stream);

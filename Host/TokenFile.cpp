@@ -14,7 +14,7 @@ namespace {
 
 std::string withoutBlanks(const std::string& text) {
     constexpr const char* blanks = " \t\r\n";
-    // Some editors put a byte order mark before UTF-8.
+    // Some editors put a byte order mark at the start of UTF-8 files.
     const std::size_t mark = text.starts_with("\xEF\xBB\xBF") ? 3 : 0;
     const std::size_t start = std::min(text.find_first_not_of(blanks, mark), text.size());
     return text.substr(start, text.find_last_not_of(blanks) + 1 - start);
@@ -26,8 +26,7 @@ std::string readFile(const std::string& path, std::chrono::seconds timeout) {
     try {
         return withoutBlanks(readSmallFile(pathOf(path), maxBytes, timeout));
     } catch (const std::runtime_error& error) {
-        throw std::runtime_error(
-            fmt::format("can't read the token from its file: {}; check --token-file", error.what()));
+        throw std::runtime_error(fmt::format("can't read the token file: {}; check --token-file", error.what()));
     }
 }
 

@@ -34,7 +34,7 @@ int main(int argc, char** argv) {
     try {
         return run(argumentsInUTF8(argc, argv));
     } catch (const std::bad_alloc&) {
-        printError("there is too little memory; close other programs, or allow this one more");
+        printError("not enough memory; close other programs, or allow this program more memory");
         return failed;
     } catch (const std::exception& error) {
         printError(error.what());

@@ -6,7 +6,7 @@
 namespace OrvaneHost {
 
 void keepMemoryPrivate() {
-    // A program that the system pipes core files into gets them whatever the limit.
+    // The limit does not apply if the system pipes core files to a program: hence the prctl.
     const rlimit none{0, 0};
     setrlimit(RLIMIT_CORE, &none);
     prctl(PR_SET_DUMPABLE, 0);

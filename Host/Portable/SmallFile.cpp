@@ -11,7 +11,7 @@ namespace OrvaneHost {
 std::string readSmallFile(const std::filesystem::path& path, std::size_t maxBytes, std::chrono::seconds) {
     std::error_code error;
     if (!std::filesystem::is_regular_file(path, error))
-        throw std::runtime_error(error ? error.message() : "it is no file");
+        throw std::runtime_error(error ? error.message() : "it is not a file");
     std::ifstream file(path, std::ios::binary);
     std::string text(maxBytes + 1, '\0');
     if (!file.is_open())

@@ -7,7 +7,7 @@ namespace OrvaneHost {
 
 namespace {
 
-// Except those that are ignored, as after nohup: once blocked, they would be waited for too.
+// All except those that are ignored, as under nohup: once blocked, they too would end the wait.
 sigset_t interruptsToWaitFor() {
     sigset_t interrupts;
     sigemptyset(&interrupts);

@@ -20,7 +20,7 @@ void occupyStandardStreams() {
 }
 
 void setSignals() {
-    std::signal(SIGPIPE, SIG_DFL); // Nothing but output raises it.
+    std::signal(SIGPIPE, SIG_DFL); // Only output raises it.
     std::signal(SIGXFSZ, SIG_IGN);
 }
 

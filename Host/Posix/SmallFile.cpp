@@ -19,7 +19,7 @@ namespace {
     throw std::runtime_error(why);
 }
 
-// Opened without waiting for whoever writes into a pipe.
+// Opened without waiting for a writer if it is a pipe.
 class SmallFile {
 public:
     explicit SmallFile(const std::filesystem::path& path)
@@ -42,14 +42,14 @@ public:
             const ssize_t count = read(descriptor_, bytes.data(), bytes.size());
             if (count < 0 && errno != EAGAIN && errno != EINTR)
                 fail(std::strerror(errno));
-            // Until somebody writes into a pipe, it seems to have ended.
+            // Until a writer opens it, a pipe reads as if it had ended.
             if (count == 0 && !(isPipe_ && text.empty()))
                 return text;
             text.append(bytes.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
             if (text.size() > maxBytes)
                 fail(fmt::format("it is larger than {} KiB", maxBytes >> 10));
             if (std::chrono::steady_clock::now() > deadline)
-                fail("the pipe has not ended in time");
+                fail("the pipe was not closed in time");
             if (count <= 0)
                 std::this_thread::sleep_for(std::chrono::milliseconds(10));
         }

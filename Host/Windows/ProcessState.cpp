@@ -12,7 +12,7 @@
 
 namespace OrvaneHost {
 
-// Those of `main` are in the code page of the system, which lacks most characters.
+// The arguments of `main` are in the system's code page, which lacks most characters.
 std::vector<std::string> argumentsInUTF8(int, const char* const*) {
     int count = 0;
     const std::unique_ptr<wchar_t*, decltype(&LocalFree)> arguments(CommandLineToArgvW(GetCommandLineW(), &count),
@@ -25,7 +25,7 @@ std::vector<std::string> argumentsInUTF8(int, const char* const*) {
     return converted;
 }
 
-void occupyStandardStreams() {} // Nothing else takes their place.
+void occupyStandardStreams() {} // Nothing else would take their place.
 
 void setSignals() {}
 
