@@ -108,14 +108,13 @@ struct CurlHTTPClientOptions {
     /// Exceptions from it are ignored.
     std::function<void(const HTTPRequest& request, const HTTPResponse& response)> onResponse;
 
-    /// Called at most ten times a second for each request while the body of a successful response arrives.
+    /// Called at most ten times a second for each request while the body of a successful response
+    /// arrives. Runs on the thread that all transfers share, so it must be quick, and must neither
+    /// call nor destroy a client. Exceptions from it are ignored.
     std::function<void(const HTTPProgress& progress)> onProgress;
 
-    /// Called after each attempt, before the request's completion.
+    /// Called after each attempt, before the request's completion. The rules of `onProgress` apply.
     std::function<void(const HTTPAttempt& attempt)> onAttempt;
-
-    // `onProgress` and `onAttempt` are called on the thread that all transfers share, so they must
-    // be quick, and must neither call nor destroy a client. Exceptions from them are ignored.
 };
 
 } // namespace Qx

@@ -12,6 +12,7 @@ namespace Qx {
 /// One finished attempt to get a response, including redirects, for the application's log. Contains
 /// no token, no headers and no query values.
 struct HTTPAttempt {
+    /// The method of the request.
     HTTPRequest::Method method = HTTPRequest::Method::GET;
 
     /// The URL of the attempt's last exchange, with the keys but not the values of its query, and
@@ -21,19 +22,25 @@ struct HTTPAttempt {
     /// 1 for the first attempt of a request, 2 for the one after it, and so on.
     int number = 1;
 
-    /// The status of the response; 0 if there is none, and the next two members say why.
+    /// The status of the response; 0 if there is none.
     int status = 0;
+
+    /// Why there is no response, as a kind that a program can act on.
     HTTPResponse::FailureKind failureKind = HTTPResponse::FailureKind::NONE;
+
+    /// Why there is no response, as one line for people; empty if there is a response.
     std::string reason;
 
     /// The bytes of the body as received, before decoding.
     std::uint64_t bytesReceived = 0;
 
-    /// Time from the start of the last exchange until the host name was resolved, the connection
-    /// was ready (including TLS), and the first byte of the response arrived; 0 if it did not get
-    /// that far.
+    /// Time from the start of the last exchange until the host name was resolved; 0 if it was not.
     std::chrono::microseconds nameResolved{0};
+
+    /// Time from the same start until the connection was ready, including TLS; 0 if it was not.
     std::chrono::microseconds connected{0};
+
+    /// Time from the same start until the first byte of the response arrived; 0 if none did.
     std::chrono::microseconds firstByte{0};
 
     /// Time from the start of the attempt to its end.

@@ -32,10 +32,13 @@ public:
     /// Waits up to a second for the answers that are being sent, then stops.
     ~LocalService();
 
+    /// The port that it listens on.
     int port() const;
 
-    /// The values to give the options "orvaneServiceUrl" and "orvaneV3ServiceUrl".
+    /// The value for the option "orvaneServiceUrl".
     std::string baseUri() const;
+
+    /// The value for the option "orvaneV3ServiceUrl".
     std::string baseUriV3() const;
 
 private:

@@ -18,6 +18,7 @@ namespace Orvane::Testing {
 /// from several threads at once.
 class PreparedAnswers {
 public:
+    /// The method of a request.
     using Method = Qx::HTTPRequest::Method;
 
     /// Returns the answers of the sample project, the one that the program `orvane` shows.

@@ -40,11 +40,14 @@ public:
     /// Returns the number of requests that wait.
     std::size_t waiting() const;
 
-    /// Answers the request that has waited longest, or the one at `index` among those that wait,
-    /// with its prepared answer or with `response`. Exceptions from its callback propagate. Throws
-    /// `std::out_of_range` if there is no such request.
+    /// Answers the request that has waited longest with its prepared answer. Exceptions from its
+    /// callback propagate. Throws `std::out_of_range` if no request waits.
     void answerNext();
+
+    /// Answers the request at `index` among those that wait, in the same way.
     void answer(std::size_t index);
+
+    /// Answers the request at `index` with `response`, in the same way.
     void answer(std::size_t index, const Qx::HTTPResponse& response);
 
     /// Answers all requests that wait, in order, including those that callbacks send in the

@@ -17,7 +17,9 @@ namespace Orvane::Testing {
 class [[nodiscard]] ScopedState {
 public:
     ScopedState() = default;
+    /// Calls `restore` when it is destroyed.
     explicit ScopedState(std::function<void()> restore);
+    /// Takes over the change from `other`.
     ScopedState(ScopedState&& other) noexcept;
     ScopedState& operator=(ScopedState&&) = delete;
     ~ScopedState();
@@ -49,12 +51,14 @@ public:
     CapturedEvents(const CapturedEvents&) = delete;
     CapturedEvents& operator=(const CapturedEvents&) = delete;
 
+    /// Returns the events so far, in order.
     std::vector<Qx::Analytics::Report> all() const;
 
     /// Waits until there are at least `count` events, since an event is tracked only after the
     /// callback of its request has returned. Returns false if there are fewer after `time`.
     bool waitFor(std::size_t count, std::chrono::milliseconds time = std::chrono::seconds(5)) const;
 
+    /// Forgets the events so far.
     void clear();
 
 private:

@@ -18,19 +18,24 @@ class HTTPResponse;
 /// value, except `setHeader`, which appends.
 class QXBASE10_EXPORT HTTPRequest {
 public:
+    /// The method of a request.
     enum class Method : std::int32_t { GET = 0, POST = 1 };
 
+    /// The credential that the client adds to a request.
     enum class AuthType : std::int32_t {
         NONE = 0,
         BEARER = 1, ///< The client adds the signed-in user's bearer token.
     };
 
+    /// Where the callback of a request runs.
     enum class ExecutionType : std::int32_t {
         CALLING_THREAD = 0, ///< The callback runs in the calling thread before the call returns.
         CLIENT_THREAD = 1,  ///< The call returns at once; the callback runs on a client thread.
     };
 
+    /// Receives the response.
     using Callback = std::function<void(const HTTPResponse& response)>;
+    /// The name and value of a header.
     using Header = std::pair<std::string, std::string>;
 
     /// An empty GET request, without authentication, for the calling thread. `location` says where
@@ -39,10 +44,14 @@ public:
 
     /// The complete URL, including the query.
     const std::string& getURL() const;
+    /// Sets the URL, including the query.
     void setURL(const std::string& url);
+    /// The same, without a copy.
     void setURL(std::string&& url);
 
+    /// The credential to add; `NONE` by default.
     AuthType getAuthType() const;
+    /// Sets the credential to add.
     void setAuthType(AuthType authType);
 
     /// The headers as pairs of name and value, in the order in which they were added.
@@ -50,15 +59,19 @@ public:
     /// Appends a header, even if there already is one of that name.
     void setHeader(const std::string& name, const std::string& value);
 
+    /// The method; `GET` by default.
     Method getMethod() const;
+    /// Sets the method.
     void setMethod(Method method);
 
     /// The callback to which the client passes the response, exactly once. May be empty.
     const Callback& getCallback() const;
+    /// Sets the callback.
     void setCallback(const Callback& callback);
 
     /// The name to give the client's thread that delivers the response, while it does so.
     const std::string& getThreadName() const;
+    /// Sets the name of that thread.
     void setThreadName(const std::string& threadName);
 
     /// Where in the source code the request was created.

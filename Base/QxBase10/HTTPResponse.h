@@ -64,9 +64,10 @@ public:
     /// Returns the value of the first header called `name`, ignoring case, or nothing.
     std::optional<std::string> getHeader(std::string_view name) const;
 
-    /// Why there is no response: a kind that a program can act on, and a one-line reason for
-    /// people, which is empty if there is a response.
+    /// Why there is no response, as a kind that a program can act on.
     FailureKind getFailureKind() const;
+
+    /// Why there is no response, as one line for people; empty if there is a response.
     const std::string& getReason() const;
 
 private:

@@ -31,6 +31,7 @@ namespace Qx {
 ///   of responses, and report a truncated response as a failure.
 class QXBASE10_EXPORT IHTTPClient {
 public:
+    /// Receives the responses to a batch of requests, in their order.
     using BatchCallback = std::function<void(std::vector<HTTPResponse> responses)>;
 
     /// Sends the request and calls its callback with the response, in the thread that its

@@ -11,8 +11,8 @@ namespace Qx::Analytics {
 
 /// One usage event.
 struct QXBASECORE10_EXPORT Report {
-    std::wstring eventName;
-    std::unordered_map<std::wstring, std::wstring> properties;
+    std::wstring eventName;                                    ///< What happened, such as "FullAssembly".
+    std::unordered_map<std::wstring, std::wstring> properties; ///< The event's details, by name.
 };
 
 /// Receives each event, in the thread that tracks it; the event is valid only during the call.

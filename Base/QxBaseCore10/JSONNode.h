@@ -69,6 +69,7 @@ public:
     /// The elements of an array, in order; an empty range for anything else. Valid as long as any
     /// node of the document exists.
     const_iterator begin() const;
+    /// The end of that range.
     const_iterator end() const;
 
     /// Returns the value as compact JSON text. Linear in its size.
@@ -118,17 +119,23 @@ private:
 /// iterators over the same array, and neither dereference nor increment its end.
 class QXBASECORE10_EXPORT JSONNode::const_iterator {
 public:
+    /// @{
+    /// Required of an input iterator.
     using iterator_category = std::input_iterator_tag;
     using value_type = JSONRef;
     using difference_type = std::ptrdiff_t;
     using pointer = void;
     using reference = JSONRef;
+    /// @}
 
     const_iterator() = default;
 
+    /// @{
+    /// An operation of an input iterator.
     bool operator==(const const_iterator& other) const { return place_.index == other.place_.index; }
     const_iterator& operator++();
     JSONRef operator*() const { return JSONRef(place_); }
+    /// @}
 
 private:
     friend class JSONNode;

@@ -26,8 +26,10 @@ public:
     /// "true" or "false", an integer as its decimal digits, any other number as the shortest text
     /// that reads back as the same number; an integer beyond 64 bits, or a number too large for a
     /// double, with its digits exactly as in the JSON. For anything else, including null, leaves
-    /// `destination` unchanged and returns false. The wide overload converts as `ToIString` does.
+    /// `destination` unchanged and returns false.
     bool get(std::string& destination) const;
+
+    /// The same, converted as by `ToIString`.
     bool get(std::wstring& destination) const;
 
     /// Stores a JSON boolean and returns true. For anything else, leaves `destination` unchanged

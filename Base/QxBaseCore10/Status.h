@@ -15,6 +15,7 @@ public:
     /// Returns a failure with a one-line, human-readable reason.
     static Status failure(std::string reason);
 
+    /// Returns true on success.
     bool isOk() const;
 
     /// Empty on success.

@@ -11,6 +11,7 @@ namespace Qx {
 /// or not, and only `SetQueryVariable` changes it.
 class QXBASECORE10_EXPORT Uri {
 public:
+    /// Takes any text.
     explicit Uri(std::string text);
 
     /// Returns the URL. If `encoded` is true, every byte that is not allowed in a URL (spaces,

@@ -61,7 +61,9 @@ public:
     /// that holds the base URIs of the full assembly operations; it may be empty. By default,
     /// requests are answered in the calling thread; see `setAsync`.
     Orvanedm(std::shared_ptr<IHTTPClient> httpClient, const std::string& optionsName);
+    /// Shares the `IHTTPClient` with `other`.
     Orvanedm(const Orvanedm& other);
+    /// Shares the `IHTTPClient` with `other`, which is not affected otherwise.
     Orvanedm& operator=(const Orvanedm& other);
 
     /// Neither cancels requests in flight nor waits for them.
@@ -71,14 +73,18 @@ public:
     /// (true) or in the calling thread (false).
     void setAsync(bool async);
 
-    /// Returns the current value of the option "orvaneServiceUrl" in the options set `optionsName`,
-    /// or in the one that `ICloudBrowser` names; empty if it is not set. Paths, which begin with
-    /// "/", are appended to it directly.
+    /// Returns the current value of the option "orvaneServiceUrl" in the options set that
+    /// `ICloudBrowser` names; empty if it is not set. Paths, which begin with "/", are appended to
+    /// it directly.
     static std::string baseOrvanedmUri();
+
+    /// The same in the options set `optionsName`.
     static std::string baseOrvanedmUri(const std::string& optionsName);
 
     /// The same for the option "orvaneV3ServiceUrl".
     static std::string baseOrvanedmUri_V3();
+
+    /// The same in the options set `optionsName`.
     static std::string baseOrvanedmUri_V3(const std::string& optionsName);
 
     /// Fills in `request`, which must be new, to list the contents of a folder, without sending it.

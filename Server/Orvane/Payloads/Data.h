@@ -25,10 +25,12 @@ public:
 
     /// The value of "id".
     std::string getId() const;
+    /// Sets the id.
     void setId(const std::string& id);
 
     /// The value of "type": the kind of resource as the service spells it, such as "files".
     std::string getType() const;
+    /// Sets the type.
     void setType(const std::string& type);
 
 private:

@@ -29,6 +29,7 @@ public:
     /// type, including null, leaves the default too, except as noted.
     explicit FolderData(const Qx::JSONNode& node);
 
+    /// Copies every field.
     FolderData(const FolderData& other) = default;
 
     /// Copies everything except the link and `membership`, which the target keeps. If it throws,
@@ -40,39 +41,47 @@ public:
 
     /// The value of "name"; empty by default.
     const std::string& name() const;
+    /// Sets the name.
     void name(const std::string& name);
 
     /// The value of "parent": the parent's URN; empty by default.
     const std::string& parent() const;
+    /// Sets the parent's URN.
     void parent(const std::string& parent);
 
     /// The value of "visible"; false by default.
     bool visible() const;
+    /// Sets whether the folder is visible.
     void visible(bool visible);
 
     /// The value of "status"; `UNSET` by default, `OTHER` for a folder whose JSON has no status or
     /// an unknown one.
     ContainerStatus status() const;
+    /// Sets the status.
     void status(ContainerStatus status);
-    /// Takes the service's string; an unknown one sets `OTHER`.
+    /// Sets the status from the service's string; an unknown one sets `OTHER`.
     void status(const std::string& status);
 
     /// The value of "me.isMember": true only for true or the string "true"; false by default.
     bool isMember() const;
+    /// Sets whether the user is a member.
     void setMember(bool isMember);
 
     /// The value of "me.membership", as the service sent it; empty by default.
     std::string membership() const;
+    /// Sets the membership.
     void membership(const std::string& membership);
 
     /// The elements of "me.allowed-actions", without duplicates, in ascending byte order; empty by
     /// default. An element that is not a string, number or boolean becomes the empty string.
     const std::set<std::string>& allowedActions() const;
+    /// Sets the allowed actions.
     void allowedActions(const std::set<std::string>& allowedActions);
 
     /// The value of "containerType"; `OTHER` by default. Not to be confused with `getType`, the
     /// resource's own type.
     ContainerType type() const;
+    /// Sets the container type.
     void type(ContainerType containerType);
 
     /// Returns true if the allowed actions contain exactly `action`. One lookup in the set.

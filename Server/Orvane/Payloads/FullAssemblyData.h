@@ -40,16 +40,21 @@ public:
     /// array of it is copied, and `root` is not kept.
     explicit FullAssemblyData(const Qx::JSONNode& root);
 
+    /// Copies all records: the copy is independent of `other`.
     FullAssemblyData(const FullAssemblyData& other);
+    /// Copies as the copy constructor does.
     FullAssemblyData& operator=(const FullAssemblyData& other);
 
     /// Returns the number of entries in `getDeletedParents`, at the same cost.
     virtual std::int32_t getDeletedParentsCount() const;
 
-    /// Returns the names of the archived, deleted or inactive projects, respectively, in document
-    /// order. One pass over the projects.
+    /// Returns the names of the archived projects, in document order. One pass over the projects.
     virtual std::vector<std::wstring> getArchivedParents() const;
+
+    /// Returns the names of the deleted projects, in document order. One pass over the projects.
     virtual std::vector<std::wstring> getDeletedParents() const;
+
+    /// Returns the names of the inactive projects, in document order. One pass over the projects.
     virtual std::vector<std::wstring> getInactiveParents() const;
 
     /// Returns the names of the active projects that the user can't work in, in document order:

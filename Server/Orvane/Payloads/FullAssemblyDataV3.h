@@ -35,12 +35,14 @@ public:
     /// kept.
     explicit FullAssemblyDataV3(const Qx::JSONNode& root);
 
+    /// Copies as described above.
     FullAssemblyDataV3(const FullAssemblyDataV3& other);
 
     /// Moves the versions, folders, relationships and direct references, of which the source then
     /// has none; copies the rest, which the source keeps.
     FullAssemblyDataV3(FullAssemblyDataV3&& other);
 
+    /// Copies as the copy constructor does.
     FullAssemblyDataV3& operator=(const FullAssemblyDataV3& other);
 
     /// Moves as the move constructor does. Assigning a document to itself leaves it unchanged.
@@ -48,11 +50,14 @@ public:
 
     std::int32_t getDeletedParentsCount() const override;
 
-    /// Returns the names of the projects with that status, in document order, followed by the ids
-    /// (not the names) of the folders with it, in ascending order. One pass over projects and
-    /// folders.
+    /// Returns the names of the archived projects, in document order, followed by the ids (not the
+    /// names) of the archived folders, in ascending order. One pass over projects and folders.
     std::vector<std::wstring> getArchivedParents() const override;
+
+    /// As `getArchivedParents`, for the deleted projects and folders.
     std::vector<std::wstring> getDeletedParents() const override;
+
+    /// As `getArchivedParents`, for the inactive projects and folders.
     std::vector<std::wstring> getInactiveParents() const override;
 
     /// Returns the names of the projects as in `FullAssemblyData`, followed by the names (not the

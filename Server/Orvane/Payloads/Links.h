@@ -25,6 +25,7 @@ public:
 
     /// The value of "self"; empty if there is none.
     std::string getHref() const;
+    /// Sets the link.
     void setHref(const std::string& href);
 
 private:

@@ -27,33 +27,40 @@ public:
 
     /// The value of "name"; empty by default.
     std::wstring getName() const;
+    /// Sets the name.
     void setName(const std::wstring& name);
 
     /// The value of "parent": the parent's URN; empty by default.
     std::string getParent() const;
+    /// Sets the parent's URN.
     void setParent(const std::string& parent);
 
     /// The value of "visible"; false by default.
     bool Visible() const;
+    /// Sets whether the project is visible.
     void Visible(bool visible);
 
     /// The value of "status"; `ACTIVE` by default, also for a project whose JSON has no status;
     /// `OTHER` if it is unknown, null, an object or an array.
     ContainerStatus getStatus() const;
+    /// Sets the status.
     void setStatus(ContainerStatus status);
-    /// Takes the service's string; an unknown one sets `OTHER`.
+    /// Sets the status from the service's string; an unknown one sets `OTHER`.
     void setStatus(const std::string& status);
 
     /// The value of "me.membership", as the service sent it; empty by default.
     std::string getMembership() const;
+    /// Sets the membership.
     void setMembership(const std::string& membership);
 
     /// The value of "me.role", such as "PROJECT_ADMIN" or "VIEWER"; empty by default.
     std::string getRole() const;
+    /// Sets the role.
     void setRole(const std::string& role);
 
     /// The value of "communityType"; empty by default.
     std::string getCommunityType() const;
+    /// Sets the community type.
     void setCommunityType(const std::string& communityType);
 
     /// The value of "me.isMember": true only for true or the string "true"; false by default.

@@ -15,6 +15,7 @@ namespace Orvane::Payloads {
 /// References that accessors return are valid until the record is assigned to or destroyed.
 class QXORVANEDM10_EXPORT RelationshipData : public Data, public Links {
 public:
+    /// The kinds of relationship.
     using RelationType = Qx::CloudBrowser::Relationship::RelationType;
 
     /// Reads one element of "data.relationships". If the "type" of the node is not "relationships",
