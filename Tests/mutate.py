@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
-"""mutate.py [--count N] [--only TEXT]: do the tests notice when the code is wrong?
+"""mutate.py [--count N] [--only TEXT]: mutation testing: do the tests notice when the code is wrong?
 
-Changes one place of Server or Base at a time, builds, and runs the tests. A change that no test notices is printed as
-one that survived. Works on copies of the committed tree in build/mutation; takes about ten seconds for each change."""
+Changes one place in Server or Base at a time, builds, and runs the tests. Prints each change that
+survives, that is, which no test notices. Works on copies of the committed tree in build/mutation;
+takes about ten seconds per change."""
 
 import argparse
 import concurrent.futures
@@ -17,8 +18,9 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 WORK = ROOT / "build" / "mutation"
-# The programs in the order in which they are asked, with their arguments. Each is built only once those before it have
-# noticed nothing. The table of network circumstances takes long and sees nothing that the others miss.
+# The test programs in the order in which they run, with their arguments. Each is built only if
+# those before it have noticed nothing. The tests of network faults are left out: they take long and
+# notice nothing that the others miss.
 PROGRAMS = {
     "Tests/LibraryTest": ["--gtest_fail_fast"],
     "Fuzz/AssemblyFuzzer": ["Fuzz/Seeds/AssemblyFuzzer", "Tests/Cases", "--mutations", "2000"],
@@ -26,7 +28,8 @@ PROGRAMS = {
     "Fuzz/StringsFuzzer": ["Fuzz/Seeds/StringsFuzzer", "--mutations", "5000"],
     "Fuzz/UriFuzzer": ["Fuzz/Seeds/UriFuzzer", "--mutations", "5000"],
     "Tests/AllocationTest": ["--gtest_fail_fast"],
-    "Tests/HostTest": ["--gtest_fail_fast", "--gtest_filter=-*NetworkTest*:Soak*"],
+    "Tests/ClientTest": ["--gtest_fail_fast", "--gtest_filter=-*NetworkTest*:Soak*"],
+    "Tests/HostTest": ["--gtest_fail_fast"],
 }
 
 SWAPS = [
@@ -37,7 +40,8 @@ SWAPS = [
     ("first", "second"), (" = 0;", " = 1;"), ("_V3", ""),
 ]
 
-# Changes that make no difference to a caller, as "file: line as it was => line as changed", and why.
+# Patterns of changes that make no difference to a caller, matched against "file: original line =>
+# changed line", and why.
 NO_DIFFERENCE = [
     (r"\.reserve\(", "room made beforehand is for speed"),
     (r"JSONNode.cpp:.*(largePagesFrom|preferLargePages|needsCopy =|found_\.)", "for speed"),
@@ -52,7 +56,7 @@ NO_DIFFERENCE = [
 
 
 def mutants_of_line(line, is_header):
-    """All changed forms of a line, each with what was done."""
+    """Yields all changed versions of a line, each with a description of the change."""
     code = line.split("//")[0]
     if not code.strip() or re.match(r"\s*(#|static_assert|using |template|namespace|class |struct |friend )", code):
         return
@@ -93,7 +97,7 @@ def all_mutants():
 
 
 def make_copy(number):
-    """A tree to change, built as it is."""
+    """Creates a copy of the tree, and checks that it passes the tests unchanged."""
     folder = WORK / str(number)
     shutil.rmtree(folder, ignore_errors=True)
     folder.mkdir(parents=True)
@@ -121,7 +125,7 @@ def passes(folder, program):
 
 
 def verdict(folder):
-    """What becomes of a tree: "broken" (does not build), "killed" or "survived"."""
+    """Returns what happens to a tree: "broken" (does not build), "killed" or "survived"."""
     for program in PROGRAMS:
         if not builds(folder, program):
             return "broken"
@@ -131,7 +135,7 @@ def verdict(folder):
 
 
 def judge(folder, mutant):
-    """What becomes of the tree with a change."""
+    """Returns what happens to the tree with a change applied."""
     name, number, _, changed = mutant
     path = folder / name
     original = path.read_text()
