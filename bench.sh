@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# bench.sh [--quick]: sets up what is missing, builds and measures, on one core, what it takes to read an assembly, to
-# query it and to fetch it, and prints a table. What was measured is kept in build/benchmark/results. With --quick
-# everything runs once, on the smallest assembly: it shows that the benchmarks work, and its figures mean nothing.
+# bench.sh [--quick]: installs missing packages, builds, measures on one core what it costs to read
+# an assembly, to query it and to fetch it, and prints a table. The raw results are kept in
+# build/benchmark/results. With --quick, everything runs once, on the smallest assembly: this only
+# shows that the benchmarks work, and the figures mean nothing.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 
@@ -9,11 +10,12 @@ cd "$(dirname "${BASH_SOURCE[0]}")"
 ./scripts/build.sh benchmark Benchmarks
 results=build/benchmark/results
 mkdir -p "$results"
-# The last of the cores that are ours; the system's own work is as a rule on the first.
+# The last of the cores that this process may use; the system's own work usually runs on the first.
 core=$(taskset -cp $$ | grep -oE '[0-9]+$')
 
-# run NAME FILTER [ARGUMENT...]: keeps what the benchmarks of that filter give as NAME.json. Their repetitions take
-# turns, so that ratios do not depend on what else the machine does.
+# run NAME FILTER [ARGUMENT...]: runs the benchmarks that match FILTER and writes their results to
+# NAME.json. Their repetitions are interleaved, so that ratios do not depend on what else the
+# machine does.
 run() {
   local name=$1 filter=$2
   shift 2
@@ -34,16 +36,18 @@ if [ "${1:-}" = --quick ]; then
   run queries '^query/.*/100$'
 else
   repetitions=9 clientRepetitions=15 seconds=0.2
-  # A process for each size, since what the larger ones leave in the heap makes the smaller ones faster.
+  # One process per size, because what the larger sizes leave in the heap makes the smaller ones
+  # faster.
   for size in 100 1000 10000; do
     run "reading-$size" "^read/.*/$size/"
   done
-  # No turns here: memory that is idle for seconds goes back to the host of a virtual machine, and is dear to get again.
+  # Not interleaved: a virtual machine returns memory that is idle for seconds to its host, and
+  # getting it back is slow.
   run reading-100000 '^read/.*/100000/' --benchmark_enable_random_interleaving=false
   run threaded-1000 '^read/(library|hand)/1000/' --second-thread
   run queries '^query/'
 fi
-# More repetitions, since on one core it is the scheduler's turn that varies.
+# More repetitions, because on one core the times depend on the scheduler.
 run client '^client/' --benchmark_repetitions="$clientRepetitions"
 python3 -B Benchmarks/report.py "$results"
 python3 -B Benchmarks/plot.py "$results" >"$results/reading.svg"

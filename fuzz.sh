@@ -1,19 +1,20 @@
 #!/usr/bin/env bash
-# fuzz.sh [SECONDS]: sets up what is missing, builds under the address and undefined-behaviour sanitizers, and runs each
-# fuzzer that long (200 seconds unless told otherwise), as many at once as there are cores. Inputs that reached something
-# new are kept in build/fuzz/corpus; one that breaks something is left in build/fuzz/findings.
+# fuzz.sh [SECONDS]: installs missing packages, builds with the address and undefined-behaviour
+# sanitizers, and runs each fuzzer for SECONDS (200 by default), as many in parallel as there are
+# cores. Inputs that reach new code are kept in build/fuzz/corpus, and an input that breaks
+# something in build/fuzz/findings.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 seconds=${1:-200}
 if [[ ! "$seconds" =~ ^[1-9][0-9]*$ ]]; then
-  echo "fuzz.sh: \"$seconds\" is no number of seconds" >&2
+  echo "fuzz.sh: \"$seconds\" is not a number of seconds" >&2
   exit 2
 fi
 
 ./scripts/set-up.sh fuzz
 ./scripts/build.sh fuzz
 programs=build/fuzz/Fuzz
-# Short stacks of allocations make it twice as fast.
+# Recording only short stack traces for allocations makes fuzzing twice as fast.
 export ASAN_OPTIONS=${ASAN_OPTIONS:-malloc_context_size=2:quarantine_size_mb=2}
 mkdir -p build/fuzz/findings
 
@@ -29,7 +30,7 @@ fuzz() {
   fi
   local executions
   executions=$(sed -nE 's/^Done ([0-9]+) runs.*/\1/p' "$log")
-  echo "$1: $executions executions, no finding"
+  echo "$1: $executions executions, no findings"
 }
 export -f fuzz
 export programs seconds

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Sets up what is missing, builds in release mode and runs orvane: with the arguments given, or without any to
-# show the sample project.
+# Installs missing packages, builds in release mode and runs orvane with the given arguments.
+# Without arguments, it shows the sample project.
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 

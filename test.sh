@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Sets up what is missing, builds in release mode and runs every test. Arguments go to ctest.
+# Installs missing packages, builds in release mode and runs all tests. Arguments go to ctest.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 

@@ -18,14 +18,14 @@ namespace asio = boost::asio;
 namespace http = boost::beast::http;
 using asio::ip::tcp;
 
-// So that what is measured has its core for itself.
+// Moves this thread to the other cores, so that the code under measurement has its core to itself.
 void leaveCore(int core) {
     cpu_set_t others;
     CPU_ZERO(&others);
     for (long other = 0; other < sysconf(_SC_NPROCESSORS_ONLN); ++other)
         if (other != core)
             CPU_SET(static_cast<std::size_t>(other), &others);
-    // With one core alone this fails, and the server stays.
+    // With only one core this fails, and the server shares it.
     static_cast<void>(sched_setaffinity(0, sizeof(others), &others));
 }
 
@@ -36,7 +36,8 @@ asio::awaitable<void> sendSmall(tcp::socket& socket) {
     co_await http::async_write(socket, response, asio::use_awaitable);
 }
 
-// Holds the last bytes back until the client must have read all others, so that they tell when they were sent.
+// Holds back the last bytes, which contain the time at which they are sent, until the client must
+// have read all others.
 asio::awaitable<void> sendLarge(tcp::socket& socket) {
     const std::string most =
         fmt::format("HTTP/1.1 200 OK\r\nContent-Length: {}\r\n\r\n{:x<{}}", BenchmarkServer::largeBodyBytes, "",
@@ -65,7 +66,7 @@ asio::awaitable<void> serve(tcp::socket socket) {
 asio::awaitable<void> acceptAll(tcp::acceptor& acceptor) {
     for (;;) {
         tcp::socket socket = co_await acceptor.async_accept(asio::use_awaitable);
-        // What it throws says that the client has closed the connection.
+        // An exception means that the client has closed the connection.
         asio::co_spawn(acceptor.get_executor(), serve(std::move(socket)), [](const std::exception_ptr&) {});
     }
 }

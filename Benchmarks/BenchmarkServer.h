@@ -6,13 +6,14 @@
 
 namespace OrvaneBenchmarks {
 
-/// An HTTP server on a loopback port that answers as fast as it can, on a thread of its own which keeps off the core
-/// of the thread that starts it, if there is another.
+/// An HTTP server on a loopback port that answers as fast as it can, on a thread of its own. If
+/// there is another core, that thread does not run on the core of the thread that starts the
+/// server.
 class BenchmarkServer {
 public:
-    /// Of the answer to "/large", which ends with the time at which its last bytes were sent.
+    /// The size of the answer to "/large". Its last bytes are the time at which they were sent.
     static constexpr std::size_t largeBodyBytes = std::size_t{30} << 20;
-    /// The time stands there in decimal digits: the nanoseconds of `std::chrono::steady_clock`.
+    /// The number of decimal digits of that time, in nanoseconds of `std::chrono::steady_clock`.
     static constexpr std::size_t timeDigits = 20;
 
     BenchmarkServer();
@@ -20,9 +21,9 @@ public:
     BenchmarkServer& operator=(const BenchmarkServer&) = delete;
     ~BenchmarkServer();
 
-    /// The address of a small answer.
+    /// The URL of a small answer.
     std::string smallAddress() const;
-    /// The address of the large one.
+    /// The URL of the large answer.
     std::string largeAddress() const;
 
 private:

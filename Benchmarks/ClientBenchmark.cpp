@@ -43,7 +43,7 @@ std::size_t append(const char* bytes, std::size_t, std::size_t count, void* body
     return count;
 }
 
-// What there is to be gained: libcurl's easy interface with one handle.
+// The upper bound for the client: libcurl's easy interface with one handle.
 void oneAfterAnotherBare(benchmark::State& state) {
     const std::string address = server().smallAddress();
     const std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> easy(curl_easy_init(), &curl_easy_cleanup);
@@ -87,7 +87,7 @@ void thousandAtOnce(benchmark::State& state) {
     state.SetItemsProcessed(count * state.iterations());
 }
 
-// From the moment at which the server sends the last bytes to the callback.
+// Returns the time from the moment at which the server sends the last bytes to the callback.
 std::chrono::duration<double> timeToCallback(Qx::CurlHTTPClient& client) {
     std::chrono::nanoseconds time{};
     HTTPRequest request = makeRequest(

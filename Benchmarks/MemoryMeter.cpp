@@ -19,12 +19,12 @@ namespace {
 
 MemoryUse measure(const std::function<void()>& code) {
     const std::size_t programBefore = memoryInUse("RssFile:");
-    std::ofstream("/proc/self/clear_refs") << "5"; // The peak is counted from here.
+    std::ofstream("/proc/self/clear_refs") << "5"; // Resets the peak.
     const std::size_t before = memoryInUse("VmRSS:");
     const Allocations allocations;
     code();
     const std::int64_t made = allocations.made();
-    // What was read of the program's own files meanwhile is not the code's.
+    // Pages of the program's own files that were loaded meanwhile do not count as use by the code.
     const std::size_t program = memoryInUse("RssFile:") - programBefore;
     return {made, static_cast<std::int64_t>(std::max(memoryInUse("VmHWM:"), before) - before - program)};
 }

@@ -5,15 +5,15 @@
 
 namespace OrvaneBenchmarks {
 
-/// What a piece of code takes from the allocator.
+/// The memory that a piece of code uses.
 struct MemoryUse {
     std::int64_t allocations = 0;
-    /// By how much the memory that the process really uses rises at its peak.
+    /// By how much the memory that the process actually uses rises at its peak.
     std::int64_t peakBytes = 0;
 };
 
-/// Runs `code` once and tells what it took. It runs in a thread of its own, as completions do, of a process of its own:
-/// there it finds no gaps in the heap that earlier code has left.
+/// Runs `code` once and returns the memory it used. Runs it on a separate thread, as completions
+/// run, of a separate process, where the heap has no gaps left by earlier code.
 MemoryUse measureMemory(const std::function<void()>& code);
 
 } // namespace OrvaneBenchmarks

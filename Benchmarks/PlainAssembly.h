@@ -13,7 +13,8 @@
 #include <unordered_map>
 #include <vector>
 
-// The library's document and records as plain structures of the same shape, for readers that do without the library.
+// The library's document and records as plain structures of the same shape, for readers that do not
+// use the library.
 namespace OrvaneBenchmarks {
 
 using Orvane::Payloads::ContainerStatus;

@@ -4,7 +4,8 @@
 
 #include <string_view>
 
-// What the readers that do without the library know of the service's words, and work out from what they have read.
+// What the readers that do not use the library share: the service's vocabulary, and what they
+// derive from the records.
 namespace OrvaneBenchmarks {
 
 inline constexpr std::string_view configuration = "Configuration"; ///< A kind of file.
@@ -15,7 +16,8 @@ ContainerType containerTypeOf(std::string_view text);
 ContainerStatus containerStatusOf(std::string_view text);
 RelationType relationTypeOf(std::string_view text);
 
-/// The files that the assembly's own version refers to or is referred to by, from its versions and relationships.
+/// Fills in `directReferencedFiles`, the files that the assembly's own version refers to or is
+/// referred to by, from the versions and relationships.
 void findDirectReferences(PlainAssembly& assembly);
 
 } // namespace OrvaneBenchmarks

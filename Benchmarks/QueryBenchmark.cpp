@@ -13,7 +13,7 @@ namespace OrvaneBenchmarks {
 
 namespace {
 
-// A document, and ids of what it holds, in no order of the document's.
+// A document, and the ids of its records in an order unrelated to that of the document.
 class Subject {
 public:
     explicit Subject(std::size_t files) : document(readWithLibrary(Qx::HTTPResponse(200, makeAssemblyBody(files)))) {
@@ -44,7 +44,8 @@ const Subject& subjectOf(std::size_t files) {
     return subjects.try_emplace(files, files).first->second;
 }
 
-// How often copying the result allocates. What the document still owns is no copy.
+// Returns how often copying the result allocates: 0 for a pointer, which refers to what the
+// document owns.
 template <class Result>
 double allocationsToCopy(const Result& result) {
     if constexpr (std::is_pointer_v<Result> || std::is_null_pointer_v<Result>)
@@ -53,7 +54,8 @@ double allocationsToCopy(const Result& result) {
         return static_cast<double>(measureMemory([&] { benchmark::DoNotOptimize(Result(result)); }).allocations);
 }
 
-// `order` says by what the documented cost grows. `ask` takes the number of the call, which says what to ask for.
+// `order` says what the documented cost grows with. `ask` takes the number of the call, which
+// selects the id to ask for.
 template <class Ask>
 void query(benchmark::State& state, const char* order, Ask ask) {
     const Subject& subject = subjectOf(static_cast<std::size_t>(state.range(0)));

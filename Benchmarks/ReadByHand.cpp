@@ -57,14 +57,15 @@ void assignTo(std::string_view key, const element& value, std::string_view wante
         assignTo(key, value, others...);
 }
 
-// Reads an object in one pass. Each key is followed by what its value is read into, or a function that reads it.
+// Reads an object in one pass. Each key is followed by the destination of its value, or by a
+// function that reads it.
 template <class... KeysAndDestinations>
 void readMembers(const element& object, KeysAndDestinations&&... fields) {
     for (const auto member : object.get_object())
         assignTo(member.key, member.value, fields...);
 }
 
-// Reads the one text that matters of an object.
+// Returns a function that reads the one text that is needed from an object.
 auto textUnder(std::string_view key, std::string& destination) {
     return [key, &destination](const element& object) { readMembers(object, key, destination); };
 }
@@ -132,7 +133,7 @@ std::shared_ptr<PlainFolder> readFolder(const element& object) {
     return folder;
 }
 
-// Reads an array, with a function that takes each element.
+// Returns a function that reads an array by calling `readElement` with each element.
 template <class ReadElement>
 auto eachElement(ReadElement readElement) {
     return [readElement](const element& array) {

@@ -25,7 +25,7 @@ const Json& elementsUnder(const Json& object, const char* key) {
     return elements.is_array() ? elements : none;
 }
 
-// Scalars are text too.
+// Converts other scalars to text too, as the library does.
 std::string text(const Json& value) {
     if (value.is_string())
         return value.get_ref<const std::string&>();
@@ -48,7 +48,7 @@ bool flagUnder(const Json& object, const char* key) {
 
 std::int32_t countUnder(const Json& object, const char* key) {
     const Json& value = under(object, key);
-    // Compared with a number, a large one would count as negative.
+    // A direct comparison would convert a large unsigned number to a negative one.
     const bool isCount = value.is_number_unsigned()
                              ? std::in_range<std::int32_t>(value.get<std::uint64_t>())
                              : value.is_number_integer() && std::in_range<std::int32_t>(value.get<std::int64_t>());

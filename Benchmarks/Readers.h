@@ -6,20 +6,21 @@
 
 #include <nlohmann/json.hpp>
 
-// The ways from a response's body to records, all of which give the same. Each throws if the body is not JSON.
+// Different ways to read a response's body into records, all with the same result. Each throws if
+// the body is not JSON.
 namespace OrvaneBenchmarks {
 
-/// The library's way.
+/// Reads with the library.
 Orvane::Payloads::FullAssemblyDataV3 readWithLibrary(const Qx::HTTPResponse& response);
 
-/// One pass over the values of simdjson's DOM, written by hand for these records alone: what the library's way is
-/// measured by. It throws if a value is of an unexpected kind.
+/// Reads in one pass over the values of simdjson's DOM, written by hand for just these records: the
+/// yardstick for the library. Throws if a value is of an unexpected type.
 PlainAssembly readByHand(const Qx::HTTPResponse& response);
 
-/// What many would write: nlohmann::json, read by reference.
+/// Reads with nlohmann::json, by reference, as many would write it.
 PlainAssembly readWithNlohmann(const Qx::HTTPResponse& response);
 
-/// The second half of the last, for any JSON whatever.
+/// The second half of `readWithNlohmann`: reads records from any JSON.
 PlainAssembly readAssembly(const nlohmann::json& root);
 
 } // namespace OrvaneBenchmarks

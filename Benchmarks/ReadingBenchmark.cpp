@@ -14,7 +14,7 @@ namespace OrvaneBenchmarks {
 
 namespace {
 
-// With odd titles each begins with half an emoji, which the parser refuses.
+// Odd titles begin with half an emoji, which the parser rejects.
 template <bool hasOddTitles>
 const Qx::HTTPResponse& responseOf(std::size_t files) {
     static std::map<std::size_t, Qx::HTTPResponse> responses;
@@ -27,14 +27,14 @@ const Qx::HTTPResponse& responseOf(std::size_t files) {
     return responses.emplace(files, Qx::HTTPResponse(200, std::move(body))).first->second;
 }
 
-// Reads nothing: the parse with which the library and the reader by hand begin.
+// Only parses, which is how both the library and the hand-written reader begin.
 std::size_t parseOnly(const Qx::HTTPResponse& response) {
     const std::string_view body = response.getBody();
     simdjson::dom::parser parser;
     return simdjson::dom::object(parser.parse(body.data(), body.size(), false)).size();
 }
 
-// In seconds, from the body to the records. To destroy the records is no part of it.
+// The time from the body to the records, in seconds, without the destruction of the records.
 template <auto reader>
 double timeOf(const Qx::HTTPResponse& response) {
     const auto start = std::chrono::steady_clock::now();
@@ -50,7 +50,8 @@ void read(benchmark::State& state) {
     static std::map<const Qx::HTTPResponse*, MemoryUse> uses;
     if (!uses.contains(&response))
         uses[&response] = measureMemory([&] { reader(response); });
-    // Warms up: a virtual machine gives free memory back to its host after a while, and the next to use it pays.
+    // Warms up: a virtual machine returns free memory to its host after a while, and the next use
+    // of it is slow.
     timeOf<reader>(response);
     for ([[maybe_unused]] const auto& iteration : state)
         state.SetIterationTime(timeOf<reader>(response));
@@ -60,7 +61,7 @@ void read(benchmark::State& state) {
     state.counters["files"] = static_cast<double>(state.range(0));
     state.counters["bodyBytes"] = bytes;
     state.counters["allocations"] = static_cast<double>(use.allocations);
-    // The body lies in memory too while it is read.
+    // The body itself is also in memory while it is read.
     state.counters["peakOverBody"] = 1 + static_cast<double>(use.peakBytes) / bytes;
 }
 

@@ -4,8 +4,8 @@
 #include <string_view>
 #include <thread>
 
-// Takes the options of Google Benchmark, and --second-thread. With a second thread in the process, as in a host,
-// reference counts and the heap's locks are atomic, which they are not without.
+// Accepts the options of Google Benchmark, and --second-thread. Reference counts and the heap's
+// locks are atomic only if the process has a second thread, as a host application does.
 int main(int argc, char** argv) {
     char** const end =
         std::remove_if(argv, argv + argc, [](std::string_view argument) { return argument == "--second-thread"; });

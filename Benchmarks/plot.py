@@ -1,4 +1,4 @@
-"""plot.py FOLDER: draws what bench.sh has measured and kept in FOLDER as SVG: nanoseconds a file over files."""
+"""plot.py FOLDER: plots the results of bench.sh in FOLDER as SVG: ns per file by number of files."""
 
 import math
 import sys
@@ -11,7 +11,7 @@ LEFT, RIGHT, TOP, BOTTOM = 80, 140, 30, 60
 
 
 def scale(value, low, high, start, end):
-    """The place of a value on a logarithmic axis."""
+    """Returns the position of a value on a logarithmic axis."""
     share = (math.log10(value) - math.log10(low)) / (math.log10(high) - math.log10(low))
     return start + share * (end - start)
 

@@ -1,4 +1,4 @@
-"""report.py FOLDER: prints what bench.sh has measured and kept in FOLDER."""
+"""report.py FOLDER: prints the results that bench.sh keeps in FOLDER."""
 
 import sys
 
@@ -14,7 +14,7 @@ READERS = {
 
 
 def print_rows(title, header, rows):
-    """Aligned columns: the first to the left, the others to the right."""
+    """Prints aligned columns: the first to the left, the others to the right."""
     cells = [header] + [[str(cell) for cell in row] for row in rows]
     widths = [max(len(row[column]) for row in cells) for column in range(len(header))]
     print(title)

@@ -1,4 +1,4 @@
-"""What a run of the benchmarks gave, as bench.sh keeps it."""
+"""Loads the results of a run of the benchmarks, as bench.sh keeps them."""
 
 import json
 import pathlib
@@ -6,7 +6,7 @@ import statistics
 
 
 def load(folder, names):
-    """The benchmarks of the files of these names, a pattern, each with the median of every figure."""
+    """Returns the benchmarks in the files that match `names`, each with the median of every figure."""
     runs = {}
     for path in pathlib.Path(folder).glob(names + ".json"):
         for run in json.loads(path.read_text())["benchmarks"]:
@@ -26,7 +26,7 @@ def medians(repetitions):
 
 
 def reading(folder, names="reading-*"):
-    """The figures of each reader and number of files, with the time in nanoseconds a file."""
+    """Returns the figures for each reader and number of files, with the time in ns per file."""
     readers = {}
     for benchmark, figures in load(folder, names).items():
         figures["nsPerFile"] = figures["real_time"] * 1000 / figures["files"]

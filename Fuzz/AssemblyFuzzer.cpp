@@ -1,5 +1,6 @@
-// Any bytes as the service's answer: documents of both generations come out, or none. They answer every query as the
-// plain reading does, and so do their copies.
+// Feeds arbitrary bytes to the library as the service's answer. Either the documents of both
+// generations are read, or neither is. They and their copies must answer every query as the plain
+// reader does.
 
 #include "Base/QxBaseCore10/Strings.h"
 #include "Fuzz/PlainAnswers.h"
@@ -16,7 +17,8 @@ using namespace OrvaneFuzz;
 using Orvane::Payloads::FullAssemblyData;
 using Orvane::Payloads::FullAssemblyDataV3;
 
-// What a document must answer to the queries by some ids, and to all others.
+// The expected answers of a document: to the queries that take an id, for each of `ids`, and to all
+// other queries.
 struct Expected {
     std::vector<std::string> ids;
     Json answers;
@@ -35,7 +37,8 @@ void requireAnswers(const Document& document, const Expected& expected, const ch
     require(false, what);
 }
 
-// Each step starts from what the last one left, so that what any of them loses is missed at the end.
+// Each step starts from the result of the step before, so that the final copy lacks whatever any of
+// them loses.
 template <class Document>
 Document copied(const Document& document) {
     Document copy = document;
@@ -69,7 +72,7 @@ void checkMoves(const FullAssemblyDataV3& document, const Expected& expected) {
     require(base.getDirectReferencedFiles() == document.getAllReferencedFiles(), "a copy as the base answers as one");
 }
 
-// Returns whether it succeeded.
+// Returns whether the request succeeded.
 bool askForStatus(Qx::Orvanedm& orvanedm, const std::string& body) {
     const Orvane::Testing::CapturedEvents events;
     int callbacks = 0;

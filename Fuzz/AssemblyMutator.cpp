@@ -1,4 +1,4 @@
-// libFuzzer's own changes of bytes for half of the inputs, and changes of JSON values for the other.
+// Mutates half of the inputs as bytes, with libFuzzer's mutator, and the others as JSON values.
 
 #include "Fuzz/Mutation.h"
 

@@ -1,5 +1,5 @@
-// FUZZER [--mutations COUNT] PATH...: runs the inputs below each path through a fuzzer, where there is no libFuzzer to
-// do so, and COUNT inputs made of them. The files of Tests/Cases give an input for each case.
+// FUZZER [--mutations COUNT] PATH...: runs a fuzzer without libFuzzer, on the files in each folder
+// PATH and on COUNT mutations of them. In Tests/Cases, each case of a file is an input.
 
 #include "Fuzz/Mutation.h"
 #include "Tests/Support/Cases.h"
@@ -17,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
 
 namespace {
 
-// The document that holds a record, or else the value itself.
+// Returns a document that contains the value if that is a record, or else the value itself.
 nlohmann::json bodyOf(const nlohmann::json& value) {
     const nlohmann::json type = value.is_object() ? value.value("type", nlohmann::json()) : nlohmann::json();
     if (type == "relationships")
@@ -62,7 +62,7 @@ int main(int argc, char** argv) try {
         for (const auto& entry : std::filesystem::directory_iterator(argv[i]))
             addInputs(entry.path(), inputs);
     }
-    std::sort(inputs.begin(), inputs.end()); // The file system has no order.
+    std::sort(inputs.begin(), inputs.end()); // The file system lists files in no particular order.
     for (const std::string& input : inputs)
         run(input);
     std::mt19937 random(1);

@@ -1,4 +1,5 @@
-// Any bytes as a folder's contents: one callback, and what it gets is JSON that renders and parses to itself.
+// Feeds arbitrary bytes to the library as a folder's contents. The callback must be called once,
+// with JSON that stays the same when it is rendered and parsed again.
 
 #include "Base/QxBaseCore10/JSONNode.h"
 #include "Base/QxBaseCore10/Strings.h"
@@ -14,7 +15,7 @@ namespace {
 
 using OrvaneFuzz::require;
 
-// Reads the value in every way there is.
+// Reads the value through every getter.
 void readAll(const Qx::JSONRef& value) {
     std::string narrow = "default";
     std::wstring wide = L"default";

@@ -23,7 +23,7 @@ Json& pick(Json& root, std::mt19937& random, bool (*isWanted)(const Json&)) {
     return values.empty() ? root : *values[random() % values.size()];
 }
 
-// One change within an array or an object that is not empty.
+// Makes one change to a non-empty array or object.
 void mutateParts(Json& whole, std::mt19937& random) {
     const auto anyPart = [&] { return std::next(whole.begin(), static_cast<std::ptrdiff_t>(random() % whole.size())); };
     switch (random() % 3) {
@@ -54,7 +54,7 @@ std::string mutateValues(std::string body, std::mt19937& random) {
             mutateParts(parts, random);
             continue;
         }
-        // Mostly one scalar for another: ids, types and words.
+        // Mostly replaces one scalar (an id, a type or another word) with another.
         const bool isScalar = random() % 8 != 0;
         const auto isWanted =
             isScalar ? [](const Json& value) { return value.is_primitive(); } : [](const Json&) { return true; };

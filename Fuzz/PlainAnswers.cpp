@@ -52,7 +52,7 @@ Json describe(const PlainFolder& folder) {
             {"containerType", nameOf(folder.containerType)},
             {"allowedActions", folder.allowedActions},
             {"mayRead", folder.allowedActions.contains("read")},
-            {"isValid", true}}; // It has got a status, which an empty one has not.
+            {"isValid", true}}; // It has a status; only an empty folder has none.
 }
 
 Json describe(const PlainRelationship& relationship) {
@@ -73,7 +73,7 @@ const PlainProject* findProject(const PlainAssembly& assembly, const std::string
     return nullptr;
 }
 
-// The names of the parents of each status, and of those that are denied.
+// The names of the parents in each status, and of those to which the user has no access.
 Json parentsOf(const PlainAssembly& assembly, bool withFolders) {
     Json names;
     for (const char* list : {"ARCHIVED", "DELETED", "INACTIVE", "denied"})
@@ -128,7 +128,8 @@ std::string projectTypeOf(const PlainAssembly& assembly) {
     return project ? project->communityType : "UNKNOWN";
 }
 
-// Whether the parser knows the number, but can't hold it as it is.
+// Whether the text is a number that the library keeps as its digits: an integer beyond 64 bits, or
+// one too large for a double.
 bool isBeyondRange(const std::string& number) {
     try {
         const bool isInteger = number.find_first_of(".eE") == std::string::npos;
@@ -144,7 +145,8 @@ unsigned long escapedUnit(std::string_view text) {
     return text.starts_with("\\u") ? std::strtoul(std::string(text.substr(2, 4)).c_str(), nullptr, 16) : 0;
 }
 
-// The body in words that the parser takes: U+FFFD for what is no text, and strings of digits for numbers beyond range.
+// Rewrites the body so that the parser accepts it: with U+FFFD for invalid text, and a string of
+// the digits for each number that is out of range.
 std::string withoutOddValues(const std::string& body) {
     const std::string text = Qx::ToHString(Qx::ToIString(body));
     std::string plain;
@@ -171,7 +173,7 @@ std::string withoutOddValues(const std::string& body) {
     return plain;
 }
 
-// The parser keeps the last of a key that comes twice; the first counts.
+// Keeps the first value of a duplicate key, as the library does; the parser would keep the last.
 Json parse(const std::string& body) {
     std::map<int, std::set<std::string>> keysAtDepth;
     const auto keepFirst = [&](int depth, Json::parse_event_t event, const Json& parsed) {

@@ -3,16 +3,18 @@
 #include "Benchmarks/PlainAssembly.h"
 #include "Tests/Support/Answers.h"
 
-// What the library's documents must answer, worked out without it: each query as a walk over the records.
+// The answers expected of the library's documents, computed without the library: each query is a
+// walk over the records.
 namespace OrvaneFuzz {
 
-/// Of a body that is JSON, as nlohmann's parser reads it; nothing if it is not.
+/// Reads a body with nlohmann's parser. Returns nothing if it is not JSON.
 std::optional<OrvaneBenchmarks::PlainAssembly> readPlainly(const std::string& body);
 
-/// Some ids of what the assembly holds, and some that may be nobody's.
+/// Returns some ids of records in the assembly, and some that may be the id of no record.
 std::vector<std::string> idsOf(const OrvaneBenchmarks::PlainAssembly& assembly);
 
-/// What `answersOf` gives for documents of either generation, and the event for the workflow "workflow".
+/// Return what `answersOf` must return for a document of the first generation and for a V3
+/// document, with the event for the workflow "workflow".
 Json firstAnswers(const OrvaneBenchmarks::PlainAssembly& assembly, const std::vector<std::string>& ids);
 Json answersV3(const OrvaneBenchmarks::PlainAssembly& assembly, const std::vector<std::string>& ids);
 

@@ -1,4 +1,5 @@
-// The readers that the benchmarks compare read the same: each answers every query alike, on a body of theirs.
+// Checks, on a body made for the benchmarks, that the readers they compare produce the same answers
+// to every query.
 
 #include "Benchmarks/Readers.h"
 #include "Benchmarks/AssemblyBody.h"

@@ -5,7 +5,7 @@
 
 namespace OrvaneFuzz {
 
-/// Ends the program where what must hold does not, which is what a fuzzer takes for a finding.
+/// Aborts the program if `holds` is false, which libFuzzer reports as a finding.
 inline void require(bool holds, const char* what) {
     if (holds)
         return;

@@ -1,4 +1,4 @@
-// Any bytes as UTF-8, and any numbers as wide text.
+// Converts arbitrary bytes as UTF-8, and arbitrary numbers as wide text.
 
 #include "Base/QxBaseCore10/Strings.h"
 #include "Fuzz/Require.h"
@@ -21,7 +21,7 @@ bool isCodePoint(wchar_t point) {
     return point >= 0 && point <= 0x10FFFF && (point < 0xD800 || point > 0xDFFF);
 }
 
-// The code points of UTF-8 as the standard library reads it, or nothing if it is not valid.
+// Decodes UTF-8 with the standard library. Returns nothing if the text is not valid.
 std::optional<std::wstring> decode(const std::string& utf8) {
     const auto& converter = std::use_facet<std::codecvt<char32_t, char8_t, std::mbstate_t>>(std::locale::classic());
     const std::u8string bytes(utf8.begin(), utf8.end());

@@ -1,4 +1,4 @@
-// Any text as an address, a query's key and value, and a text to encode.
+// Uses arbitrary text as a URI, as the key and value of a query variable, and as text to encode.
 
 #include "Base/QxBaseCore10/Uri.h"
 #include "Fuzz/Require.h"
@@ -70,7 +70,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const std::string text(reinterpret_cast<const char*>(bytes), size);
     checkEncoding(text);
     checkRendering(text);
-    // One input is the three texts that make a call: address, key and value.
+    // An input of three lines is the URI, the key and the value of one call.
     const std::size_t first = text.find('\n');
     const std::size_t second = first == std::string::npos ? first : text.find('\n', first + 1);
     if (second != std::string::npos)

@@ -1,5 +1,5 @@
-// What happens when there is no memory: each allocation fails once of what the library does, of the HTTP client, in the
-// calling thread or in its own.
+// What happens when memory runs out: makes each allocation of the library's operations fail once,
+// and each of the HTTP client's, on the calling thread and on its own threads.
 
 #include "Base/QxBaseCore10/JSONNode.h"
 #include "Base/QxBaseCore10/Status.h"
@@ -38,8 +38,8 @@ const Qx::JSONNode& root() {
     return node;
 }
 
-// Room for a long text is made ahead of the parser, and may be missing too.
-TEST(JSONNodeWithoutMemory, IsNotMade) {
+// For a long text, the parser's buffers are allocated beforehand, which may fail too.
+TEST(JSONNodeWithoutMemory, ConstructorThrowsAndParseFails) {
     for (const auto& [odd, size] :
          {std::pair("", std::size_t{1000}), std::pair("1e999,\"\\ud83d\",", std::size_t{1000}),
           std::pair("1e999,\"\\ud83d\",", std::size_t{5'000'000})}) {
@@ -60,7 +60,7 @@ protected:
     const Json answers = answersOf(document, wholeAssemblyIds);
 };
 
-// A target that is left with part of the source must still be a document.
+// A target that has received only part of the source must still be a valid document.
 TEST_F(DocumentWithoutMemory, MayBeAssignedAgainAndDestroyed) {
     const FullAssemblyDataV3 other(
         Qx::JSONNode(R"({"data":{"id":"some other id, longer than what fits in place"},"included":{
@@ -84,7 +84,7 @@ TEST_F(DocumentWithoutMemory, MayBeAssignedAgainAndDestroyed) {
         });
 }
 
-TEST_F(DocumentWithoutMemory, ThrowsWhereItIsMadeCopiedOrAskedAndStaysAsItIs) {
+TEST_F(DocumentWithoutMemory, ConstructorsAndQueriesThrowAndLeaveTheDocumentUnchanged) {
     const CapturedEvents events;
     const FullAssemblyData base(root());
     const std::vector<std::function<void()>> operations{
@@ -137,7 +137,7 @@ protected:
         }};
 };
 
-TEST_F(ClientWithoutMemory, SendsNothingOrAll) {
+TEST_F(ClientWithoutMemory, SendsAllOrNothing) {
     for (const auto& operation : operations) {
         const std::size_t failures = failEachAllocation([&](auto run) {
             const WithoutMemory ended = run(operation);
@@ -167,7 +167,7 @@ TEST_F(ClientWithoutMemory, CompletionsCallBackAtMostOnce) {
         }
 }
 
-// libcurl's allocations fail like all others.
+// Makes libcurl allocate with operator new, so that its allocations fail like all others.
 void* resize(void* memory, std::size_t size) {
     void* resized = ::operator new(size, std::nothrow);
     if (resized && memory)
@@ -189,7 +189,7 @@ const CURLcode initialised = curl_global_init_mem(
         return memory ? std::memset(memory, 0, count * size) : nullptr;
     });
 
-TEST(CurlHTTPClientWithoutMemory, IsNotMade) {
+TEST(CurlHTTPClientWithoutMemory, ConstructorThrows) {
     ASSERT_EQ(initialised, CURLE_OK);
     auto made = clientOptions();
     made.tokenSource = [](const std::string&) { return token; };
@@ -202,8 +202,8 @@ INSTANTIATE_TEST_SUITE_P(In, CurlHTTPClientWithoutMemoryInBothTypes,
                              return tested.param == Type::CALLING_THREAD ? "CallingThread" : "ClientThread";
                          });
 
-// A batch that can't be sent whole is not sent at all, and the caller hears of it. On the client's own thread there is
-// nobody to tell but the completions.
+// A batch that cannot be sent as a whole is not sent at all, and the call throws. On the client's
+// own threads, a failure can be reported only to the completions.
 TEST_P(CurlHTTPClientWithoutMemoryInBothTypes, SendsABatchWholeOrNotAtAllAndAnswersOnce) {
     auto options = clientOptions();
     const std::string refused(100, 'r');

@@ -1,6 +1,7 @@
-// Runs Tests/Cases. Each case says in a sentence what it "shows", holds what is read (a value under "json", its text
-// under "text" or "bytes", or a URL with what is added to it), and names the "answers" that matter to it, by the class
-// that gives them. Of a record or an event only the fields that a case names count; any other answer is compared whole.
+// Runs the cases of Tests/Cases. Each case says in a sentence what it "shows", contains the input
+// (a value under "json", its text under "text" or "bytes", or a URL with what is added to it), and
+// lists the expected "answers" that matter to it, by the class that returns them. Of a record or an
+// event, only the fields in the case are compared; any other answer is compared as a whole.
 
 #include "Tests/Support/Cases.h"
 #include "Base/QxBaseCore10/JSONNode.h"
@@ -58,7 +59,7 @@ Json askRecord(const Json& tested, const Json&) {
     return describe(Record(nodeOf(tested)));
 }
 
-// What `get` writes, or null where it leaves both destinations as they were.
+// Returns what `get` writes, or null if it leaves both destinations unchanged.
 template <class Value>
 Json got(const Qx::JSONRef& ref, Value first, Value second) {
     const bool isWritten = ref.get(first);
@@ -154,7 +155,7 @@ INSTANTIATE_TEST_SUITE_P(Of, Cases,
                                          "values", "versions"),
                          [](const auto& tested) { return std::string(tested.param); });
 
-TEST_P(Cases, AnswerAsTheySay) {
+TEST_P(Cases, ProduceTheExpectedAnswers) {
     const Json cases = casesOf(GetParam() + std::string(".json"));
     EXPECT_FALSE(cases.empty());
     for (const Json& tested : cases) {

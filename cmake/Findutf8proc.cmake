@@ -1,4 +1,5 @@
-# The package has no CMake files of its own. Defines utf8proc::utf8proc.
+# Finds utf8proc, whose package has no CMake files of its own, and defines the target
+# utf8proc::utf8proc.
 find_path(utf8proc_INCLUDE_DIR utf8proc.h)
 find_library(utf8proc_LIBRARY utf8proc)
 mark_as_advanced(utf8proc_INCLUDE_DIR utf8proc_LIBRARY)
@@ -10,5 +11,5 @@ if(utf8proc_FOUND AND NOT TARGET utf8proc::utf8proc)
   set_target_properties(utf8proc::utf8proc PROPERTIES
     IMPORTED_LOCATION "${utf8proc_LIBRARY}"
     INTERFACE_INCLUDE_DIRECTORIES "${utf8proc_INCLUDE_DIR}"
-    INTERFACE_COMPILE_DEFINITIONS UTF8PROC_STATIC) # Else the header takes it for a DLL on Windows.
+    INTERFACE_COMPILE_DEFINITIONS UTF8PROC_STATIC) # Otherwise the header assumes a DLL on Windows.
 endif()

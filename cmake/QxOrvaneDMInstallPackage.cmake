@@ -17,7 +17,7 @@ install(FILES
   "${PROJECT_BINARY_DIR}/QxOrvaneDM10Config.cmake" "${PROJECT_BINARY_DIR}/QxOrvaneDM10ConfigVersion.cmake"
   DESTINATION "${packageFolder}")
 
-# Relative, so that the file is right wherever the package is installed or moved.
+# Relative, so that the files stay correct wherever the package is installed or moved.
 file(RELATIVE_PATH prefixFromPkgConfig "/prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/prefix")
 if(TARGET QxTesting10)
   install(EXPORT QxOrvaneDM10TestingTargets NAMESPACE QxOrvaneDM10:: DESTINATION "${packageFolder}")
@@ -33,7 +33,7 @@ foreach(package IN LISTS packages)
 endforeach()
 
 if(WIN32)
-  # What is linked in has licences, which go with it.
+  # The licences of the libraries that are linked in.
   install(DIRECTORY "${windowsPackages}/share/licenses" DESTINATION "${CMAKE_INSTALL_DOCDIR}")
   set(CPACK_GENERATOR ZIP)
   set(CPACK_PACKAGE_NAME QxOrvaneDM10)

@@ -1,4 +1,5 @@
-# Names of folders with sources for one system or one family of systems, the best one for the target system first.
+# The folders with sources for the target system, or for a family of systems that it belongs to; the
+# best match first.
 if(WIN32)
   set(platforms Windows Portable)
 elseif(CMAKE_SYSTEM_NAME STREQUAL "Linux")
@@ -7,8 +8,8 @@ else()
   set(platforms Posix Portable)
 endif()
 
-# qx_platform_sources(VARIABLE FOLDER NAME...): sets VARIABLE to the sources NAME.cpp, each from the first of the folders
-# in FOLDER that has it.
+# qx_platform_sources(VARIABLE FOLDER NAME...): sets VARIABLE to the sources NAME.cpp, each from the
+# first platform folder in FOLDER that has it.
 function(qx_platform_sources variable folder)
   set(sources "")
   foreach(name IN LISTS ARGN)

@@ -1,4 +1,5 @@
-# Builds the JSON files of Testing/SampleData into the library of the tests: sets `sampleDataSource`.
+# Generates a source that embeds the JSON files of Testing/SampleData in QxTesting10, and sets
+# `sampleDataSource` to it.
 set(sampleFolder "${PROJECT_SOURCE_DIR}/Testing/SampleData")
 set(generatedFolder "${PROJECT_BINARY_DIR}/generated/Testing/Detail")
 set(sampleDataSource "${generatedFolder}/SampleData.cpp")

@@ -3,9 +3,10 @@ include(GenerateExportHeader)
 # qx_add_shared_library(NAME FOLDER folder [COMPONENT component] SOURCES ... HEADERS ... PUBLIC libraries...
 #   PRIVATE libraries...)
 #
-# A shared library of which only what Exports.map names leaves it. Headers are written and included from the root
-# of the repository, and installed in the same tree; FOLDER says where the export header stands in it. COMPONENT is that
-# of the package; without one the library always belongs to it.
+# Adds a shared library that exports only the names in Exports.map. Headers are listed and included
+# relative to the root of the repository, and installed in the same folder structure; FOLDER is the
+# folder of the export header in it. COMPONENT is the package component that the library belongs to;
+# without one, it is always part of the package.
 function(qx_add_shared_library name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "FOLDER;COMPONENT" "SOURCES;HEADERS;PUBLIC;PRIVATE")
   string(TOLOWER "${name}" lowerName)
@@ -26,7 +27,8 @@ function(qx_add_shared_library name)
     set_target_properties(${name} PROPERTIES
       VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} INSTALL_RPATH "@loader_path")
   else()
-    # Hidden visibility alone would still let templates of the standard library out.
+    # With hidden visibility alone, instantiations of the standard library's templates would still
+    # be exported.
     target_link_options(${name} PRIVATE "LINKER:--version-script=${exportMap}")
     set_target_properties(${name} PROPERTIES
       VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} LINK_DEPENDS "${exportMap}"

@@ -1,10 +1,11 @@
-# Cross-compiles for Windows with Debian's MinGW-w64. Packages for Windows are looked for where scripts/windows.sh puts
-# them, in build/windows-packages, and in the folders of CMAKE_FIND_ROOT_PATH.
+# Cross-compiles for Windows with Debian's MinGW-w64. Packages for Windows are searched for in
+# build/windows-packages, where scripts/windows.sh installs them, and in the folders of
+# CMAKE_FIND_ROOT_PATH.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 
 set(triple x86_64-w64-mingw32)
-# The variant whose threads are those of winpthreads: the other one's standard library has none.
+# The variant with winpthreads: the standard library of the other one has no threads.
 set(CMAKE_C_COMPILER ${triple}-gcc-posix)
 set(CMAKE_CXX_COMPILER ${triple}-g++-posix)
 set(CMAKE_RC_COMPILER ${triple}-windres)
@@ -17,6 +18,6 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
-# Fewer DLLs to carry along.
+# Fewer DLLs to ship.
 set(ZLIB_USE_STATIC_LIBS ON)
 set(OPENSSL_USE_STATIC_LIBS ON)

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# build.sh PRESET [TARGET...]: configures the preset if it has not been or the presets have changed, and builds. Prints only if there is work.
+# build.sh PRESET [TARGET...]: configures the preset, if that has not been done or the presets have
+# changed, and builds. Prints nothing if there is nothing to do.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 preset=$1

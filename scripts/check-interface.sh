@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# check-interface.sh [--update]: compares what the libraries export, to the types, sizes and virtual slots, with the
-# description in Tests/Project/Interface. A change breaks hosts that are not rebuilt; one that is meant is recorded with
-# --update.
+# check-interface.sh [--update]: compares the exported interface of the libraries, down to types,
+# sizes and virtual slots, with the one recorded in Tests/Project/Interface. A change breaks
+# applications that are not rebuilt. To record an intended change, use --update.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -10,14 +10,14 @@ record=Tests/Project/Interface
 described=$(mktemp -d)
 trap 'rm -rf "$described"' EXIT
 changed=0
-# What is private to the libraries may change as it likes.
+# Types that no installed header declares may change freely.
 cmake --install build/interface --prefix "$described/installed" >/dev/null
 for library in Base/libQxBaseCore10 Base/libQxBase10 Server/libQxOrvaneDM10 HTTPClient/libQxHTTPClient10; do
   name=${library##*/}
   abidw --headers-dir "$described/installed/include" --drop-private-types --exported-interfaces-only --no-corpus-path --no-comp-dir-path --no-show-locs --no-parameter-names \
     --type-id-style hash --out-file "$described/$name.abi" "build/interface/$library.so"
   if grep -nE "='/" "$described/$name.abi"; then
-    echo "$name: the description holds a path of this machine; see CMakePresets.json" >&2
+    echo "$name: the description contains a path of this machine; see CMakePresets.json" >&2
     exit 1
   fi
   if [ "${1:-}" = --update ]; then
@@ -28,7 +28,7 @@ for library in Base/libQxBaseCore10 Base/libQxBase10 Server/libQxOrvaneDM10 HTTP
   abidiff "$described/recorded.abi" "$described/$name.abi" || changed=1
 done
 if [ $changed -ne 0 ]; then
-  echo "the interface is not as recorded; if that is meant: scripts/check-interface.sh --update" >&2
+  echo "the interface has changed; if that is intended, run scripts/check-interface.sh --update" >&2
   exit 1
 fi
-echo "interface: as recorded"
+echo "interface: unchanged"

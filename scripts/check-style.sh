@@ -1,20 +1,23 @@
 #!/usr/bin/env bash
-# The format check and clang-tidy over every source. Needs the build folders of the presets "clang" and "fuzz".
+# Runs the format check and clang-tidy on every source. Needs the build folders of the presets
+# "clang" and "fuzz".
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 git ls-files '*.h' '*.cpp' | xargs clang-format --dry-run --Werror
 
-# tidy PRESET [ARGUMENT...]: the sources that are named on standard input, as that preset builds them.
+# tidy PRESET [ARGUMENT...]: checks the sources named on standard input as PRESET builds them.
 tidy() {
   xargs -P "$(nproc)" -n 4 clang-tidy -p "build/$1" --quiet "${@:2}" 2> >(grep -vE '^[0-9]+ warnings? generated' >&2)
 }
 coroutines=Testing/Detail/Server.cpp
 git ls-files 'Base/*.cpp' 'Server/*.cpp' 'HTTPClient/*.cpp' 'Testing/*.cpp' 'Host/*.cpp' | grep -vx "$coroutines" |
   grep -v '/Windows/' | tidy clang
-# Sources for Windows are compiled with warnings by scripts/windows.sh; clang-tidy has no headers for them.
-# What tests and benchmarks do is run anyway; the static analyser would spend its time in the libraries that they use. It
-# understands no coroutines.
+# Sources for Windows are compiled with warnings by scripts/windows.sh; clang-tidy has no headers for
+# them.
+
+# Without the static analyser: tests and benchmarks are run anyway, and it would spend its time in
+# the libraries that they use. Nor does it understand coroutines.
 git ls-files 'Tests/*.cpp' 'Benchmarks/*.cpp' "$coroutines" | grep -vE '^Tests/Consumer/|/Windows/' | tidy clang '--checks=-clang-analyzer-*'
 git ls-files 'Fuzz/*.cpp' | tidy fuzz '--checks=-clang-analyzer-*'
 echo "format and clang-tidy: no findings"

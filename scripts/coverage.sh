@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# coverage.sh: runs the tests with coverage and shows what they reach. Fails if they miss a line of Server, 5 % of its
-# branches (those that only an exception takes are not counted), or 10 % of the lines of Base or Host.
+# coverage.sh: measures and shows the coverage of the tests. Fails if they miss any line of Server,
+# more than 5 % of its branches (not counting those that only an exception takes), or more than 10 %
+# of the lines of Base or Host.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 

@@ -1,6 +1,5 @@
 #!/usr/bin/env bash
-# set-up.sh [LIST...]: installs the packages that the project needs and that are missing, with those of
-# packages-LIST.txt.
+# set-up.sh [LIST...]: installs the missing packages of packages.txt and of each packages-LIST.txt.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -10,7 +9,7 @@ for list in "$@"; do
 done
 mapfile -t wanted < <(grep -vhE '^(#|$)' "${lists[@]}")
 
-# Asking dpkg costs a noticeable part of a second, so what it said is kept.
+# Asking dpkg takes a noticeable fraction of a second, so a stamp file remembers the result.
 stamp=build/.packages
 if [ "$(cat "$stamp" 2>/dev/null)" = "${wanted[*]}" ] && [ "$stamp" -nt /var/lib/dpkg/status ]; then
   exit 0

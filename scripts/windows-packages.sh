@@ -1,13 +1,14 @@
 #!/usr/bin/env bash
-# Compiles for Windows the libraries that Debian has for it only as source packages, and installs them in
-# build/windows-packages. Does nothing if they are there.
+# Compiles those libraries for Windows that Debian offers only as source packages, and installs them
+# in build/windows-packages. Does nothing if they are already there.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 packages=$PWD/build/windows-packages
 work=$PWD/build/windows-sources
 stamp=$packages/.complete
 
-# OpenSSL is for the tests' servers alone. It comes from the release itself, since it need not be the latest.
+# OpenSSL is used only by the tests' servers. It comes from the release itself, since it need not be
+# the latest.
 sources=(simdjson fmtlib pugixml utf8proc curl openssl/bookworm)
 
 recipe=$(cat "${BASH_SOURCE[0]}" cmake/mingw-w64.cmake cmake/windows-packages/CMakeLists.txt)
@@ -18,11 +19,11 @@ echo "Compiling libraries for Windows" >&2
 rm -rf "$packages" "$work"
 mkdir -p "$packages/share/licenses" "$work/lists" "$work/logs"
 
-# Source lists of their own: those of the system's packages, as sources.
+# Separate source lists: those of the system's package repositories, as deb-src entries.
 apt-get indextargets --format 'deb-src $(REPO_URI) $(RELEASE) $(COMPONENT)' 'Created-By: Packages' 'Origin: Debian' |
   sort -u >"$work/sources.list"
 if [ ! -s "$work/sources.list" ]; then
-  echo "There are no lists of Debian's packages; run apt-get update and then this again." >&2
+  echo "There are no lists of Debian's packages; run apt-get update, then run this again." >&2
   exit 1
 fi
 apt_get() {
@@ -33,14 +34,14 @@ apt_get update
 (cd "$work" && apt_get source --download-only "${sources[@]}" && for source in *.dsc; do dpkg-source -x "$source"; done) \
   >"$work/logs/sources" 2>&1 || { cat "$work/logs/sources" >&2; exit 1; }
 
-# logged NAME COMMAND...: shows what the command printed only if it fails.
+# logged NAME COMMAND...: runs COMMAND and shows its output only if it fails.
 logged() {
   "${@:2}" >>"$work/logs/$1" 2>&1 || { cat "$work/logs/$1" >&2; return 1; }
 }
 
 export CFLAGS=-fmacro-prefix-map=$work/= CXXFLAGS=-fmacro-prefix-map=$work/=
 
-# build NAME SOURCE [ARGUMENT...]: with CMake.
+# build NAME SOURCE [ARGUMENT...]: builds and installs SOURCE with CMake.
 build() {
   logged "$1" cmake -S "$2" -B "$work/build-$1" -G Ninja --toolchain "$PWD/cmake/mingw-w64.cmake" \
     -DCMAKE_BUILD_TYPE=Release -DBUILD_SHARED_LIBS=OFF -DCMAKE_INSTALL_PREFIX="$packages" "${@:3}"
@@ -59,8 +60,9 @@ build_openssl() {
   logged openssl make install_dev
 }
 
-# Mostly waits for the checks of its configuration, so it runs beside the others. It looks for nothing but zlib.
-set -m # In a group of processes of its own, to be ended with all that it starts.
+# libcurl's build mostly waits for configuration checks, so it runs in parallel with the others. It
+# needs only zlib.
+set -m # In a process group of its own, so that everything that it starts can be ended with it.
 build curl "$work"/curl-* -DBUILD_CURL_EXE=OFF -DBUILD_TESTING=OFF -DHTTP_ONLY=ON -DCURL_USE_SCHANNEL=ON \
   -DUSE_WIN32_IDN=ON -DENABLE_UNICODE=ON -DENABLE_MANUAL=OFF -DCURL_USE_LIBSSH2=OFF -DCURL_USE_LIBPSL=OFF \
   -DCURL_BROTLI=OFF -DCURL_ZSTD=OFF -DUSE_NGHTTP2=OFF -DUSE_LIBIDN2=OFF -DCURL_CA_BUNDLE=none -DCURL_CA_PATH=none &
@@ -76,11 +78,12 @@ build googletest /usr/src/googletest -DBUILD_GMOCK=OFF
 build headers cmake/windows-packages
 wait "$curl"
 
-# What is linked into the libraries and the program, and the compiler's runtime beside them, has licences.
+# The licences of what is linked into the libraries and the program, and of the compiler's runtime
+# that goes with them.
 for source in simdjson fmtlib pugixml utf8proc curl; do
   cp "$work/$source"-*/debian/copyright "$packages/share/licenses/$source.txt"
 done
-# (That of Boost asks for nothing where there is no source.)
+# (Boost's licence need not be included with compiled code.)
 for package in gcc-mingw-w64-x86-64-posix-runtime libcli11-dev libz-mingw-w64-dev mingw-w64-x86-64-dev; do
   cp "/usr/share/doc/$package/copyright" "$packages/share/licenses/$package.txt"
 done

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Cross-compiles everything for Windows, runs the tests, the program and a project that uses the installed package with
-# Wine, and makes build/windows/QxOrvaneDM10-*.zip.
+# Cross-compiles everything for Windows; runs the tests, the program and a project that uses the
+# installed package with Wine; and creates build/windows/QxOrvaneDM10-*.zip.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -8,7 +8,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 ./scripts/windows-packages.sh
 ./scripts/build.sh windows
 
-# Wine of its own, which leaves that of the user alone.
+# A separate Wine prefix, so that the user's own is left alone.
 export WINEPREFIX=$PWD/build/wine WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml=' LC_ALL=C.UTF-8
 trap 'wineserver -k || true' EXIT
 if [ ! -e "$WINEPREFIX/.complete" ]; then
@@ -19,7 +19,7 @@ fi
 
 ctest --preset windows
 
-# What a user of the program sees; servers and the shell are those of this system.
+# The program as a user sees it; the test servers and the shell run on this system, not in Wine.
 ./scripts/build.sh release HostTest
 program=build/windows/orvane
 printf '#!/bin/sh\nexec wine "%s" "$@"\n' "$PWD/build/windows/bin/orvane.exe" >"$program"

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# consume-on-windows.sh BUILD_FOLDER: packs the cross-compiled build, and unpacks it into a folder of its own. Then it
-# builds a program that knows only what is in there, and the examples, and runs them with Wine.
+# consume-on-windows.sh BUILD_FOLDER: packages the cross-compiled build and unpacks it into a
+# temporary folder. Then builds a program that uses only the contents of that folder, and the
+# examples, and runs them with Wine.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 build=$(realpath "$1")
@@ -26,7 +27,7 @@ archive=$(find "$build" -maxdepth 1 -name 'QxOrvaneDM10-*.zip')
 package=$work/$(basename "$archive" .zip)
 export WINEPATH=$package/bin
 if grep -rlaF "$PWD/" "$package"; then
-  echo "these tell where they were built"
+  echo "these files contain the path of the build"
   exit 1
 fi
 
@@ -40,7 +41,7 @@ for example in OpenAssembly ListFolder TestOpenAssembly; do
   build "Examples/$example" "$example"
 done
 for _ in $(seq 100); do grep -q Interrupt "$work/service" && break; sleep 0.1; done
-uri=$(grep -o 'http:[^[:space:]]*' "$work/service") || { echo "orvane serve does not serve"; exit 1; }
+uri=$(grep -o 'http:[^[:space:]]*' "$work/service") || { echo "orvane serve did not start"; exit 1; }
 export ORVANE_TOKEN=t
 wine "$work/OpenAssembly/OpenAssembly.exe" "$uri" 'urn:vrnk.dorlqa:fs.file:gearbox-asm?version=7' 2>&1 |
   tee "$work/log" | grep 'refers to 13 files' || { cat "$work/log"; exit 1; }

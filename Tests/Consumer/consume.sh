@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# consume.sh BUILD_FOLDER COMPILER PROGRAM: installs the build into a folder of its own, then builds the program, a C++
-# source that knows only what is installed, and runs it, once through the CMake package and once through pkg-config. So
-# it does with the examples, which talk to the installed `orvane serve`.
+# consume.sh BUILD_FOLDER COMPILER PROGRAM: installs the build into a temporary folder. Then builds
+# PROGRAM, a C++ source that uses only what is installed, once through the CMake package and once
+# through pkg-config, and runs it. Also builds the examples, and runs them against the installed
+# `orvane serve`.
 set -euo pipefail
 source=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 examples=$source/../../Examples
@@ -22,7 +23,7 @@ configure() {
 quietly cmake --install "$build" --prefix "$work/installed"
 root=$(realpath "$source/../..")
 if grep -rlaF "$root/" "$work/installed"; then
-  echo "these tell where they were built"
+  echo "these files contain the path of the build"
   exit 1
 fi
 quietly configure "$source" consumer -DPROGRAM="$program"
@@ -48,13 +49,13 @@ uri=$(grep -o 'http://[^ ]*' "$work/service")
 ORVANE_TOKEN=t "$work/OpenAssembly/OpenAssembly" "$uri" 'urn:vrnk.dorlqa:fs.file:gearbox-asm?version=7' 2>&1
 ORVANE_TOKEN=t "$work/ListFolder/ListFolder" "$uri" urn:vrnk.dorlqa:fs.folder:gears
 "$work/TestOpenAssembly/TestOpenAssembly"
-# Nobody listens there, so that it waits to try again until it is cancelled.
+# No server listens on this port, so the program waits to retry until it is interrupted.
 timeout --preserve-status -s INT 0.3 "$work/OpenAssembly/OpenAssembly" http://127.0.0.1:1 v 2>"$work/log" && exit 1
 cat "$work/log"
 read -ra flags < <(pkg-config --cflags --libs QxHTTPClient10)
 quietly "$compiler" -std=c++20 "$examples/OpenAssembly/OpenAssembly.cpp" "${flags[@]}" -o "$work/open-with-pkg-config"
 
-# As it is without the HTTP client.
+# The package as it is when built without the HTTP client.
 rm "$libraries"/cmake/QxOrvaneDM10/QxOrvaneDM10HTTPClientTargets*
 configure "$examples/OpenAssembly" without >"$work/log" 2>&1 && exit 1
 grep 'without its HTTP client' "$work/log"

@@ -1,4 +1,5 @@
-// What the client does for its caller; what networks do to it is in NetworkTest.cpp.
+// Tests of what the client does for its caller. NetworkTest.cpp tests how it copes with servers and
+// networks.
 
 #include "Tests/Support/Network.h"
 #include "Tests/Support/Sending.h"
@@ -16,7 +17,7 @@ using Qx::HTTPResponse;
 using Type = HTTPRequest::ExecutionType;
 using namespace std::chrono_literals;
 
-// A response of the request's path.
+// Returns a response whose body is the path of the request.
 std::string echoPath(const std::string& request) {
     const std::size_t start = request.find('/');
     return Serving::ok(request.substr(start, request.find(' ', start) - start));
@@ -31,7 +32,7 @@ protected:
 INSTANTIATE_TEST_SUITE_P(In, CurlHTTPClientInBothTypes, testing::Values(Type::CALLING_THREAD, Type::CLIENT_THREAD),
                          [](const auto& type) { return type.index == 0 ? "CallingThread" : "ClientThread"; });
 
-TEST_P(CurlHTTPClientInBothTypes, AnswersInTheThreadThatIsAskedFor) {
+TEST_P(CurlHTTPClientInBothTypes, AnswersInTheRequestedThread) {
     const RawServer server(Serving::well);
     CurlHTTPClient client(clientOptions());
     std::promise<std::thread::id> answeredBy;
@@ -42,7 +43,7 @@ TEST_P(CurlHTTPClientInBothTypes, AnswersInTheThreadThatIsAskedFor) {
     EXPECT_EQ(isHere, GetParam() == Type::CALLING_THREAD);
 }
 
-TEST_P(CurlHTTPClientInBothTypes, BatchIsAnsweredOnceAfterItsRequestsAndLeavesNothing) {
+TEST_P(CurlHTTPClientInBothTypes, BatchIsAnsweredOnceAfterItsRequestsAndLeaksNothing) {
     const auto descriptors = countDescriptors();
     const auto threads = countThreads();
     std::atomic<int> completions = 0;
@@ -67,7 +68,7 @@ TEST_P(CurlHTTPClientInBothTypes, BatchIsAnsweredOnceAfterItsRequestsAndLeavesNo
     expectNoMore(countThreads, threads);
 }
 
-TEST_P(CurlHTTPClientInBothTypes, BatchThatThrowsStillRunsAllItsCompletions) {
+TEST_P(CurlHTTPClientInBothTypes, BatchRunsAllItsCompletionsEvenIfTheyThrow) {
     const RawServer server(Serving::well);
     CurlHTTPClient client(clientOptions());
     std::atomic<int> completions = 0;
@@ -89,7 +90,7 @@ TEST_P(CurlHTTPClientInBothTypes, BatchThatThrowsStillRunsAllItsCompletions) {
     EXPECT_EQ(completions, 3);
 }
 
-TEST_P(CurlHTTPClientInBothTypes, RefusesAtOnceWhateverElseWaits) {
+TEST_P(CurlHTTPClientInBothTypes, RefusesAtOnceEvenWhileOtherRequestsWait) {
     const RawServer silent(Serving::silently);
     CurlHTTPClientOptions one = clientOptions();
     one.maxConnections = 1;
@@ -101,7 +102,7 @@ TEST_P(CurlHTTPClientInBothTypes, RefusesAtOnceWhateverElseWaits) {
     EXPECT_LT(std::chrono::steady_clock::now() - start, 1s);
 }
 
-TEST_P(CurlHTTPClientInBothTypes, CompletionsMayQueueAChainAndABatch) {
+TEST_P(CurlHTTPClientInBothTypes, CompletionsMayQueueFurtherRequestsAndBatches) {
     const RawServer server(Serving::well);
     CurlHTTPClient client(clientOptions());
     std::atomic<int> answers = 0;
@@ -120,10 +121,10 @@ TEST_P(CurlHTTPClientInBothTypes, CompletionsMayQueueAChainAndABatch) {
     EXPECT_EQ(ended.get_future().get(), 10U);
 }
 
-// A callback may own the last reference to the client, which then ends where the callback is destroyed.
+// A callback may own the last reference to the client, which is then destroyed with the callback.
 TEST(CurlHTTPClient, MayBeOwnedByItsCallbacks) {
     const RawServer server(Serving::well);
-    send(*std::make_unique<CurlHTTPClient>(clientOptions()), server.url("/")); // Starts what the server may need.
+    send(*std::make_unique<CurlHTTPClient>(clientOptions()), server.url("/")); // Starts what is started only once.
     const auto threads = countThreads();
     for (int i = 0; i < 50; ++i) {
         const auto client = std::make_shared<CurlHTTPClient>(clientOptions());
@@ -133,12 +134,12 @@ TEST(CurlHTTPClient, MayBeOwnedByItsCallbacks) {
     expectNoMore(countThreads, threads);
 }
 
-// The thread that runs the first completion has to run those that wait for it too.
-TEST_P(CurlHTTPClientInBothTypes, MayEndInACompletionWithOthersWaitingForTheThread) {
+// The thread that runs the first completion then also has to run those that wait for that thread.
+TEST_P(CurlHTTPClientInBothTypes, MayBeDestroyedInACompletionWhileOthersWaitForItsThread) {
     const RawServer server(Serving::well);
     CurlHTTPClientOptions single = clientOptions();
     single.callbackThreads = 1;
-    for (const auto pause : {0ms, 20ms}) { // Without one the call that sends may not even have returned.
+    for (const auto pause : {0ms, 20ms}) { // Without a pause, the call that sends may not even have returned.
         auto client = std::make_unique<CurlHTTPClient>(single);
         std::atomic<int> completions = 0;
         std::promise<void> ended;
@@ -174,7 +175,7 @@ TEST(CurlHTTPClient, AnswersEachRequestInFlightOnceWhenItIsDestroyed) {
     EXPECT_LT(std::chrono::steady_clock::now() - start, 2s);
 }
 
-// Refuses all but one token, and answers nothing without it.
+// Answers requests that have the right token, and refuses all others with a 401.
 RawServer::Serve withToken(std::string good) {
     return Serving::with([good = std::move(good)](const std::string& request) {
         return request.find("Bearer " + good + "\r\n") != std::string::npos
@@ -183,10 +184,10 @@ RawServer::Serve withToken(std::string good) {
     });
 }
 
-TEST(CurlHTTPClient, RenewsItsTokenOnceForAllRequestsAndInNoRequestOfTheSource) {
+TEST(CurlHTTPClient, RenewsItsTokenOnceForAllRequestsAndRefusesThoseOfTheTokenSource) {
     const RawServer server(withToken("new"));
     std::atomic<int> renewals = 0;
-    std::string current = "old"; // Of the source's thread.
+    std::string current = "old"; // Used only on the thread of the token source.
     CurlHTTPClient* asked = nullptr;
     CurlHTTPClientOptions renewing = clientOptions();
     renewing.tokenSource = [&](const std::string& refusedToken) {
@@ -206,7 +207,7 @@ TEST(CurlHTTPClient, RenewsItsTokenOnceForAllRequestsAndInNoRequestOfTheSource) 
     EXPECT_EQ(renewals, 1);
 }
 
-TEST(CurlHTTPClient, CancelsWhatIsInFlightOrWaitsAndNothingElse) {
+TEST(CurlHTTPClient, CancelsRequestsInFlightOrWaitingAndNothingElse) {
     const RawServer silent(Serving::silently);
     const RawServer busy(Serving::with(
         [](const std::string&) { return "HTTP/1.1 503 Busy\r\nRetry-After: 20\r\nContent-Length: 0\r\n\r\n"; }));
@@ -237,7 +238,7 @@ TEST(CurlHTTPClient, CancelsWhatIsInFlightOrWaitsAndNothingElse) {
         requests, [&](auto responses) { answered.set_value(std::move(responses)); }, Type::CLIENT_THREAD);
     while (busy.received().empty() || secure.received().empty() || countExchanges(silent.received()) < 2)
         std::this_thread::sleep_for(1ms);
-    std::this_thread::sleep_for(100ms); // So that what is cancelled has waited for long.
+    std::this_thread::sleep_for(100ms); // So that the requests to cancel have waited for a while.
     const auto start = std::chrono::steady_clock::now();
     client.cancelAll();
     for (const HTTPResponse& response : answered.get_future().get())
@@ -256,7 +257,8 @@ TEST(CurlHTTPClient, CompletesOnceWhateverItsExecutorDoes) {
     std::atomic<int> completions = 0;
     CurlHTTPClientOptions queued = clientOptions();
     queued.callbackThreads = 1;
-    // Runs the first, forgets the second, throws for the third, and runs the fourth twice and then throws.
+    // Runs the first completion, drops the second, throws for the third, and runs the fourth twice
+    // and then throws.
     queued.executor = [&](const std::function<void()>& completion) {
         const int task = ++tasks;
         if (task != 2 && task != 3)
@@ -276,7 +278,7 @@ TEST(CurlHTTPClient, CompletesOnceWhateverItsExecutorDoes) {
     EXPECT_EQ(tasks, 5) << "an empty batch is for the executor too";
 }
 
-TEST(CurlHTTPClient, TellsOfAttemptsAndProgressWithoutSecrets) {
+TEST(CurlHTTPClient, ReportsAttemptsAndProgressWithoutSecrets) {
     const RawServer server(Serving::with([count = std::make_shared<int>(0)](const std::string&) {
         return ++*count == 1 ? "HTTP/1.1 503 Busy\r\nContent-Length: 0\r\n\r\n"
                              : Serving::ok(std::string(std::size_t{8} << 20, 'x'));
@@ -322,7 +324,7 @@ TEST(CurlHTTPClient, TellsOfAttemptsAndProgressWithoutSecrets) {
     EXPECT_THROW(CurlHTTPClient client(watched), std::invalid_argument) << "its connections are not another's";
 }
 
-TEST(CurlHTTPClient, IsNotMadeWithSettingsThatMakeNoSense) {
+TEST(CurlHTTPClient, ConstructorThrowsForInvalidOptions) {
     for (const auto& spoil : std::initializer_list<void (*)(CurlHTTPClientOptions&)>{
              [](auto& made) { made.connectTimeout = -1ms; }, [](auto& made) { made.requestTimeout = 0ms; },
              [](auto& made) { made.requestTimeout = 25h; }, [](auto& made) { made.stallTimeout = -1s; },
@@ -335,7 +337,7 @@ TEST(CurlHTTPClient, IsNotMadeWithSettingsThatMakeNoSense) {
     }
 }
 
-TEST(CurlHTTPClient, AsksForACertificateOnceInAConnectionAndItsSession) {
+TEST(CurlHTTPClient, ReusesConnectionsAndResumesTLSSessions) {
     if (std::string(TEST_SYSTEM) == "Windows")
         GTEST_SKIP() << "Wine keeps no sessions of TLS";
     std::atomic<int> connections = 0;

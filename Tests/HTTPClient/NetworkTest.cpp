@@ -1,9 +1,14 @@
-// What servers and networks do to a client, in both ways to ask it: the rows of Tests/Cases/network.json. Beside what
-// the server does, a row says what is changed of the request and of the client's options ("bindsToken": the token is
-// for this server alone; "tokens": what the token source returns, one after the other, or throws if it is null), what
-// the server "receives" and "lacks", in how many "exchanges", what the source "isAsked", in which
-// "protocol", and with what the request "fails" and for what "reason", or with what "status", "headers" and "body" it
-// does not; and what of the row is other "onWindows", or why it is "leftOut" there.
+// What servers and networks may do to a client, tested with both execution types: the rows of
+// Tests/Cases/network.json. Besides what the server does (see Network.h), a row says
+//
+// - how the request and the client's options differ from the default ("bindsToken": the token is
+//   only for this server; "tokens": what the token source returns, one after the other; it throws
+//   for a null),
+// - what the server "receives" and what the requests lack ("lacks"), in how many "exchanges", with
+//   what the token source is called ("isAsked"), and over which "protocol",
+// - with which kind of failure the request "fails" and for what "reason", or with what "status",
+//   "headers" and "body" it succeeds,
+// - what differs on Windows ("onWindows"), or why the row is "leftOut" there.
 
 #include "Tests/Support/Network.h"
 #include "Testing/ScopedState.h"
@@ -49,7 +54,8 @@ std::string nameOf(const json& row) {
     return name;
 }
 
-// Whether the request is not to be sent at all; a redirect that is not followed has been answered before.
+// Whether the client must refuse to send the request at all, rather than to follow a redirect that
+// the server "sends".
 bool isRefused(const json& row) {
     return row.value("fails", json()) == "REFUSED" && !row.contains("sends");
 }
@@ -68,7 +74,8 @@ HTTPRequest requestOf(const json& row, const std::string& url, Type type, const 
     return request;
 }
 
-// Returns the tokens one after the other, the last again and again, and keeps what it is asked.
+// Returns a token source that returns the tokens one after the other, repeats the last, and records
+// its arguments.
 auto tokenSource(const json& tokens, json& asked) {
     return [&tokens, &asked](const std::string& refusedToken) {
         const json& next = tokens.at(std::min(asked.size(), tokens.size() - 1));
@@ -100,7 +107,7 @@ CurlHTTPClientOptions optionsOf(const json& row, const RawServer& server) {
     return made;
 }
 
-// "{server}" is the server itself.
+// Sets the proxy in the environment; "{server}" stands for the server itself.
 std::vector<ScopedState> useProxy(const json& row, const RawServer& server) {
     std::vector<ScopedState> variables;
     if (!row.contains("proxy"))
@@ -111,14 +118,14 @@ std::vector<ScopedState> useProxy(const json& row, const RawServer& server) {
     return variables;
 }
 
-// In the order of the kinds.
+// The names of the kinds of failure, in the order of the enumerators.
 constexpr std::array kinds{"",          "REFUSED", "NETWORK",      "TLS", "TIMEOUT", "TOO_LARGE", "MALFORMED_RESPONSE",
                            "CANCELLED", "CLOSED",  "OUT_OF_MEMORY"};
 
 void expectResponse(const json& row, const HTTPResponse& response) {
     const std::string& reason = response.getReason();
     const json fails = row.value("fails", json(""));
-    const json possible = fails.is_array() ? fails : json::array({fails}); // Which of them it is depends on the time.
+    const json possible = fails.is_array() ? fails : json::array({fails}); // Of several, timing decides which it is.
     const std::string kind = kinds.at(static_cast<std::size_t>(response.getFailureKind()));
     EXPECT_NE(std::find(possible.begin(), possible.end(), kind), possible.end()) << kind << reason;
     EXPECT_EQ(response.getStatus(), row.contains("fails") ? 0 : row.value("status", 200));
@@ -131,7 +138,8 @@ void expectResponse(const json& row, const HTTPResponse& response) {
     EXPECT_EQ(reason.find("secret"), std::string::npos) << reason;
 }
 
-// Parts "received" come in that order; "lacks" is in no request, "lacksAtLast" not in the last.
+// The parts in "receives" must occur in that order, those in "lacks" in no request, those in
+// "lacksAtLast" not in the last.
 void expectReceived(const json& row, const std::string& requests) {
     EXPECT_EQ(missingPart(requests, row.value("receives", std::vector<std::string>())), "") << requests;
     for (const std::string part : row.value("lacks", json::array()))
@@ -144,7 +152,7 @@ void expectReceived(const json& row, const std::string& requests) {
     }
 }
 
-// A host's locale in which "i" and "I" are not the same letter, as in Turkish.
+// An application's locale in which "i" and "I" are not the same letter, as in Turkish.
 struct TurkishLetters : std::ctype<char> {
     char do_toupper(char letter) const override { return letter == 'i' ? letter : ctype::do_toupper(letter); }
     char do_tolower(char letter) const override { return letter == 'I' ? letter : ctype::do_tolower(letter); }
@@ -154,7 +162,8 @@ class NetworkTest : public testing::TestWithParam<std::size_t> {};
 INSTANTIATE_TEST_SUITE_P(Of, NetworkTest, testing::Range<std::size_t>(0, rows().size()),
                          [](const auto& tested) { return nameOf(rows()[tested.param]); });
 
-// Sends as many requests as the row says, and another; the completions are counted for as long as there are any.
+// Sends as many requests as the row says, and then one to a good server. Counts the completions of
+// the former, even late ones.
 void meet(const json& row, Type type, std::atomic<int>& completions) {
     const RawServer good(Serving::well);
     const RawServer server = Network::serve(row, good.port());
@@ -180,7 +189,7 @@ void meet(const json& row, Type type, std::atomic<int>& completions) {
         const auto taken = std::chrono::steady_clock::now() - start;
         EXPECT_LT(taken, std::chrono::milliseconds(row.value("withinMs", 60'000)));
         EXPECT_GE(taken, std::chrono::milliseconds(row.value("atLeastMs", 0)));
-        // Of several requests only one fails.
+        // Of several requests, only one fails.
         if (number != row.value("failsAt", requests) && row.contains("fails"))
             EXPECT_EQ(response.getStatus(), 200);
         else
@@ -200,7 +209,7 @@ void meet(const json& row, Type type, std::atomic<int>& completions) {
     EXPECT_EQ(good.received().find("secret"), std::string::npos) << "what is for the first server goes to no other";
 }
 
-TEST_P(NetworkTest, EndsOnceAsItMustAndLeavesNothing) {
+TEST_P(NetworkTest, CompletesOnceAsExpectedAndLeaksNothing) {
     const std::locale before = std::locale::global(std::locale(std::locale(), new TurkishLetters));
     const ScopedState letters = ScopedState([&] { std::locale::global(before); });
     const json& row = rows()[GetParam()];
@@ -217,9 +226,10 @@ TEST_P(NetworkTest, EndsOnceAsItMustAndLeavesNothing) {
     expectNoMore(countThreads, threads);
 }
 
-// One client meets the servers of all rows again and again, and good answers between them, for as many seconds as
-// SOAK_SECONDS says. It uses no proxy, and has one token and one list of certificates.
-TEST(Soak, CompletesEveryRequestAndGrowsInNothing) {
+// Sends requests with one client to the servers of all rows, and to a good one, over and over for
+// SOAK_SECONDS seconds (3 by default). The client uses no proxy, and has one token and one list of
+// certificates.
+TEST(Soak, CompletesEveryRequestWithoutGrowing) {
     if (std::string(TEST_SYSTEM) == "Windows")
         GTEST_SKIP() << "the servers can't end connections that a client keeps, and nothing tells what a heap holds";
     const char* wanted = std::getenv("SOAK_SECONDS");
@@ -261,7 +271,8 @@ TEST(Soak, CompletesEveryRequestAndGrowsInNothing) {
         for (unsigned seed = 0; seed < 4; ++seed)
             threads.push_back(std::async(std::launch::async, sendUntilEnd, seed));
     };
-    // As many at once as it has connections, so that it keeps none to the servers that have gone.
+    // Sends as many requests at once as the client has connections, so that it keeps none to
+    // servers that no longer exist.
     const auto settle = [&] {
         const RawServer last([](RawServer::Connection& connection) {
             std::this_thread::sleep_for(100ms);
@@ -271,7 +282,8 @@ TEST(Soak, CompletesEveryRequestAndGrowsInNothing) {
         sendAll(client, batch, Type::CLIENT_THREAD);
     };
 
-    // What the client and the C library keep for the next time is there before anything is compared.
+    // The first half also fills the caches of the client and of the C library before anything is
+    // compared.
     sendFor(time / 2);
     settle();
     const auto descriptors = countDescriptors();
@@ -284,7 +296,7 @@ TEST(Soak, CompletesEveryRequestAndGrowsInNothing) {
     EXPECT_EQ(completions, requests);
     EXPECT_TRUE(successes > 0 && successes < requests);
     expectNoMore(countDescriptors, descriptors);
-    // Its caches of sessions may hold more, but not more and more.
+    // The cache of TLS sessions may have grown, but must not keep growing.
     EXPECT_LE(used, usedFirst + mebibyte / 4);
 }
 

@@ -1,4 +1,4 @@
-// What holds of the client, and of the local service, where there are signals, descriptors and forks.
+// Tests of the client and of the local service on systems with signals, descriptors and forks.
 
 #include "Testing/LocalService.h"
 #include "Tests/Support/FailingCalls.h"
@@ -26,13 +26,13 @@ using Qx::HTTPResponse;
 using Type = HTTPRequest::ExecutionType;
 using namespace std::chrono_literals;
 
-TEST(CurlHTTPClient, IsNotMadeWithoutDescriptors) {
+TEST(CurlHTTPClient, ConstructorThrowsWithoutDescriptors) {
     FailingCalls::socketpair = true;
     EXPECT_THROW(CurlHTTPClient client(clientOptions()), std::system_error);
     FailingCalls::socketpair = false;
 }
 
-TEST(LocalService, IsNotMadeWithoutAThread) {
+TEST(LocalService, ConstructorThrowsWithoutAThread) {
     const auto scarcity = FailingCalls::scopedThreadsLeft(0);
     EXPECT_THROW(Orvane::Testing::LocalService(Orvane::Testing::PreparedAnswers::sample(), "t", 0), std::runtime_error);
 }
@@ -50,7 +50,7 @@ TEST(CurlHTTPClient, NamesTheThreadOfACompletion) {
     EXPECT_EQ(answered.get_future().get(), "a-thread-name-l");
 }
 
-TEST(CurlHTTPClient, AWaitThatFailsTakesNoTimeAndEnds) {
+TEST(CurlHTTPClient, FailsWithoutBusyWaitingIfItCannotPoll) {
     const RawServer silent(Serving::silently);
     const RawServer good(Serving::well);
     CurlHTTPClient client(clientOptions());
@@ -91,7 +91,7 @@ TEST(CurlHTTPClient, LeavesSignalsToTheHost) {
     EXPECT_GE(threads, 2) << "the one that transfers, and one that has called a completion";
 }
 
-TEST(CurlHTTPClient, LeavesItsConnectionsToNoOtherProgram) {
+TEST(CurlHTTPClient, LetsNoOtherProgramInheritItsConnections) {
     const RawServer server(Serving::well);
     CurlHTTPClient client(clientOptions());
     EXPECT_EQ(send(client, server.url("/")).getStatus(), 200);
@@ -108,7 +108,7 @@ TEST(CurlHTTPClient, LeavesItsConnectionsToNoOtherProgram) {
     EXPECT_EQ(connections, 1);
 }
 
-TEST(CurlHTTPClient, InAForkedChildFailsInWordsAndIsLeftToTheParent) {
+TEST(CurlHTTPClient, FailsWithAReasonInAForkedChildAndStillWorksInTheParent) {
     const RawServer server(Serving::well);
     auto client = std::make_unique<CurlHTTPClient>(clientOptions());
     EXPECT_EQ(send(*client, server.url("/")).getStatus(), 200);

@@ -1,6 +1,7 @@
-// Runs the program as a user does: the rows of Tests/Cases/program.json. Each says what to "run", and what the program
-// then "prints" in that order (which may be all "isJSON"), "hides", and says as an "error"; some have a server of their
-// own, as in network.json.
+// Runs the program as a user does: the rows of Tests/Cases/program.json. Each says what to "run",
+// what the output must contain, in order ("prints"), what it must not contain ("hides"), whether
+// all of it must be JSON ("isJSON"), and what the "error" message must contain. Some have a server
+// of their own, as in network.json.
 
 #include "Host/ProcessState.h"
 #include "Testing/LocalService.h"
@@ -38,10 +39,11 @@ std::string takeFile(const std::string& path) {
     return lines;
 }
 
-// A command that runs the program as it was built for Windows, if it is to be tried.
+// A command that runs the Windows build of the program; null unless that is to be tested.
 const char* const programForWindows = std::getenv("ORVANE_FOR_WINDOWS");
 
-// Runs `orvane` with the arguments, which the shell reads, or the commands, where they call it "$ORVANE" themselves.
+// Runs `orvane` with the arguments, which the shell expands; if they contain "$ORVANE", runs them
+// as a shell script instead.
 Outcome run(const std::string& arguments, const std::string& token) {
     const std::string base = testing::TempDir() + "orvane-run-" + std::to_string(getpid());
     const bool isScript = arguments.find("$ORVANE") != std::string::npos;
@@ -53,7 +55,8 @@ Outcome run(const std::string& arguments, const std::string& token) {
     return {WEXITSTATUS(status), takeFile(base + ".out"), takeFile(base + ".err")};
 }
 
-// A failure is one line, or as many as there are "errors", and nothing else, unless the row says what is printed.
+// An error must be one line, or as many as "errors" says, and the only output unless the row also
+// has "prints".
 void expectOutcome(const Outcome& outcome, const json& row) {
     EXPECT_EQ(outcome.exitStatus, row.at("status")) << outcome.error;
     EXPECT_EQ(missingPart(outcome.output, row.value("prints", std::vector<std::string>())), "") << outcome.output;
@@ -88,7 +91,7 @@ TEST(OrvaneProgram, DoesWhatTheCasesSay) {
     }
 }
 
-TEST(OrvaneProgram, KeepsItsMemoryFromTheUsersOtherPrograms) {
+TEST(OrvaneProgram, HidesItsMemoryFromTheUsersOtherPrograms) {
     const auto keepPrivate = [] {
         OrvaneHost::keepMemoryPrivate();
         _exit(prctl(PR_GET_DUMPABLE));

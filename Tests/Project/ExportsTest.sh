@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# ExportsTest.sh LIBRARY NAME...: every dynamic symbol of LIBRARY, or what the DLL exports, belongs to one of the names,
-# and each name, a class or a function, has one. The vtable and the type information of a class belong to it.
+# ExportsTest.sh LIBRARY NAME...: checks that each symbol that LIBRARY, a shared library or DLL,
+# exports belongs to one of the NAMEs (a class or a function), and that each NAME exports at least
+# one. A class's vtable and type information belong to it.
 set -euo pipefail
 library=$1
 shift
@@ -18,7 +19,7 @@ failed=0
 pattern="^((vtable|typeinfo|typeinfo name) for )?($(IFS='|' && echo "$*"))(::|\(|\[|$)"
 strangers=$(grep -vE "$pattern" <<<"$symbols" || true)
 if [ -n "$strangers" ]; then
-  echo "exported, but in no public header:" "$strangers"
+  echo "exported, but not among the expected names:" "$strangers"
   failed=1
 fi
 for class in "$@"; do

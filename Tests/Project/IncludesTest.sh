@@ -1,17 +1,19 @@
 #!/usr/bin/env bash
-# IncludesTest.sh FOLDER: includes in the sources below FOLDER run one way, from Base to Server, HTTPClient and Testing,
-# which do not know each other, to Host to Tests, and what is installed includes nothing private.
+# IncludesTest.sh FOLDER: checks that the includes in the sources below FOLDER go in one direction
+# only: Tests include Host, Host includes Server, HTTPClient and Testing, which do not include each
+# other, and all of these include Base. Also checks that installed headers include no private ones.
 set -euo pipefail
 cd "$1"
 failed=0
 
-# check FOLDER DEPTH ALLOWED: the files in FOLDER include from the root only what matches ALLOWED.
+# check FOLDER DEPTH ALLOWED: checks that of the project's headers, the files in FOLDER include only
+# those that match ALLOWED.
 check() {
   local found
   found=$(find "$1" -maxdepth "$2" -name '*.h' -o -maxdepth "$2" -name '*.cpp' | sort |
     xargs grep -HnE '^#include "' | grep -vE "#include \"($3)" || true)
   if [ -n "$found" ]; then
-    echo "included against the direction:" "$found"
+    echo "includes in the wrong direction:" "$found"
     failed=1
   fi
 }
@@ -27,7 +29,7 @@ check Tests 9 'Base/|Server/|HTTPClient/|Testing/|Host/|Tests/Support/'
 check Benchmarks 1 'Base/|Server/|HTTPClient/CurlHTTPClient|Benchmarks/|Tests/Support/'
 check Fuzz 1 'Base/|Server/|Testing/|Benchmarks/|Fuzz/|Tests/Support/'
 
-# The client and the links know each other, but only their sources do.
+# The client and the links use each other, but only their sources may include the other's header.
 if grep -lE '#include "Server/Orvane/(Orvanedm|FolderContentLink)\.h"' Server/Orvane/*.h; then
   echo "the headers of client and links must not include one another"
   failed=1
@@ -41,7 +43,7 @@ for header in $(grep -hoE '[A-Za-z0-9]+\.h"$' Base/CMakeLists.txt Server/CMakeLi
   fi
 done
 
-# The benchmarks measure what is installed.
+# The benchmarks measure the installed interface.
 if grep -HnE "#include \"(Base|Server)/.*/($private)" Benchmarks/*; then
   echo "a benchmark includes a private header"
   failed=1

@@ -1,4 +1,4 @@
-// What a host loads, uses and unloads again and again: PluginTest.cpp does so.
+// A plug-in, which PluginTest.cpp loads, uses and unloads repeatedly.
 
 #include "Server/Orvane/Orvanedm.h"
 #include "Server/Orvane/Payloads/FullAssemblyData.h"
@@ -7,7 +7,7 @@
 
 using namespace Orvane::Testing;
 
-// Opens an assembly, and leaves the state of the process as it was.
+// Opens an assembly, and restores the state of the process. Returns whether that succeeded.
 extern "C" [[gnu::visibility("default")]] bool openAssembly() {
     const ScopedState service = scopedOption("plugin", L"orvaneV3ServiceUrl", L"https://v3");
     const CapturedEvents events;

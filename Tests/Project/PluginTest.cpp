@@ -12,13 +12,14 @@ bool loadUseAndUnload() {
     return dlclose(plugin) == 0 && hasOpened;
 }
 
-TEST(Plugin, MayBeLoadedUsedAndUnloadedAgainAndAgain) {
+TEST(Plugin, MayBeLoadedUsedAndUnloadedRepeatedly) {
     constexpr int rounds = 200;
     ASSERT_TRUE(loadUseAndUnload());
     const std::size_t before = mallinfo2().uordblks;
     for (int round = 0; round < rounds; ++round)
         ASSERT_TRUE(loadUseAndUnload()) << round;
-    // What may be used until the process ends is never destroyed.
+    // Objects that may be used until the process ends are never destroyed, so the heap grows a
+    // little.
     EXPECT_LT(mallinfo2().uordblks, before + std::size_t{rounds} * 1024);
 }
 

@@ -12,11 +12,12 @@ namespace {
 constexpr std::int64_t nothingFails = -2;
 constexpr std::int64_t hasFailed = -1;
 
-// While nobody counts, an allocation costs one look at this more than without it.
+// While allocations are not counted, checking this flag is the only extra cost of an allocation.
 std::atomic<bool> isCounting = false;
 std::atomic<std::int64_t> madeCount = 0;
 std::atomic<std::int64_t> releasedCount = 0;
-// How many allocations there are before the one that fails, of which thread.
+// How many allocations precede the one that fails, and the name or the thread whose allocations
+// these are.
 std::atomic<std::int64_t> left = nothingFails;
 std::atomic<const char*> failingName = nullptr;
 std::atomic<pthread_t> failingThread;
@@ -30,7 +31,7 @@ bool isFailingThread() {
     return std::strcmp(name.data(), wanted) == 0;
 }
 
-// Below 0 it counts no further, so that no more than one fails.
+// Does not count below 0 any further, so that at most one allocation fails.
 bool isToFail() {
     return left >= 0 && isFailingThread() && left.fetch_sub(1) == 0;
 }
@@ -71,7 +72,8 @@ void operator delete(void* memory, std::size_t) noexcept {
     release(memory);
 }
 
-// These too: those of the address sanitizer do not call the above.
+// The array forms are replaced too, because those of the address sanitizer do not call the
+// operators above.
 void* operator new[](std::size_t size) {
     return operator new(size);
 }

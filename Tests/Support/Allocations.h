@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Counts the allocations of the whole program while it lives, and lets one fail if it is told to. The program's
-/// operator new is replaced for that. One at a time.
+/// While it exists, counts the allocations of the whole program, and can make one of them fail.
+/// Works by replacing the program's operator new. At most one object may exist at a time.
 class Allocations {
 public:
     Allocations();
@@ -12,15 +12,16 @@ public:
     Allocations& operator=(const Allocations&) = delete;
     ~Allocations();
 
-    /// Lets the `number`th allocation from now fail, counted from 0, of this thread or of the threads of that name.
+    /// Makes the `number`th allocation from now, counted from 0, fail: of this thread, or of the
+    /// threads named `threadName`.
     void fail(std::size_t number, const char* threadName = nullptr);
 
-    /// Lets none fail any more, and returns whether one has.
+    /// Stops making allocations fail, and returns whether one has failed.
     bool stopFailing();
 
-    /// How many there have been.
+    /// The number of allocations made.
     std::int64_t made() const;
 
-    /// How many more have been made than released.
+    /// The number of allocations made and not released.
     std::int64_t alive() const;
 };

@@ -9,31 +9,32 @@
 
 using Json = nlohmann::json;
 
-/// Wide text is text in UTF-8.
+/// Converts wide text to JSON as UTF-8.
 template <>
 struct nlohmann::adl_serializer<std::wstring> {
     static void to_json(Json& json, const std::wstring& text) { json = Qx::ToHString(text); }
 };
 
-/// A record as JSON: each of its answers under the name of the field. Enumerators are their names.
+/// Returns a record as JSON: what each getter returns, under the name of the field. Enumerators
+/// become their names.
 Json describe(const Orvane::Payloads::FilesData& file);
 Json describe(const Orvane::Payloads::FolderData& folder);
 Json describe(const Orvane::Payloads::ProjectData& project);
 Json describe(const Orvane::Payloads::RelationshipData& relationship);
 Json describe(const Orvane::Payloads::VersionData& version);
 
-/// What a document of the first generation answers to every query, each under the query's name. Queries that take an
-/// id are asked for each of `ids`, and answer with an object.
+/// Returns the answers of a document of the first generation to every query, each under the query's
+/// name. The answer to a query that takes an id is an object with the answers for each of `ids`.
 Json answersOf(const Orvane::Payloads::FullAssemblyData& document, const std::vector<std::string>& ids);
 
-/// The same for the queries of both generations.
+/// Returns the same for a V3 document, with the queries of both generations.
 Json answersOf(const Orvane::Payloads::FullAssemblyDataV3& document, const std::vector<std::string>& ids);
 
-/// The properties of the usage event that the document tracks, with its name under "event". It takes the place of
-/// whoever listens meanwhile, so only one thread may ask.
+/// Returns the properties of the usage event that the document tracks, with its name under "event".
+/// Replaces the event sink of the process meanwhile, so only one thread may call it at a time.
 Json eventOf(const Orvane::Payloads::FullAssemblyData& document, const std::wstring& workflow);
 
-/// The name of an enumerator, for those who describe the same records.
+/// Returns the name of an enumerator, for code that describes the same records.
 std::string nameOf(Orvane::Payloads::ContainerStatus status);
 std::string nameOf(Orvane::Payloads::ContainerType type);
 std::string nameOf(Qx::CloudBrowser::Relationship::RelationType type);

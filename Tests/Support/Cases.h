@@ -4,23 +4,26 @@
 #include <string>
 #include <vector>
 
-/// The JSON of a file in Tests/Cases.
+/// Returns the JSON of a file in Tests/Cases.
 nlohmann::json casesOf(const std::string& file);
 
-/// The same for tests of what differs between systems: what a row says under "onWindows" holds on Windows.
+/// Returns the same for tests whose results differ between systems: on Windows, what a row has
+/// under "onWindows" replaces what it has otherwise.
 nlohmann::json casesOf(const std::string& file, const std::string& system);
 
-/// The bytes of a text whose characters stand for one each.
+/// Converts each character of a text to one byte.
 std::string bytesOf(const nlohmann::json& text);
 
-/// The first of `parts` that doesn't begin in `text` after the one before it; empty if they all come in that order.
+/// Returns the first of `parts` that does not occur in `text` after the start of the part before
+/// it, or an empty text if all occur in that order.
 std::string missingPart(const std::string& text, const std::vector<std::string>& parts);
 
-/// The service's answer for version 3 of file A, which lies in a folder and refers to version 1 of file B, in a
-/// project. There are parents of every status. Its texts are too long to be held in place, so that each asks for
-/// memory.
+/// Returns the service's answer for version 3 of file A, which is in a folder and refers to version
+/// 1 of file B, which is in a project. There are parents of every status. The ids of files, folders
+/// and projects are too long for the small-string optimisation, so that each copy of one needs an
+/// allocation.
 std::string wholeAssembly();
 
-/// A file, a folder and a project that are in it.
+/// The ids of a file, a folder and a project in `wholeAssembly`.
 inline const std::vector<std::string> wholeAssemblyIds{"urn:vrnk.dorlqa:dm.lineage:A",
                                                        "urn:vrnk.dorlqa:fs.folder:folderA", "1234567890123456"};

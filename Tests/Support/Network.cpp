@@ -25,7 +25,7 @@ void sendAgain(Connection& connection, const json& row, std::chrono::millisecond
         std::this_thread::sleep_for(pause);
 }
 
-// What the request of that number gets.
+// Returns the bytes that the row sends to the request with that number.
 std::string bytesFor(const json& row, std::size_t request, unsigned port, unsigned otherPort) {
     const json sends = row.value("sends", json(""));
     std::string bytes = bytesOf(sends.is_array() ? sends.at(request % sends.size()) : sends);
@@ -34,7 +34,8 @@ std::string bytesFor(const json& row, std::size_t request, unsigned port, unsign
     return bytes + std::string(row.value("fillMiB", std::size_t{0}) << 20, 'x');
 }
 
-// What the server does once it has read a request; `requests` counts those before it, and it too.
+// Does what the row says once the server has read a request. `requests` is the number of requests
+// before it, and is incremented for each.
 void respond(const json& row, Connection& connection, std::atomic<std::size_t>& requests, unsigned otherPort) {
     const std::chrono::milliseconds pause(row.value("pauseMs", 0));
     std::string bytes;
@@ -58,7 +59,7 @@ void respond(const json& row, Connection& connection, std::atomic<std::size_t>& 
         connection.cut();
 }
 
-// The next request's stream, 0 if there is none.
+// Reads the next request over HTTP/2 and returns its stream, or 0 if there is none.
 char readStream(Connection& connection) {
     constexpr char headers = 1;
     for (std::string frame = connection.read(9); frame.size() == 9; frame = connection.read(9)) {
@@ -69,7 +70,8 @@ char readStream(Connection& connection) {
     return 0;
 }
 
-// Over HTTP/2 each request gets the row's frames, which hold a type, flags and a payload.
+// Answers each request over HTTP/2 with the row's frames, each of which has a type, flags and a
+// payload.
 void respondInFrames(const json& row, Connection& connection) {
     const auto send = [&](const json& frame, char stream) {
         const std::string payload = bytesOf(frame.at(2));
@@ -99,7 +101,8 @@ void respondInFrames(const json& row, Connection& connection) {
     }
 }
 
-// OpenSSL reads its settings when it is first used: those of a system that permits everything.
+// OpenSSL reads its configuration when it is first used: here, that of a system that permits
+// everything.
 const auto permissive = scopedVariable("OPENSSL_CONF", TEST_SOURCES "/Support/permissive-openssl.cnf");
 
 } // namespace

@@ -4,8 +4,8 @@
 #include <fstream>
 #include <string>
 
-/// A memory field of this process's status, in bytes: what is resident ("VmRSS:"), of files ("RssFile:"), or
-/// was at the peak ("VmHWM:").
+/// Returns a memory field of this process's status, in bytes: the resident memory ("VmRSS:"), the
+/// part of it that maps files ("RssFile:"), or the peak of the resident memory ("VmHWM:").
 inline std::size_t memoryInUse(const std::string& field) {
     std::ifstream status("/proc/self/status");
     for (std::string line; std::getline(status, line);)

@@ -5,29 +5,30 @@
 #include <cstddef>
 #include <string>
 
-// What the tests look at, and change, of the process that they run in.
+// The state of the test process that tests inspect and change.
 
-/// What is open: files, connections and the like.
+/// The number of open descriptors: files, connections and the like.
 std::ptrdiff_t countDescriptors();
 
 std::ptrdiff_t countThreads();
 
-/// Waits until there are no more than before, for what may end a moment after it was told to.
+/// Expects that `count` returns no more than `before`, possibly after a short wait: threads and
+/// connections may take a moment to end.
 void expectNoMore(std::ptrdiff_t (*count)(), std::ptrdiff_t before);
 
-/// Bytes that the process has allocated and not released.
+/// The number of bytes that the process has allocated on the heap and not released.
 std::size_t heapInUse();
 
-/// Sets a variable of the environment, until the state is restored.
+/// Sets an environment variable, and unsets it at the end of the scope.
 Orvane::Testing::ScopedState scopedVariable(const char* name, const std::string& value);
 
-/// How much memory the process comes to use while this lives. Under a sanitizer, which keeps freed memory, there is
-/// nothing to see.
+/// Measures by how much the memory of the process grows while this object exists. Measures nothing
+/// under a sanitizer, which keeps freed memory.
 class PeakMemory {
 public:
     PeakMemory();
 
-    /// Bytes at the peak beyond those at the start.
+    /// The number of bytes in use at the peak beyond those at the start.
     std::size_t growth() const;
 
 private:

@@ -89,7 +89,8 @@ RawServer::RawServer(Serve serve, const std::optional<Identity>& identity)
     : serve_(std::move(serve)), isSecure_(identity.has_value()) {
     if (identity) {
         SSL_CTX_set_max_proto_version(context_.native_handle(), identity->maxVersion);
-        // Sessions go on by what the clients keep; a cache of them would grow.
+        // Clients resume sessions with the tickets that they keep; a cache on the server would only
+        // grow.
         SSL_CTX_set_session_cache_mode(context_.native_handle(), SSL_SESS_CACHE_OFF);
         if (identity->offersHTTP2)
             SSL_CTX_set_alpn_select_cb(context_.native_handle(), chooseHTTP2, nullptr);
@@ -109,7 +110,7 @@ RawServer::~RawServer() {
     error_code gone;
     isEnding_ = true;
     if (thread_.joinable()) {
-        tcp::socket(io_).connect(acceptor_.local_endpoint(), gone); // So that it accepts for the last time.
+        tcp::socket(io_).connect(acceptor_.local_endpoint(), gone); // Wakes up the thread that accepts.
         thread_.join();
     }
     std::unique_lock lock(mutex_);
@@ -137,7 +138,7 @@ void RawServer::run(std::unique_ptr<Connection> connection) {
         serve_(*connection);
     if (isSecure_)
         connection->stream_.shutdown(error);
-    // Under the lock to the end: without connections the server may be gone.
+    // Holds the lock to the end: once there are no connections, the server may be destroyed.
     const std::lock_guard lock(mutex_);
     connections_.erase(connection.get());
     connection.reset();

@@ -14,72 +14,75 @@
 #include <string_view>
 #include <thread>
 
-/// A loopback port whose connections get raw bytes, or nothing: also what a well-behaved server can't do. `serve` runs
-/// with each connection on a thread of its own, and the connection is closed after it. Without `serve` nobody accepts,
-/// and with one connection of its own waiting no other can even be made.
+/// A server on a loopback port that sends arbitrary bytes or nothing, including what no
+/// well-behaved server would send. Calls `serve` for each connection, on a thread per connection,
+/// and closes the connection afterwards. Without `serve`, it accepts no connections; one connection
+/// of its own fills the queue, so that no other can be established.
 class RawServer {
 public:
     class Connection {
     public:
-        /// The next request up to the empty line, as it came; empty if the client has gone.
+        /// Reads the next request up to the empty line, as received. Returns an empty text if the
+        /// client has disconnected.
         std::string readRequest();
 
-        /// As many bytes; fewer if the client has gone.
+        /// Reads `size` bytes, or fewer if the client disconnects.
         std::string read(std::size_t size);
 
-        /// False once the client has gone.
+        /// Returns false once the client has disconnected.
         bool send(std::string_view bytes);
 
         /// Ends the connection with a reset instead of an orderly close.
         void reset();
 
-        /// Ends it in order, but over TLS without the notification that belongs to it.
+        /// Closes the connection in an orderly way, but over TLS without the close_notify alert.
         void cut();
 
-        /// Whether TLS has gone on with the session of an earlier connection.
+        /// Whether TLS has resumed the session of an earlier connection.
         bool isResumed();
 
-        /// That of the server.
+        /// The server's port.
         unsigned port() const;
 
     private:
         friend class RawServer;
         Connection(boost::asio::ip::tcp::socket socket, RawServer& server);
 
-        // Calls `operation` with the stream to read from and write to.
+        // Calls `operation` with the stream to use: with or without TLS.
         template <class Operation>
         auto with(Operation operation);
 
-        boost::asio::ssl::stream<boost::asio::ip::tcp::socket> stream_; // Without TLS only the layer below is used.
+        boost::asio::ssl::stream<boost::asio::ip::tcp::socket> stream_; // Without TLS, only its next layer is used.
         RawServer& server_;
         std::string received_;
     };
 
-    /// What the server shows of itself over TLS.
+    /// How the server identifies itself over TLS.
     struct Identity {
         std::string certificate; ///< The path of a PEM file, as is the key.
         std::string key;
-        int maxVersion = 0; ///< The last version of TLS that it speaks, as OpenSSL counts them; 0 for any.
+        int maxVersion = 0; ///< The highest version of TLS that it supports, as OpenSSL numbers them; 0 for any.
         bool offersHTTP2 = false;
     };
 
     using Serve = std::function<void(Connection&)>;
 
-    /// It speaks TLS if it has an identity.
+    /// Uses TLS if there is an identity.
     explicit RawServer(Serve serve, const std::optional<Identity>& identity = {});
     RawServer(const RawServer&) = delete;
     RawServer& operator=(const RawServer&) = delete;
     ~RawServer();
 
-    /// With the address in numbers, or with the name for which the certificates of the tests are, with TLS.
+    /// The URL of `path` on this server: with the numeric address, or, over TLS, with the host name
+    /// in the test certificates.
     std::string url(const std::string& path) const;
 
     unsigned port() const;
 
-    /// The first requests that have come, as they came.
+    /// The first requests, as received.
     std::string received() const;
 
-    /// How many connections were open at most at the same time.
+    /// The highest number of connections that were open at the same time.
     std::size_t mostConnections() const;
 
 private:
@@ -103,16 +106,16 @@ private:
 
 namespace Serving {
 
-/// A response of that body.
+/// Returns a response with that body.
 std::string ok(const std::string& body);
 
-/// Answers each request with what `respond` makes of it.
+/// Answers each request with what `respond` returns for it.
 RawServer::Serve with(std::function<std::string(const std::string& request)> respond);
 
 /// Answers each request with an empty object.
 void well(RawServer::Connection& connection);
 
-/// Says nothing until the client goes away.
+/// Sends nothing until the client disconnects.
 void silently(RawServer::Connection& connection);
 
 } // namespace Serving

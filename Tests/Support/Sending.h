@@ -9,13 +9,13 @@
 #include <utility>
 #include <vector>
 
-// What the tests of the client send, and how they wait for it.
+// Requests that the tests of the client send, and functions that wait for the responses.
 inline const std::string token = "secret-token";
 
 inline Qx::CurlHTTPClientOptions clientOptions() {
     Qx::CurlHTTPClientOptions made;
     made.token = token;
-    made.maxRetries = 0; // Most faults are there to be seen.
+    made.maxRetries = 0; // So that most faults are visible as failures.
     return made;
 }
 
@@ -30,7 +30,7 @@ inline Qx::HTTPRequest makeRequest(const std::string& url, Qx::HTTPRequest::Exec
     return request;
 }
 
-/// Sends the request, with a callback of its own, and gives its response.
+/// Sends the request, with its callback replaced, and returns its response.
 inline Qx::HTTPResponse send(Qx::IHTTPClient& client, Qx::HTTPRequest request) {
     std::promise<Qx::HTTPResponse> answered;
     request.setCallback([&](const Qx::HTTPResponse& response) { answered.set_value(response); });
@@ -50,7 +50,7 @@ inline std::vector<Qx::HTTPResponse> sendAll(Qx::IHTTPClient& client, std::vecto
     return answered.get_future().get();
 }
 
-/// How many requests there are in what a server has received.
+/// Returns the number of requests in what a server has received.
 inline int countExchanges(std::string_view requests) {
     constexpr std::string_view end = " HTTP/1.1\r\n";
     int count = 0;

@@ -5,15 +5,16 @@
 #include <gtest/gtest.h>
 #include <new>
 
-/// How an operation ended of which one allocation was to fail.
+/// How an operation ended in which one allocation was made to fail.
 struct WithoutMemory {
-    bool hasFailed = false; ///< Whether the operation came as far as that allocation.
-    bool hasThrown = false; ///< Whether `std::bad_alloc` came out of it.
+    bool hasFailed = false; ///< Whether the operation reached that allocation.
+    bool hasThrown = false; ///< Whether the operation threw `std::bad_alloc`.
 };
 
-/// Calls `attempt` with a function that runs an operation with one allocation failing: first the operation's first,
-/// then its second, and so on until it gets all that it asks for. Returns how many there were. What is made once in a
-/// process is made before the first, and no attempt may leak.
+/// Calls `attempt` repeatedly, with a function that runs an operation while one allocation fails:
+/// at first the operation's first, then its second, and so on until none fails. Returns the number
+/// of allocations. A run without failures comes first, for what is allocated once per process. No
+/// attempt may leak.
 template <class Attempt>
 std::size_t failEachAllocation(Attempt attempt) {
     attempt([](auto operation) {
@@ -39,7 +40,7 @@ std::size_t failEachAllocation(Attempt attempt) {
     }
 }
 
-/// The same for an operation that has to throw whenever it gets less than it asks for.
+/// Does the same for an operation that has to throw whenever an allocation fails.
 template <class Operation>
 std::size_t expectThrownEachTime(Operation operation) {
     return failEachAllocation([&](auto run) {

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# make-certificates.sh FOLDER: two authorities, and server certificates that the first has signed, each as NAME.pem with
-# NAME.key: good (for localhost and 127.0.0.1), expired, other-host; and one that nobody else has signed, self-signed.
-# All but one are valid for ten years, since a build folder may be old.
+# make-certificates.sh FOLDER: creates certificates NAME.pem, each with its key NAME.key: two
+# authorities, `authority` and `other-authority`; server certificates signed by the first, `good`
+# (for localhost and 127.0.0.1), `expired` and `other-host`; and `self-signed`. All except `expired`
+# are valid for ten years, since a build folder may be old.
 set -Eeuo pipefail
 mkdir -p "$1"
 cd "$1"
@@ -15,7 +16,8 @@ for name in authority other-authority self-signed; do
     -keyout "$name.key" -out "$name.pem"
 done
 
-# sign NAME HOST DAYS [ADDRESS]: less than no days is a certificate that has expired.
+# sign NAME HOST DAYS [ADDRESS]: creates a server certificate. With a negative DAYS, it has already
+# expired.
 sign() {
   openssl req -new "${new_key[@]}" -subj "/CN=$2" -keyout "$1.key" -out "$1.csr"
   openssl x509 -req -in "$1.csr" -CA authority.pem -CAkey authority.key -CAcreateserial -days "$3" \

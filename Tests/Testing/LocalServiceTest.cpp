@@ -14,12 +14,12 @@ namespace asio = boost::asio;
 using Orvane::Testing::LocalService;
 using Orvane::Testing::PreparedAnswers;
 
-TEST(LocalService, IsNotMadeWithoutAFreePort) {
+TEST(LocalService, ConstructorThrowsIfThePortIsTaken) {
     const LocalService service(PreparedAnswers::sample(), "t", 0);
     EXPECT_THROW(LocalService(PreparedAnswers::sample(), "t", service.port()), std::runtime_error);
 }
 
-// A client that sends what it likes and reads until the connection ends.
+// A client that sends arbitrary bytes and reads until the connection ends.
 class RawClient {
 public:
     explicit RawClient(int port) {
@@ -40,7 +40,7 @@ private:
     asio::ip::tcp::socket socket_{io_};
 };
 
-TEST(LocalService, AnswersWhatIsAskedAndRefusesTheRest) {
+TEST(LocalService, AnswersValidRequestsAndRefusesOthers) {
     PreparedAnswers answers;
     answers.add(Qx::HTTPRequest::Method::GET, "/a",
                 Qx::HTTPResponse(418, "body", {{"X", "1"}, {"X", "2"}, {"Y", "\n"}}));

@@ -1,4 +1,5 @@
-// What an application tests itself with: prepared answers, recorded ones, and the state that a test changes.
+// Tests of the testing library: prepared answers, recorded ones, and scoped changes to the state of
+// the process.
 
 #include "Base/QxBaseCore10/ApplicationOptions.h"
 #include "Base/QxBaseCore10/JSONNode.h"
@@ -23,7 +24,7 @@ using Method = Qx::HTTPRequest::Method;
 using FailureKind = Qx::HTTPResponse::FailureKind;
 using Qx::HTTPResponse;
 
-// There once it has come.
+// The response, once there is one.
 using Kept = std::shared_ptr<std::optional<HTTPResponse>>;
 
 Kept send(Qx::IHTTPClient& client, const std::string& url, Method method = Method::GET) {
@@ -37,7 +38,7 @@ Kept send(Qx::IHTTPClient& client, const std::string& url, Method method = Metho
     return kept;
 }
 
-TEST(Endpoint, IsKnownByMethodAndURL) {
+TEST(Endpoint, IsRecognisedByMethodAndURL) {
     using Found = std::optional<Endpoint>;
     EXPECT_EQ(Endpoint::of(Method::GET, "https://h/x/folders/urn:f/content?a=b"),
               (Found{{Kind::FOLDER_CONTENTS, "urn:f"}}));
@@ -50,7 +51,7 @@ TEST(Endpoint, IsKnownByMethodAndURL) {
         EXPECT_EQ(Endpoint::of(Method::GET, other), std::nullopt) << other;
 }
 
-TEST(PreparedHTTPClient, AnswersAtOnceOrWhenItMay) {
+TEST(PreparedHTTPClient, AnswersAtOnceOrWhenTheTestLetsIt) {
     PreparedAnswers answers;
     answers.add({Kind::FOLDER_CONTENTS, "f"}, HTTPResponse(200, "<html>", {{"X-Odd", "1"}}));
     answers.add(Method::POST, "/other", HTTPResponse::transportFailure(FailureKind::TIMEOUT, "late"));
@@ -98,7 +99,7 @@ protected:
     RecordingTest() { std::filesystem::remove_all(folder); }
     ~RecordingTest() override { std::filesystem::remove_all(folder); }
 
-    // All that was written.
+    // Returns everything that was recorded.
     std::string recorded() const {
         std::ostringstream all;
         for (const auto& entry : std::filesystem::directory_iterator(folder))
@@ -110,7 +111,7 @@ protected:
         std::filesystem::temp_directory_path() / u8"recording \u9F7F\u8F6E" / std::to_string(getpid());
 };
 
-TEST_F(RecordingTest, KeepsEachExchangeAsItWasWithoutSecretsAndReplaysIt) {
+TEST_F(RecordingTest, RecordsEachExchangeUnchangedExceptSecretsAndReplaysIt) {
     const std::string odd("\xFF\0 cut {", 8);
     const auto inner = std::make_shared<PreparedHTTPClient>();
     RecordingHTTPClient client(inner, folder);
@@ -158,7 +159,7 @@ TEST_F(RecordingTest, MakesUpNamesOfTheSameKind) {
                   R"("files":["urn:made-up:9"],)");
 }
 
-TEST_F(RecordingTest, KeepsAllOfSeveralRecordersInTheirOrder) {
+TEST_F(RecordingTest, KeepsTheExchangesOfSeveralRecordersInOrder) {
     for (const char* body : {"first", "second"}) {
         RecordingHTTPClient client(std::make_shared<PreparedHTTPClient>(HTTPResponse(200, body)), folder);
         RecordingHTTPClient other(std::make_shared<PreparedHTTPClient>(HTTPResponse(200, "other")), folder);
@@ -174,13 +175,13 @@ TEST_F(RecordingTest, KeepsAllOfSeveralRecordersInTheirOrder) {
     EXPECT_EQ(recorded().find("s3cret"), std::string::npos);
 }
 
-TEST_F(RecordingTest, GoesOnWhereItCantWrite) {
+TEST_F(RecordingTest, PassesRequestsOnEvenIfItCannotWrite) {
     RecordingHTTPClient client(std::make_shared<PreparedHTTPClient>(HTTPResponse(200, "{}")), "/dev/null/nothing");
     EXPECT_EQ(send(client, "https://h/")->value().getStatus(), 200);
     EXPECT_NE(client.problem(), "");
 }
 
-TEST(ScopedState, RestoresWhatWasBeforeAndWaitsForEvents) {
+TEST(ScopedState, RestoresThePreviousStateAndWaitsForEvents) {
     const auto options = Qx::ApplicationOptions::get("scoped");
     options->set(L"orvaneV3ServiceUrl", L"before");
     {

@@ -1,4 +1,4 @@
-// What requests and responses do beyond what Tests/Cases/requests.json shows.
+// Tests of requests and responses in addition to Tests/Cases/requests.json.
 
 #include "Base/QxBase10/HTTPRequest.h"
 #include "Base/QxBase10/HTTPResponse.h"
@@ -13,7 +13,7 @@ namespace {
 using Qx::HTTPRequest;
 using Qx::HTTPResponse;
 
-TEST(HTTPRequest, StartsEmptyInTheCallingThreadWithoutAuthentication) {
+TEST(HTTPRequest, DefaultsToAnUnauthenticatedGetInTheCallingThread) {
     const HTTPRequest request(BOOST_CURRENT_LOCATION);
     EXPECT_EQ(request.getURL() + request.getThreadName(), "");
     EXPECT_TRUE(request.getHeaders().empty());
@@ -23,7 +23,7 @@ TEST(HTTPRequest, StartsEmptyInTheCallingThreadWithoutAuthentication) {
     EXPECT_EQ(request.executionType, HTTPRequest::ExecutionType::CALLING_THREAD);
 }
 
-TEST(HTTPResponse, HoldsItsBodyOnceAndNoneAfterAFailure) {
+TEST(HTTPResponse, SharesItsBodyWithCopiesAndHasNoneAfterAFailure) {
     std::string body(1000, 'x');
     body.reserve(body.size() + HTTPResponse::padding);
     const char* bytes = body.data();

@@ -1,4 +1,4 @@
-// What a node does beyond what Tests/Cases/values.json shows.
+// Tests of JSON nodes in addition to Tests/Cases/values.json.
 
 #include "Base/QxBaseCore10/JSONNode.h"
 
@@ -17,12 +17,12 @@ bool parses(const std::string& text) {
     return JSONNode::parse(text, status).has_value();
 }
 
-// Arrays in one another, with `innermost` in the last.
+// Returns nested arrays with `innermost` in the innermost one.
 std::string nested(std::size_t levels, const std::string& innermost = "") {
     return std::string(levels, '[') + innermost + std::string(levels, ']');
 }
 
-TEST(JSONNode, TakesTextOfManyMegabytesAndLevelsButNoMoreThan1024) {
+TEST(JSONNode, ParsesManyMegabytesAndAtMost1024Levels) {
     const std::string filler(std::size_t{34} << 20, 'x');
     const JSONNode node("{\"a\":\"" + filler + "\",\"b\":1}");
     EXPECT_EQ(node["a"].asHString("").size(), filler.size());
@@ -32,8 +32,8 @@ TEST(JSONNode, TakesTextOfManyMegabytesAndLevelsButNoMoreThan1024) {
     EXPECT_FALSE(parses(nested(1025)) || parses(nested(1024, "1")) || parses(nested(1'000'000)));
 }
 
-// In 16 bits it is a pair.
-TEST(Strings, HoldACharacterBeyondTheFirstPlaneAsTheSystemDoes) {
+// With a wchar_t of 16 bits, it is a surrogate pair.
+TEST(Strings, RepresentACharacterBeyondTheFirstPlaneAsTheSystemDoes) {
     std::wstring wide;
     JSONNode(R"({"a":"\ud83d\ude00!"})")["a"].get(wide);
     EXPECT_EQ(wide, L"\U0001F600!");
@@ -42,7 +42,7 @@ TEST(Strings, HoldACharacterBeyondTheFirstPlaneAsTheSystemDoes) {
     EXPECT_EQ(Qx::ToHString(std::wstring{0xD83D, L'!'}), "\xEF\xBF\xBD!") << "half of one";
 }
 
-TEST(JSONNode, RefusesWhatIsNoJSONBesideWhatIsOnlyOdd) {
+TEST(JSONNode, RejectsInvalidJSONEvenNextToOddValues) {
     for (const char* text : {"[01e999]",         "[-]",         "[1.2.3e999]",  "[1.e999]",
                              "[1e999 1]",        "[1e999\"\"]", "{1e999:1}",    "{1e999 :1}",
                              "[tru1e999]",       "[1e999\xE5]", "[1e999,]",     "[\xFF]",
@@ -54,7 +54,7 @@ TEST(JSONNode, RefusesWhatIsNoJSONBesideWhatIsOnlyOdd) {
     EXPECT_FALSE(parses(nested(1024, "1e999")) || parses(nested(1024, "\"\xFF\"")));
 }
 
-TEST(JSONNode, FindsEachKeyWhateverItFoundBefore) {
+TEST(JSONNode, FindsEachKeyWhateverWasLookedUpBefore) {
     JSONNode node(R"({"a":"b","b":"1","b":"2","c":"3"})");
     EXPECT_TRUE(node.exists("b"));
     EXPECT_EQ(node["b"].asHString(""), "1");
@@ -71,7 +71,7 @@ TEST(JSONNode, FindsEachKeyWhateverItFoundBefore) {
     EXPECT_EQ(node["b"].asHString(""), "4");
 }
 
-TEST(JSONNode, ChildrenOutliveTheNodeTheyCameFrom) {
+TEST(JSONNode, ChildrenOutliveTheirParent) {
     JSONNode child;
     {
         const JSONNode root(R"({"a":{"b":"text that is longer than a short string"}})");
@@ -84,8 +84,8 @@ TEST(JSONNode, ChildrenOutliveTheNodeTheyCameFrom) {
     EXPECT_FALSE(child.exists("b")) << "a moved-from node is null";
 }
 
-// The parser's values are kept as their bits, so its layout must not change.
-TEST(JSONElement, ComesBackFromItsPlace) {
+// The parser's values are stored as raw bits, so their layout must not change.
+TEST(JSONElement, RoundTripsThroughAJSONPlace) {
     using namespace Qx::Detail;
     simdjson::dom::parser parser;
     const simdjson::dom::array values =

@@ -27,7 +27,7 @@ using ExecutionType = Qx::HTTPRequest::ExecutionType;
 static_assert(!std::is_default_constructible_v<Qx::Orvanedm>);
 static_assert(std::has_virtual_destructor_v<Qx::Orvanedm>);
 
-// All that a request says, in the order of the common form; the callback and the location aside.
+// Returns everything in a request except its callback and location, in one line.
 std::string describe(const Qx::HTTPRequest& request) {
     std::string text = request.getMethod() == Qx::HTTPRequest::Method::POST ? "POST " : "GET ";
     text += request.getURL();
@@ -70,7 +70,7 @@ protected:
     const FolderContentLink link = FolderContentLink::fromUrn("an.urn", "set");
     CapturedEvents events;
     std::optional<bool> success;
-    std::string given; // What the callback got: the contents, or the document's generation and id.
+    std::string given; // What the callback received: the contents, or the document's generation and id.
     Qx::Orvanedm::FolderContentsCallback keepContents = [this](bool succeeded, const Qx::JSONNode& node) {
         success = succeeded;
         given = node.toText();
@@ -113,7 +113,7 @@ TEST_F(OrvanedmTest, SendsAndAnswersAsTheCasesSay) {
     }
 }
 
-TEST_F(OrvanedmTest, BaseUrisAreReadAnewAndEmptyWhereUnset) {
+TEST_F(OrvanedmTest, BaseUrisAreReadOnEachCallAndEmptyIfUnset) {
     EXPECT_EQ(Qx::Orvanedm::baseOrvanedmUri() + Qx::Orvanedm::baseOrvanedmUri_V3(), "");
     const ScopedState current = scopedCurrentOptions("set");
     EXPECT_EQ(Qx::Orvanedm::baseOrvanedmUri(), "https://first/orvanedm");
@@ -129,7 +129,7 @@ TEST_F(OrvanedmTest, BaseUrisAreReadAnewAndEmptyWhereUnset) {
     EXPECT_EQ(value, L"https://moved") << "what is not set leaves it alone";
 }
 
-TEST_F(OrvanedmTest, RequestsSayWhereTheyWereFormed) {
+TEST_F(OrvanedmTest, RequestsSayWhereTheyWereBuilt) {
     for (const char* operation : {"folder", "status", "access"})
         send(orvanedm, {{"operation", operation}});
     std::set<std::uint_least32_t> lines;
@@ -144,7 +144,7 @@ TEST_F(OrvanedmTest, RequestsSayWhereTheyWereFormed) {
     EXPECT_EQ(lines.size(), 3U);
 }
 
-TEST_F(OrvanedmTest, AsyncCountsWhenARequestIsFormedAndIsEachCopysOwn) {
+TEST_F(OrvanedmTest, AsyncAppliesWhenARequestIsBuiltAndCopiesHaveTheirOwn) {
     Qx::Orvanedm copy = orvanedm;
     copy.setAsync(true);
     Qx::Orvanedm assigned(nullptr, "other");
@@ -170,18 +170,18 @@ TEST_F(OrvanedmTest, AsyncCountsWhenARequestIsFormedAndIsEachCopysOwn) {
     EXPECT_EQ(answered, 3U);
 }
 
-TEST_F(OrvanedmTest, ACallbackThatThrowsKeepsTheEventFromGoingOutAndLeavesTheClientUsable) {
+TEST_F(OrvanedmTest, ACallbackThatThrowsSuppressesTheEventAndLeavesTheClientUsable) {
     const auto refuse = [](bool, const auto&) { throw std::runtime_error("no"); };
     orvanedm.getFullAssemblyStatus("v", refuse, "ACTUAL", L"");
     EXPECT_THROW(answer(200, "{}"), std::runtime_error);
     EXPECT_TRUE(events.all().empty());
-    Qx::Orvanedm(orvanedm).getFullAssemblyStatus("v", keepDocument, "ACTUAL", L""); // The callback outlives it.
+    Qx::Orvanedm(orvanedm).getFullAssemblyStatus("v", keepDocument, "ACTUAL", L""); // The callback outlives the copy.
     answer(200, "{}");
     EXPECT_EQ(success, true);
     EXPECT_EQ(events.all().size(), 1U);
 }
 
-TEST_F(OrvanedmTest, NestingTakesNoStack) {
+TEST_F(OrvanedmTest, NestingUsesNoStack) {
     constexpr std::size_t million = 1'000'000;
     const auto nested = [](std::size_t levels) { return std::string(levels, '[') + std::string(levels, ']'); };
     const std::vector<std::pair<std::string, bool>> bodies{{nested(1024), true},

@@ -1,5 +1,5 @@
-// What records and documents do beyond reading and answering, which Tests/Cases shows; V3 documents are moved in
-// Fuzz/AssemblyFuzzer.cpp.
+// Tests of records and documents, except for reading and queries, which Tests/Cases covers.
+// Fuzz/AssemblyFuzzer.cpp tests how V3 documents are moved.
 
 #include "Base/QxBaseCore10/JSONNode.h"
 #include "Tests/Support/Answers.h"
@@ -33,13 +33,13 @@ const JSONNode wholeFolder(R"({"id":"f","type":"folders","links":{"self":"/f"},"
     "visible":true,"status":"Active","containerType":"FOLDER","me":{"isMember":"true","membership":"M",
     "allowed-actions":["view"]}})");
 
-TEST(Records, AreCalledWhatTheServiceCallsThem) {
+TEST(Records, DataTypesAreTheServicesNames) {
     EXPECT_EQ(FilesData::dataType() + ' ' + FolderData::dataType() + ' ' + ProjectData::dataType() + ' ' +
                   RelationshipData::dataType() + ' ' + VersionData::dataType(),
               "files folders projects relationships versions");
 }
 
-TEST(Records, InitOverwritesOnlyWhatTheNodeCarries) {
+TEST(Records, InitOverwritesOnlyWhatTheNodeContains) {
     Data data;
     Links links;
     for (const char* node : {R"({"id":"an-id","type":"files","self":"/here"})", R"({"type":"folders"})",
@@ -51,7 +51,7 @@ TEST(Records, InitOverwritesOnlyWhatTheNodeCarries) {
     EXPECT_EQ(data.getType(), "folders");
 }
 
-TEST(Records, MovingLeavesTheSourcesTextsEmptyAndItsOtherFields) {
+TEST(Records, MovingEmptiesTheSourcesTextsAndKeepsItsOtherFields) {
     ProjectData project(JSONNode(R"({"id":"p","type":"projects","name":"n","visible":true,"status":"Inactive"})"));
     Json all = describe(project);
     EXPECT_EQ(describe(ProjectData(std::move(project))), all);
@@ -59,7 +59,8 @@ TEST(Records, MovingLeavesTheSourcesTextsEmptyAndItsOtherFields) {
     EXPECT_EQ(describe(project), all);
 }
 
-// What a change makes of a record: one field has another value, which counts for equality or does not.
+// A change to a record: one field gets another value, after which the record compares equal to the
+// original or not.
 template <class Record>
 struct Change {
     const char* field;
@@ -78,7 +79,7 @@ Record changed(const Record& record, const Change<Record>& change) {
     return made;
 }
 
-TEST(ProjectData, SettersReplaceOneFieldEach) {
+TEST(ProjectData, EachSetterReplacesOneField) {
     const ProjectData whole(JSONNode(R"({"id":"p","type":"projects","links":{"self":"/x"},"name":"x","parent":"x",
         "visible":false,"status":"Active","me":{"membership":"x","role":"x"},"communityType":"x"})"));
     for (const Change<ProjectData>& change : std::initializer_list<Change<ProjectData>>{
@@ -97,12 +98,12 @@ TEST(ProjectData, SettersReplaceOneFieldEach) {
         changed(whole, change);
 }
 
-TEST(FilesData, SetterReplacesTheParentsType) {
+TEST(FilesData, SetterReplacesTheParentType) {
     const FilesData file(JSONNode(R"({"type":"files","parent":{"type":"folders","id":"p"}})"));
     changed(file, {"parentType", "PROJECT", [](FilesData& made) { made.setParentType(ContainerType::PROJECT); }});
 }
 
-TEST(FolderData, SettersReplaceOneFieldEachAndEqualityLooksAtSeven) {
+TEST(FolderData, EachSetterReplacesOneFieldAndEqualityComparesSeven) {
     const FolderData folder(wholeFolder);
     for (const Change<FolderData>& change : std::initializer_list<Change<FolderData>>{
              {"id", "x", [](auto& f) { f.setId("x"); }},
@@ -120,7 +121,7 @@ TEST(FolderData, SettersReplaceOneFieldEachAndEqualityLooksAtSeven) {
         EXPECT_EQ(changed(folder, change) == folder, change.isEqual) << change.field;
 }
 
-TEST(FolderData, AssignmentLeavesTheTargetsLinkAndMembership) {
+TEST(FolderData, AssignmentKeepsTheTargetsLinkAndMembership) {
     const FolderData source(wholeFolder);
     Json expected = describe(source);
     EXPECT_EQ(describe(FolderData(source)), expected) << "the copy constructor takes all";
@@ -163,8 +164,8 @@ TEST(FullAssemblyDataV3, CopiesShareRelationshipsButNotProjects) {
     EXPECT_NE(copy.getProject(wholeAssemblyIds.back()), source.getProject(wholeAssemblyIds.back()));
 }
 
-// Each file's project was once searched among all: an answer of 11 MB kept the query busy for 42 seconds.
-TEST(FullAssemblyData, FindsTheProjectsOfManyFilesInTime) {
+// The query once searched all projects for each file, which took 42 seconds for an answer of 11 MB.
+TEST(FullAssemblyData, FindsTheProjectsOfManyFilesQuickly) {
     std::string files;
     std::string projects;
     for (int i = 100'000; i < 130'000; ++i) {
@@ -179,7 +180,7 @@ TEST(FullAssemblyData, FindsTheProjectsOfManyFilesInTime) {
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
 }
 
-// A host's locale that groups every digit and has words of its own for flags.
+// An application's locale that groups every digit and has its own words for booleans.
 struct GroupedNumbers : std::numpunct<wchar_t> {
     std::string do_grouping() const override { return "\1"; }
     std::wstring do_truename() const override { return L"wahr"; }

@@ -1,4 +1,4 @@
-// What may run at the same time: for the thread sanitizer above all.
+// Tests of what may run at the same time, mainly for the thread sanitizer.
 
 #include "Base/QxBaseCore10/JSONNode.h"
 #include "Server/Orvane/FolderContentLink.h"
@@ -30,7 +30,7 @@ void runOnEight(const std::function<void()>& work) {
         thread.join();
 }
 
-TEST(Threads, MayReadOneNodeAndAskOneDocumentEverything) {
+TEST(Threads, MayReadOneNodeAndQueryOneDocumentAtTheSameTime) {
     const Qx::JSONNode node(R"({"a":"1","b":"2"})");
     const FullAssemblyDataV3 document{Qx::JSONNode(wholeAssembly())};
     const Json expected = answersOf(document, wholeAssemblyIds);
@@ -49,7 +49,7 @@ TEST(Threads, MayReadOneNodeAndAskOneDocumentEverything) {
     EXPECT_EQ(wrong, 0);
 }
 
-TEST(Threads, MayFormRequestsWhileSettingsChange) {
+TEST(Threads, MaySendRequestsWhileSettingsChange) {
     const auto http = std::make_shared<PreparedHTTPClient>(Qx::HTTPResponse(200, wholeAssembly()));
     Qx::Orvanedm client(http, "threads");
     std::atomic<bool> isDone = false;

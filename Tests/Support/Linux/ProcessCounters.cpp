@@ -22,7 +22,8 @@ std::ptrdiff_t countDescriptors() {
 }
 
 std::ptrdiff_t countThreads() {
-    // A sanitizer starts one of its own with the first, and one that has been joined may still be listed.
+    // A sanitizer starts a thread of its own with the first one, and a thread that was joined may
+    // still be listed.
     std::string first;
     std::thread([&] { first = "/proc/self/task/" + std::to_string(gettid()); }).join();
     while (std::filesystem::exists(first))

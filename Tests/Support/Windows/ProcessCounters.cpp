@@ -35,7 +35,7 @@ std::ptrdiff_t countThreads() {
 }
 
 std::size_t heapInUse() {
-    return 0; // A process's heaps tell only what they have from the system.
+    return 0; // The heaps of a process report only how much memory they have obtained from the system.
 }
 
 Orvane::Testing::ScopedState scopedVariable(const char* name, const std::string& value) {
@@ -45,7 +45,8 @@ Orvane::Testing::ScopedState scopedVariable(const char* name, const std::string&
 
 PeakMemory::PeakMemory() : start_(memory().WorkingSetSize) {}
 
-// What is in use now, since the peak is that of the whole life of the process.
+// Uses the current memory, because the peak that Windows reports is that of the whole lifetime of
+// the process.
 std::size_t PeakMemory::growth() const {
     return std::max<std::size_t>(memory().WorkingSetSize, start_) - start_;
 }
