@@ -137,7 +137,7 @@ void addAssembly(CLI::App& app, CommandLine& commandLine) {
 
 void addAccess(CLI::App& app, CommandLine& commandLine) {
     CLI::App* access =
-        addCommand(app, commandLine, Command::ACCESS, "access", "Ask for access to the full assembly of a file version",
+        addCommand(app, commandLine, Command::ACCESS, "access", "Request access to the full assembly of a file version",
                    "'urn:vrnk.dorlqa:fs.file:gearbox-asm?version=7'");
     access->add_option("VERSION-URN", commandLine.urns, "URN of the file version")
         ->required()

@@ -5,17 +5,17 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-./scripts/build.sh interface
+./scripts/build.sh packages
 record=Tests/Project/Interface
 described=$(mktemp -d)
 trap 'rm -rf "$described"' EXIT
 changed=0
 # Types that no installed header declares may change freely.
-cmake --install build/interface --prefix "$described/installed" >/dev/null
+cmake --install build/packages --prefix "$described/installed" >/dev/null
 for library in Base/libQxBaseCore10 Base/libQxBase10 Server/libQxOrvaneDM10 HTTPClient/libQxHTTPClient10; do
   name=${library##*/}
   abidw --headers-dir "$described/installed/include" --drop-private-types --exported-interfaces-only --no-corpus-path --no-comp-dir-path --no-show-locs --no-parameter-names \
-    --type-id-style hash --out-file "$described/$name.abi" "build/interface/$library.so"
+    --type-id-style hash --out-file "$described/$name.abi" "build/packages/$library.so"
   if grep -nE "='/" "$described/$name.abi"; then
     echo "$name: the description contains a path of this machine; see CMakePresets.json" >&2
     exit 1

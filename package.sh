@@ -1,0 +1,13 @@
+#!/usr/bin/env bash
+# Installs missing packages, builds Debian packages into build/packages/debian, and checks them.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")"
+
+./scripts/set-up.sh package
+# Debian's flags, which harden the code and keep the path of the build out of it.
+eval "$(DEB_BUILD_MAINT_OPTIONS=hardening=+all dpkg-buildflags --export=sh)"
+export CXXFLAGS="$CXXFLAGS $CPPFLAGS"
+./scripts/build.sh packages
+rm -f build/packages/debian/*.*deb
+cpack --config build/packages/CPackConfig.cmake
+lintian --fail-on error,warning build/packages/debian/*.deb
