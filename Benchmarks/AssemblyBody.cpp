@@ -41,7 +41,7 @@ private:
     void appendArray(std::string_view key, std::size_t count, Append append);
 
     const std::size_t files_;
-    // The C++ standard fixes its sequence, so that bodies are the same everywhere.
+    // The C++ standard defines its sequence, so bodies are the same everywhere.
     std::mt19937_64 random_;
     std::vector<std::string> fileIds_;
     std::vector<std::string> versionIds_;
@@ -85,7 +85,7 @@ std::string Generator::makeName() {
     return fmt::format("{} {}", word, 1000 + below(9000));
 }
 
-// Members that the library does not read, about `bytes` long; a description fills them up.
+// Returns members that the library does not read, padded with a description to about `bytes` bytes.
 std::string Generator::membersNobodyReads(std::size_t bytes) {
     const std::array<std::string, 7> members{
         fmt::format(R"("createTime":"2026-0{}-1{}T08:30:00.0000000Z")", 1 + below(9), below(10)),

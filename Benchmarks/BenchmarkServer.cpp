@@ -37,7 +37,7 @@ asio::awaitable<void> sendSmall(tcp::socket& socket) {
 }
 
 // Holds back the last bytes, which contain the time at which they are sent, until the client must
-// have read all others.
+// have read all the others.
 asio::awaitable<void> sendLarge(tcp::socket& socket) {
     const std::string most =
         fmt::format("HTTP/1.1 200 OK\r\nContent-Length: {}\r\n\r\n{:x<{}}", BenchmarkServer::largeBodyBytes, "",

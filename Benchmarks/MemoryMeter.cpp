@@ -24,7 +24,8 @@ MemoryUse measure(const std::function<void()>& code) {
     const Allocations allocations;
     code();
     const std::int64_t made = allocations.made();
-    // Pages of the program's own files that were loaded meanwhile do not count as use by the code.
+    // Pages of the program's own files that were loaded in the meantime are not memory that the
+    // code uses.
     const std::size_t program = memoryInUse("RssFile:") - programBefore;
     return {made, static_cast<std::int64_t>(std::max(memoryInUse("VmHWM:"), before) - before - program)};
 }

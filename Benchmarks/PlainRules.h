@@ -10,7 +10,7 @@ namespace OrvaneBenchmarks {
 
 inline constexpr std::string_view configuration = "Configuration"; ///< A kind of file.
 inline constexpr std::string_view viewer = "VIEWER";               ///< A role.
-inline constexpr std::string_view controlled = "CONTROLLED";       ///< A type of community.
+inline constexpr std::string_view controlled = "CONTROLLED";       ///< A community type.
 
 ContainerType containerTypeOf(std::string_view text);
 ContainerStatus containerStatusOf(std::string_view text);

@@ -44,8 +44,8 @@ const Subject& subjectOf(std::size_t files) {
     return subjects.try_emplace(files, files).first->second;
 }
 
-// Returns how often copying the result allocates: 0 for a pointer, which refers to what the
-// document owns.
+// Returns the number of allocations that copying the result takes: 0 for a pointer, which refers to
+// what the document owns.
 template <class Result>
 double allocationsToCopy(const Result& result) {
     if constexpr (std::is_pointer_v<Result> || std::is_null_pointer_v<Result>)

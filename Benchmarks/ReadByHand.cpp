@@ -65,7 +65,7 @@ void readMembers(const element& object, KeysAndDestinations&&... fields) {
         assignTo(member.key, member.value, fields...);
 }
 
-// Returns a function that reads the one text that is needed from an object.
+// Returns a function that reads, from an object, the only text that is needed.
 auto textUnder(std::string_view key, std::string& destination) {
     return [key, &destination](const element& object) { readMembers(object, key, destination); };
 }

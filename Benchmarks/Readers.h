@@ -14,10 +14,10 @@ namespace OrvaneBenchmarks {
 Orvane::Payloads::FullAssemblyDataV3 readWithLibrary(const Qx::HTTPResponse& response);
 
 /// Reads in one pass over the values of simdjson's DOM, written by hand for just these records: the
-/// yardstick for the library. Throws if a value is of an unexpected type.
+/// baseline for the library. Throws if a value is of an unexpected type.
 PlainAssembly readByHand(const Qx::HTTPResponse& response);
 
-/// Reads with nlohmann::json, by reference, as many would write it.
+/// Reads with nlohmann::json, by reference, as typical application code would.
 PlainAssembly readWithNlohmann(const Qx::HTTPResponse& response);
 
 /// The second half of `readWithNlohmann`: reads records from any JSON.

@@ -1,5 +1,5 @@
-// Feeds arbitrary bytes to the library as the service's answer. Either the documents of both
-// generations are read, or neither is. They and their copies must answer every query as the plain
+// Feeds arbitrary bytes to the library as the service's answer. Either the documents of both API
+// versions are read, or neither is. They and their copies must answer every query as the plain
 // reader does.
 
 #include "Base/QxBaseCore10/Strings.h"
@@ -57,19 +57,21 @@ void checkMoves(const FullAssemblyDataV3& document, const Expected& expected) {
     second = std::move(itself);
     FullAssemblyDataV3 target;
     target = std::move(second);
-    requireAnswers(target, expected, "a document that is copied, and moved, to itself too, answers as it did");
+    requireAnswers(target, expected, "copying and moving a document, even to itself, preserves its answers");
     for (const FullAssemblyDataV3* left : {&first, &second}) {
         require(left->getAllRelationships().empty() && left->getDirectReferencedFiles().empty(),
-                "a move leaves nothing");
-        require(left->getId() == document.getId(), "a move leaves the base");
-        require(left->getAllReferencedFiles() == document.getAllReferencedFiles(), "a move leaves the base's files");
+                "a moved-from document has no relationships or direct references");
+        require(left->getId() == document.getId(), "a moved-from document keeps its id");
+        require(left->getAllReferencedFiles() == document.getAllReferencedFiles(),
+                "a moved-from document keeps its files");
     }
     for (const std::string& id : expected.ids) {
-        require(!first.getFolder(id) && !second.getFolder(id), "a move leaves no folder");
+        require(!first.getFolder(id) && !second.getFolder(id), "a moved-from document has no folders");
         require(target.getFolder(id) == document.getFolder(id), "copies share their folders");
     }
     const FullAssemblyData base = document;
-    require(base.getDirectReferencedFiles() == document.getAllReferencedFiles(), "a copy as the base answers as one");
+    require(base.getDirectReferencedFiles() == document.getAllReferencedFiles(),
+            "a copy as the base class answers as the base class does");
 }
 
 // Returns whether the request succeeded.
@@ -82,22 +84,22 @@ bool askForStatus(Qx::Orvanedm& orvanedm, const std::string& body) {
         [&](bool success, const std::shared_ptr<FullAssemblyData>& data) {
             ++callbacks;
             document = std::dynamic_pointer_cast<FullAssemblyDataV3>(data);
-            require(success == (document != nullptr), "a V3 document comes with success only");
+            require(success == (document != nullptr), "there is a V3 document exactly on success");
             require(events.all().empty(), "the event comes after the callback");
         },
         "ACTUAL", L"workflow");
     require(callbacks == 1, "the status callback is called once");
-    require(events.all().size() == (document ? 1 : 0), "success is reported once");
+    require(events.all().size() == (document ? 1 : 0), "one event is tracked on success, and none on failure");
     if (!document) {
         const Json root = Json::parse(body, nullptr, false);
-        require(body.size() > 2048 || root.is_discarded() || root.dump() != body, "compact JSON is taken");
+        require(body.size() > 2048 || root.is_discarded() || root.dump() != body, "compact JSON is accepted");
         return false;
     }
     const auto plain = readPlainly(body);
-    require(plain.has_value(), "both readings agree on what is JSON");
+    require(plain.has_value(), "both readers agree on what is JSON");
     Expected expected{idsOf(*plain), {}};
     expected.answers = answersV3(*plain, expected.ids);
-    requireAnswers(*document, expected, "the document answers as the plain reading does");
+    requireAnswers(*document, expected, "the document answers as the plain reader does");
     checkMoves(*document, expected);
     return true;
 }
@@ -112,14 +114,14 @@ bool askForAccess(Qx::Orvanedm& orvanedm, const std::string& body) {
             ++callbacks;
             hasSucceeded = success;
             const auto plain = success ? readPlainly(body) : OrvaneBenchmarks::PlainAssembly();
-            require(plain.has_value(), "both readings agree on what is JSON");
+            require(plain.has_value(), "both readers agree on what is JSON");
             Expected expected{idsOf(*plain), {}};
             expected.answers = firstAnswers(*plain, expected.ids);
-            requireAnswers(copied(document), expected, "the document's copy answers as the plain reading does");
+            requireAnswers(copied(document), expected, "the document's copy answers as the plain reader does");
         },
         "LATEST");
     require(callbacks == 1, "the access callback is called once");
-    require(events.all().empty(), "access is not reported");
+    require(events.all().empty(), "an access request tracks no event");
     return hasSucceeded;
 }
 
@@ -129,6 +131,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const std::string body(reinterpret_cast<const char*>(bytes), size);
     Qx::Orvanedm orvanedm(std::make_shared<Orvane::Testing::PreparedHTTPClient>(Qx::HTTPResponse(200, body)), "");
     const bool isStatus = askForStatus(orvanedm, body);
-    require(askForAccess(orvanedm, body) == isStatus, "both generations agree on what is JSON");
+    require(askForAccess(orvanedm, body) == isStatus, "both API versions agree on what is JSON");
     return 0;
 }

@@ -1,5 +1,5 @@
 // FUZZER [--mutations COUNT] PATH...: runs a fuzzer without libFuzzer, on the files in each folder
-// PATH and on COUNT mutations of them. In Tests/Cases, each case of a file is an input.
+// PATH and on COUNT mutations of them. Of a file in Tests/Cases, each case is an input.
 
 #include "Fuzz/Mutation.h"
 #include "Tests/Support/Cases.h"
@@ -17,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
 
 namespace {
 
-// Returns a document that contains the value if that is a record, or else the value itself.
+// Returns a document that contains the value if it is a record, and the value itself otherwise.
 nlohmann::json bodyOf(const nlohmann::json& value) {
     const nlohmann::json type = value.is_object() ? value.value("type", nlohmann::json()) : nlohmann::json();
     if (type == "relationships")
@@ -69,7 +69,7 @@ int main(int argc, char** argv) try {
     const std::size_t given = inputs.size();
     for (unsigned long i = 0; i < mutations; ++i)
         run(OrvaneFuzz::mutateValues(inputs[random() % given], random));
-    std::printf("%zu inputs, %lu made of them: no finding\n", given, mutations);
+    std::printf("%zu inputs and %lu mutations of them: no findings\n", given, mutations);
     return given > 0 ? 0 : 1;
 } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", error.what());

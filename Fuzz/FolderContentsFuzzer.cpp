@@ -1,5 +1,5 @@
 // Feeds arbitrary bytes to the library as a folder's contents. The callback must be called once,
-// with JSON that stays the same when it is rendered and parsed again.
+// with JSON that stays the same when it is written as text and parsed again.
 
 #include "Base/QxBaseCore10/JSONNode.h"
 #include "Base/QxBaseCore10/Strings.h"
@@ -22,17 +22,17 @@ void readAll(const Qx::JSONRef& value) {
     bool flag = false;
     std::int32_t number = 0;
     const bool hasText = value.get(narrow);
-    require(value.get(wide) == hasText, "a value is text in both widths or in none");
-    require(Qx::ToHString(wide) == narrow, "both widths hold the same text");
-    require(value.asHString("default") == narrow, "the text with a default is the text");
-    require(!(value.get(flag) && value.get(number)), "a value is one thing only");
-    require(!(value.isNull() && hasText), "null is no text");
+    require(value.get(wide) == hasText, "a value is text in both widths or in neither");
+    require(Qx::ToHString(wide) == narrow, "both widths contain the same text");
+    require(value.asHString("default") == narrow, "asHString returns what get stores");
+    require(!(value.get(flag) && value.get(number)), "a value is not both a boolean and an integer");
+    require(!(value.isNull() && hasText), "null is not text");
 }
 
 void walk(const Qx::JSONNode& node) {
     for (const char* key : {"", "data", "id", "included", "results"}) {
         readAll(node[key]);
-        require(node.exists(key) || node[key].isNull(), "what is not there is null");
+        require(node.exists(key) || node[key].isNull(), "a missing key is null");
         readAll(node[key]);
     }
     for (const Qx::JSONRef& element : node) {
@@ -52,11 +52,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
                                [&](bool success, const Qx::JSONNode& contents) {
                                    ++callbacks;
                                    const std::string text = contents.toText();
-                                   require(success || text == "{}", "without success the contents are empty");
+                                   require(success || text == "{}", "on failure, the contents are an empty object");
                                    const Qx::JSONNode again(text);
-                                   require(again.toText() == text, "JSON renders and parses to itself");
+                                   require(again.toText() == text, "JSON round-trips through its text");
                                    require(Qx::JSONNode(body).toText() == (success ? text : "null"),
-                                           "a body is JSON or is not, wherever it is parsed");
+                                           "the node and the client agree on what is JSON");
                                    walk(contents);
                                    walk(again);
                                });

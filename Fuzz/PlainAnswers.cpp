@@ -52,7 +52,7 @@ Json describe(const PlainFolder& folder) {
             {"containerType", nameOf(folder.containerType)},
             {"allowedActions", folder.allowedActions},
             {"mayRead", folder.allowedActions.contains("read")},
-            {"isValid", true}}; // It has a status; only an empty folder has none.
+            {"isValid", true}}; // A folder read from JSON has a status, so it is valid.
 }
 
 Json describe(const PlainRelationship& relationship) {
@@ -128,8 +128,8 @@ std::string projectTypeOf(const PlainAssembly& assembly) {
     return project ? project->communityType : "UNKNOWN";
 }
 
-// Whether the text is a number that the library keeps as its digits: an integer beyond 64 bits, or
-// one too large for a double.
+// Whether the text is a number that the library keeps as a string of its digits: an integer beyond
+// 64 bits, or a number too large for a double.
 bool isBeyondRange(const std::string& number) {
     try {
         const bool isInteger = number.find_first_of(".eE") == std::string::npos;

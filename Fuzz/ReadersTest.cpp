@@ -1,5 +1,5 @@
-// Checks, on a body made for the benchmarks, that the readers they compare produce the same answers
-// to every query.
+// Checks that all readers that the benchmarks compare produce the same answers to every query, on a
+// body made for the benchmarks.
 
 #include "Benchmarks/Readers.h"
 #include "Benchmarks/AssemblyBody.h"
@@ -16,7 +16,8 @@ int main() {
     library["event"] = eventOf(OrvaneBenchmarks::readWithLibrary(response), L"workflow");
     require(library["getAllReferencedFiles"].size() == 500 && !library["getDirectReferencedFiles"].empty(),
             "there is something to compare");
-    require(hand == answersV3(OrvaneBenchmarks::readWithNlohmann(response), ids), "by hand and with nlohmann's");
-    require(hand == library, "by hand and with the library");
+    require(hand == answersV3(OrvaneBenchmarks::readWithNlohmann(response), ids),
+            "the hand-written reader agrees with nlohmann's");
+    require(hand == library, "the hand-written reader agrees with the library");
     return 0;
 }

@@ -1,4 +1,4 @@
-// Converts arbitrary bytes as UTF-8, and arbitrary numbers as wide text.
+// Converts arbitrary bytes as if they were UTF-8, and arbitrary numbers as if they were wide text.
 
 #include "Base/QxBaseCore10/Strings.h"
 #include "Fuzz/Require.h"
@@ -42,16 +42,16 @@ std::optional<std::wstring> decode(const std::string& utf8) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     const std::string narrow(reinterpret_cast<const char*>(bytes), size);
     const std::wstring wide = Qx::ToIString(narrow);
-    require(std::all_of(wide.begin(), wide.end(), isCodePoint), "wide text holds code points only");
+    require(std::all_of(wide.begin(), wide.end(), isCodePoint), "wide text contains only code points");
     const std::string back = Qx::ToHString(wide);
-    require(Qx::ToIString(back) == wide, "what was converted once round-trips");
+    require(Qx::ToIString(back) == wide, "converted text round-trips");
     if (const auto decoded = decode(narrow)) {
-        require(wide == *decoded, "valid text is converted point by point");
+        require(wide == *decoded, "valid text is converted code point by code point");
         require(back == narrow, "valid text round-trips");
     } else {
-        require(wide.find(replacement) != std::wstring::npos, "invalid text gets the replacement character");
+        require(wide.find(replacement) != std::wstring::npos, "invalid text becomes replacement characters");
     }
-    require(Qx::ToIString("a\xFF" + back) == L"a\uFFFD" + wide, "what stands beside an invalid byte stays");
+    require(Qx::ToIString("a\xFF" + back) == L"a\uFFFD" + wide, "text next to an invalid byte is preserved");
 
     std::wstring numbers(size / sizeof(wchar_t), L'\0');
     std::memcpy(numbers.data(), bytes, numbers.size() * sizeof(wchar_t));

@@ -37,18 +37,19 @@ bool isMadeOf(const std::string& text, const std::string& characters) {
 
 void checkEncoding(const std::string& text) {
     const std::string encoded = Qx::Uri::UriEncode(text);
-    require(isMadeOf(encoded, unreserved + '%'), "encoded text holds unreserved characters and escapes only");
-    require(decode(encoded) == text, "decoding what was encoded gives the original");
+    require(isMadeOf(encoded, unreserved + '%'), "encoded text contains only unreserved characters and escapes");
+    require(decode(encoded) == text, "decoding encoded text returns the original");
 }
 
 void checkRendering(const std::string& text) {
     const Qx::Uri uri(text);
-    require(uri.ToString(false) == text, "an address keeps its text");
+    require(uri.ToString(false) == text, "a URI keeps its text");
     const std::string rendered = uri.ToString(true);
-    require(isMadeOf(rendered, unreserved + reserved + '%'), "rendered it may stand in a request");
-    require(Qx::Uri(rendered).ToString(true) == rendered, "what is rendered stays so");
+    require(isMadeOf(rendered, unreserved + reserved + '%'),
+            "an encoded URI contains only characters allowed in a request");
+    require(Qx::Uri(rendered).ToString(true) == rendered, "encoding a URI again changes nothing");
     if (text.find('%') == std::string::npos)
-        require(decode(rendered) == text, "rendered it decodes to its text");
+        require(decode(rendered) == text, "decoding an encoded URI returns its text");
 }
 
 void checkPair(const std::string& text, const std::string& key, const std::string& value) {
@@ -61,7 +62,7 @@ void checkPair(const std::string& text, const std::string& key, const std::strin
             "the pair follows the query and precedes the fragment");
     uri.SetQueryVariable(value, key);
     const std::string both = pair + '&' + Qx::Uri::UriEncode(value) + '=' + Qx::Uri::UriEncode(key);
-    require(uri.ToString(false).find(both) != std::string::npos, "pairs stand in the order of the calls");
+    require(uri.ToString(false).find(both) != std::string::npos, "pairs are in the order of the calls");
 }
 
 } // namespace

@@ -41,7 +41,7 @@ void CurlConnectionCache::require(const CurlHTTPClientOptions& options) {
     if (!use_->kind)
         use_->kind = kind;
     if (*use_->kind != kind)
-        throw std::invalid_argument("connectionCache is used with another proxy or certificateFile");
+        throw std::invalid_argument("connectionCache is already used with a different proxy or certificateFile");
 }
 
 } // namespace Qx

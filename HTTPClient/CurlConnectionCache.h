@@ -23,9 +23,9 @@ class TransferThread;
 /// Thread-safe.
 class QXHTTPCLIENT10_EXPORT CurlConnectionCache {
 public:
-    /// At most `maxConnections` connections, but at least one, are open at a time; further requests
-    /// wait for their turn. Throws `std::system_error` if a thread can't be started or no
-    /// descriptors are left for it, and `std::bad_alloc` when memory runs out.
+    /// At most `maxConnections` connections (0 means 1) are open at a time; further requests wait
+    /// for their turn. Throws `std::system_error` if the thread can't be started or the process has
+    /// no file descriptors left, and `std::bad_alloc` when memory runs out.
     explicit CurlConnectionCache(std::size_t maxConnections = 16);
     CurlConnectionCache(const CurlConnectionCache&) = delete;
     CurlConnectionCache& operator=(const CurlConnectionCache&) = delete;

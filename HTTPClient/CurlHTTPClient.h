@@ -39,14 +39,14 @@ namespace Qx {
 /// destroy the client, even before the call that sent its request has returned, provided that no
 /// other call to the client is in progress outside the client's own threads.
 ///
-/// The client's threads handle none of the process's signals. In a forked child, the parent's
+/// The client's threads block the signals sent to the process. In a forked child, the parent's
 /// client can't be used: requests complete on the calling thread with a failure that says so, and
 /// the destructor leaves the parent's threads and connections alone.
 class QXHTTPCLIENT10_EXPORT CurlHTTPClient : public IHTTPClient {
 public:
     /// Throws `std::invalid_argument`, with a one-line message, if an option is invalid;
-    /// `std::system_error` if threads can't be started or no descriptors are left; and
-    /// `std::bad_alloc` when memory runs out.
+    /// `std::system_error` if threads can't be started or the process has no file descriptors left;
+    /// and `std::bad_alloc` when memory runs out.
     explicit CurlHTTPClient(const CurlHTTPClientOptions& options);
     CurlHTTPClient(const CurlHTTPClient&) = delete;
     CurlHTTPClient& operator=(const CurlHTTPClient&) = delete;

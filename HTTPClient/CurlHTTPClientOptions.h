@@ -34,7 +34,7 @@ struct CurlHTTPClientOptions {
     std::function<std::string(const std::string& refusedToken)> tokenSource;
 
     /// The token is sent only to the schemes, hosts and ports of these URLs; a request that would
-    /// send it elsewhere is refused. If there are none, the token is sent to whatever host a
+    /// send it elsewhere is refused. If there are none, the token is sent to any host that a
     /// request names, which is too permissive if links come from documents.
     std::vector<std::string> tokenOrigins;
 
@@ -54,10 +54,10 @@ struct CurlHTTPClientOptions {
     /// redirects.
     std::size_t maxBodyBytes = std::size_t{256} << 20;
 
-    /// The number of redirects that a request follows; one more is a failure, and 0 follows none.
+    /// Maximum number of redirects that a request follows; a further one is a failure.
     int maxRedirects = 5;
 
-    /// How often a GET is retried after a status of 429, 502, 503 or 504, or after a network
+    /// How many times a GET is retried after a status of 429, 502, 503 or 504, or after a network
     /// failure before the first line of a response. Each attempt has the full `requestTimeout`. A
     /// POST is never sent again for these reasons.
     int maxRetries = 2;
@@ -81,7 +81,7 @@ struct CurlHTTPClientOptions {
     /// trusted.
     std::string certificateFile;
 
-    /// Connections to share with other clients. If null, the client has its own, at most
+    /// Connections to share with other clients. If null, the client has its own, limited to
     /// `maxConnections`.
     std::shared_ptr<CurlConnectionCache> connectionCache;
 
@@ -92,10 +92,10 @@ struct CurlHTTPClientOptions {
     /// The number of threads that run completions; at least one and at most 1,000.
     std::size_t callbackThreads = 2;
 
-    /// If set, called on a callback thread for each completion that would run there. It runs the
-    /// given function once, at once or later, where completions belong, such as in a UI event
-    /// queue. If it throws, the completion runs on the callback thread. If it destroys the function
-    /// without calling it, the request's callback is not called, and the request counts as
+    /// If set, called on a callback thread for each completion that would run there. It must run
+    /// the given function once, immediately or later, where completions belong, such as in a UI
+    /// event queue. If it throws, the completion runs on the callback thread. If it destroys the
+    /// function without calling it, the request's callback is not called, and the request counts as
     /// completed in its batch.
     ///
     /// The library's completions read the whole answer before they call back, which takes about 3

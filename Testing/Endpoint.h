@@ -24,8 +24,8 @@ struct Endpoint {
     /// Compares kind and URN.
     auto operator<=>(const Endpoint&) const = default;
 
-    /// Returns the request that a method and a URL, or just its path, stand for, ignoring the
-    /// query; nothing if it is not one of these.
+    /// Returns the request that a method and a URL, or just its path, identify, ignoring the query;
+    /// nothing if it is not one of these.
     static std::optional<Endpoint> of(Qx::HTTPRequest::Method method, const std::string& url);
 };
 

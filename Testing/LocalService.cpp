@@ -33,7 +33,7 @@ HTTPResponse answer(const PreparedAnswers& answers, const std::string& token, co
     const std::string target(request.target);
     if (auto prepared = answers.find(request.isPost ? Method::POST : Method::GET, target))
         return *std::move(prepared);
-    return errorResponse(404, "Not found", "There is nothing under " + target + " here.");
+    return errorResponse(404, "Not found", "There is no answer for " + target + ".");
 }
 
 } // namespace
@@ -48,8 +48,8 @@ LocalService::LocalService(PreparedAnswers answers, const std::string& token, in
     try {
         server_ = std::make_unique<Detail::Server>(handler, port);
     } catch (const std::system_error& error) {
-        // Works for Winsock's errors too: Boost maps them to these conditions, the standard library
-        // does not.
+        // Works for Winsock's errors too: Boost maps them to these conditions, while the standard
+        // library does not.
         if (error.code() == std::errc::address_in_use || error.code() == std::errc::permission_denied)
             throw std::runtime_error(
                 fmt::format("can't listen on port {} of this machine; choose another with --port", port));

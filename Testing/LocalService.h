@@ -20,7 +20,7 @@ class Server;
 /// It sends prepared answers, each with its status and headers; HEAD is answered like GET, without
 /// the body. A prepared transport failure becomes a 502. A request without the right bearer token
 /// gets a 401, and one for which nothing is prepared a 404, both with a JSON body. The service runs
-/// on one thread of its own, and sends bodies without copying them.
+/// on a single thread of its own, and sends bodies without copying them.
 class LocalService {
 public:
     /// Starts serving. `port` 0 takes any free port. Throws `std::runtime_error` with a one-line
@@ -29,7 +29,7 @@ public:
     LocalService(const LocalService&) = delete;
     LocalService& operator=(const LocalService&) = delete;
 
-    /// Waits up to a second for the answers that are being sent, then stops.
+    /// Waits up to a second for answers that are being sent, then stops.
     ~LocalService();
 
     /// The port that it listens on.

@@ -177,13 +177,13 @@ void PreparedHTTPClient::answerNext() {
 void PreparedHTTPClient::answer(std::size_t index) {
     const auto state = state_;
     if (!state->complete(index, nullptr))
-        throw std::out_of_range("no such request waits");
+        throw std::out_of_range("no such request is waiting");
 }
 
 void PreparedHTTPClient::answer(std::size_t index, const HTTPResponse& response) {
     const auto state = state_;
     if (!state->complete(index, &response))
-        throw std::out_of_range("no such request waits");
+        throw std::out_of_range("no such request is waiting");
 }
 
 void PreparedHTTPClient::answerAll() {

@@ -37,31 +37,30 @@ public:
     /// Sets whether requests sent from now on wait, instead of being answered at once.
     void hold(bool isHolding = true);
 
-    /// Returns the number of requests that wait.
+    /// Returns the number of waiting requests.
     std::size_t waiting() const;
 
     /// Answers the request that has waited longest with its prepared answer. Exceptions from its
-    /// callback propagate. Throws `std::out_of_range` if no request waits.
+    /// callback propagate. Throws `std::out_of_range` if no request is waiting.
     void answerNext();
 
-    /// Answers the request at `index` among those that wait, in the same way.
+    /// Answers the request at `index` among the waiting ones, in the same way.
     void answer(std::size_t index);
 
     /// Answers the request at `index` with `response`, in the same way.
     void answer(std::size_t index, const Qx::HTTPResponse& response);
 
-    /// Answers all requests that wait, in order, including those that callbacks send in the
-    /// meantime.
+    /// Answers all waiting requests, in order, including those that callbacks send in the meantime.
     void answerAll();
 
-    /// Completes all requests that wait with a failure of kind `CANCELLED`, as
+    /// Completes all waiting requests with a failure of kind `CANCELLED`, as
     /// `Qx::CurlHTTPClient::cancelAll` does.
     void cancelAll();
 
-    /// Returns all requests so far, in order.
+    /// Returns all requests sent so far, in order.
     std::vector<Qx::HTTPRequest> requests() const;
 
-    /// Forgets all requests. Those that wait will never be answered.
+    /// Forgets all requests. Those that are waiting will never be answered.
     void clear();
 
 private:

@@ -40,11 +40,11 @@ public:
         const std::lock_guard lock(mutex_);
         attempt([&] {
             if (response.getStatus() != 0 && !Detail::isFinalStatus(response.getStatus()))
-                throw std::runtime_error("a response of status " + std::to_string(response.getStatus()) +
-                                         " can't be given again");
+                throw std::runtime_error("a response with status " + std::to_string(response.getStatus()) +
+                                         " can't be replayed");
             Detail::Exchange exchange{method, Detail::withoutSecrets(url), Detail::withoutSecrets(response),
                                       std::chrono::duration_cast<std::chrono::microseconds>(time)};
-            constexpr std::size_t secretFrom = 8; // A shorter one could be part of ordinary words.
+            constexpr std::size_t secretFrom = 8; // Ordinary words could contain a shorter one.
             if (options_.secret.size() >= secretFrom)
                 exchange.response = Detail::without(options_.secret, exchange.response);
             if (options_.makesUpNames)

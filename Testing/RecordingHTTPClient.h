@@ -11,23 +11,22 @@ namespace Orvane::Testing {
 
 /// How a `RecordingHTTPClient` records.
 struct RecordingOptions {
-    /// Replaces names, ids and anything else that may identify a customer with made-up texts of the
-    /// same kind, so that a customer can share the recording. The same text is always replaced with
-    /// the same text. The service's own words, numbers that are not ids, and booleans are kept. A
+    /// Replaces names, ids and anything else that may identify a customer with made-up text of the
+    /// same kind, so that a customer can share the recording. The same text always gets the same
+    /// replacement. The service's own words, numbers that are not ids, and booleans are kept. A
     /// body that is not JSON is replaced with an "x" for each byte.
     bool makesUpNames = false;
 
-    /// A text of at least 8 bytes, such as the token, that is replaced with "***" wherever it
-    /// occurs in a response, since a service may repeat it. Shorter texts, and the empty one, are
-    /// ignored.
+    /// A string of at least 8 bytes, such as the token, that is replaced with "***" wherever it
+    /// occurs in a response, since a service may repeat it. A shorter one is ignored.
     std::string secret{};
 };
 
 /// Wraps another HTTP client and saves each exchange to a folder, from which
 /// `PreparedAnswers::fromFolder` and `orvane serve --data` read it: the method, URL, status,
 /// headers, the body byte for byte, and the time it took; or the reason why there was no response.
-/// Of several exchanges for one URN, whatever their query, only the last is used when the folder is
-/// read.
+/// If there are several exchanges for one URN, whatever their query, only the last is used when the
+/// folder is read.
 ///
 /// It saves no headers of the request, and no headers of the response whose name suggests a
 /// credential (Set-Cookie, X-Api-Key and the like). From URLs it removes user name, password, and

@@ -1,5 +1,5 @@
-// What happens when memory runs out: makes each allocation of the library's operations fail once,
-// and each of the HTTP client's, on the calling thread and on its own threads.
+// Tests what happens when memory runs out: makes each allocation of the library's operations fail
+// once, and each allocation of the HTTP client, on the calling thread and on its own threads.
 
 #include "Base/QxBaseCore10/JSONNode.h"
 #include "Base/QxBaseCore10/Status.h"
@@ -68,7 +68,7 @@ TEST_F(DocumentWithoutMemory, MayBeAssignedAgainAndDestroyed) {
     const std::pair<const char*, void (*)(FullAssemblyDataV3&, FullAssemblyDataV3&)> ways[] = {
         {"copied", [](FullAssemblyDataV3& target, FullAssemblyDataV3& source) { target = std::as_const(source); }},
         {"moved", [](FullAssemblyDataV3& target, FullAssemblyDataV3& source) { target = std::move(source); }},
-        {"made by a move",
+        {"move-constructed",
          [](FullAssemblyDataV3&, FullAssemblyDataV3& source) { const FullAssemblyDataV3 made(std::move(source)); }}};
     for (const auto& [name, way] : ways)
         failEachAllocation([&, name = name, way = way](auto run) {
@@ -77,7 +77,7 @@ TEST_F(DocumentWithoutMemory, MayBeAssignedAgainAndDestroyed) {
             const WithoutMemory ended = run([&] { way(target, source); });
             EXPECT_EQ(ended.hasThrown, ended.hasFailed) << name;
             if (ended.hasFailed) {
-                EXPECT_EQ(answersOf(source, wholeAssemblyIds), answers) << name << ": the source keeps what it has";
+                EXPECT_EQ(answersOf(source, wholeAssemblyIds), answers) << name << ": the source is unchanged";
             }
             target = document;
             EXPECT_EQ(answersOf(target, wholeAssemblyIds), answers) << name;
@@ -142,7 +142,7 @@ TEST_F(ClientWithoutMemory, SendsAllOrNothing) {
         const std::size_t failures = failEachAllocation([&](auto run) {
             const WithoutMemory ended = run(operation);
             EXPECT_EQ(ended.hasThrown, ended.hasFailed);
-            EXPECT_EQ(http->requests().empty(), ended.hasFailed) << "what lacks memory for a part of it goes nowhere";
+            EXPECT_EQ(http->requests().empty(), ended.hasFailed) << "without memory for all of it, nothing is sent";
             http->clear();
         });
         EXPECT_GT(failures, 10U);
@@ -161,7 +161,7 @@ TEST_F(ClientWithoutMemory, CompletionsCallBackAtMostOnce) {
                 calls = 0;
                 const WithoutMemory ended = run([&] { request.getCallback()(response); });
                 EXPECT_LE(calls, 1);
-                EXPECT_TRUE(ended.hasThrown || calls == 1) << "the caller is told, or the exception comes out";
+                EXPECT_TRUE(ended.hasThrown || calls == 1) << "the callback is called, or the exception propagates";
             });
             EXPECT_GT(failures, 5U);
         }
@@ -252,7 +252,7 @@ TEST_P(CurlHTTPClientWithoutMemoryInBothTypes, SendsABatchWholeOrNotAtAllAndAnsw
         EXPECT_GT(number, 1U);
         const std::string received = server.received();
         EXPECT_TRUE(failingThread || countExchanges(received) == 4 * sent) << received;
-        EXPECT_EQ(next.received().find("Authorization"), std::string::npos) << "that of the request before";
+        EXPECT_EQ(next.received().find("Authorization"), std::string::npos) << "no token of the previous requests";
     }
 }
 

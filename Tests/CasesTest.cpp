@@ -1,6 +1,6 @@
 // Runs the cases of Tests/Cases. Each case says in a sentence what it "shows", contains the input
 // (a value under "json", its text under "text" or "bytes", or a URL with what is added to it), and
-// lists the expected "answers" that matter to it, by the class that returns them. Of a record or an
+// lists those expected "answers" that matter, by the class that returns them. Of a record or an
 // event, only the fields in the case are compared; any other answer is compared as a whole.
 
 #include "Tests/Support/Cases.h"
@@ -119,7 +119,7 @@ Json askLink(const Json& tested, const Json&) {
     const ScopedState flag = scopedFlag("data-show-non-cad-components");
     const std::string href = before.href().ToString(false);
     before.href().SetQueryVariable("a", "b");
-    EXPECT_EQ(before.href().ToString(false), href) << "a change to the URL is not one to the link";
+    EXPECT_EQ(before.href().ToString(false), href) << "changing the URL does not change the link";
     return {{"href", href},
             {"withOtherComponents", form().href().ToString(false)},
             {"isRecognised", FolderContentLink::isOrvaneFolderContentLink(href)}};

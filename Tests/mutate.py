@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""mutate.py [--count N] [--only TEXT]: mutation testing: do the tests notice when the code is wrong?
+"""mutate.py [--count N] [--only TEXT]: mutation testing: checks that the tests notice wrong code.
 
 Changes one place in Server or Base at a time, builds, and runs the tests. Prints each change that
-survives, that is, which no test notices. Works on copies of the committed tree in build/mutation;
+survives, that is, that no test notices. Works on copies of the committed tree in build/mutation;
 takes about ten seconds per change."""
 
 import argparse
@@ -41,17 +41,17 @@ SWAPS = [
 ]
 
 # Patterns of changes that make no difference to a caller, matched against "file: original line =>
-# changed line", and why.
+# changed line", each with the reason.
 NO_DIFFERENCE = [
-    (r"\.reserve\(", "room made beforehand is for speed"),
-    (r"JSONNode.cpp:.*(largePagesFrom|preferLargePages|needsCopy =|found_\.)", "for speed"),
-    (r"LargePages.cpp:", "for speed"),
-    (r"JSON(Place|Node).*(index|index_|root) = 0", "without a document the index means nothing"),
-    (r"Uri.cpp:.*find\('\?'\) <= end", "no character is both"),
-    (r"report\.properties\.|(names|details)\.(try_emplace|insert_or_assign)\(id", "each key comes once"),
-    (r"Texts.h:.*(isFalse|notAMember|moderatorInvited|pendingModeratorApproval)", "nothing compares with these"),
-    (r"isFlagEnabled.*=>.*(false, 0|true, 1)", "the flag manager takes these two and does nothing with them"),
-    (r"/FullAssemblyData.cpp:.*[Ll]inks", "nobody can ask a document for its own link"),
+    (r"\.reserve\(", "reserving memory only affects speed"),
+    (r"JSONNode.cpp:.*(largePagesFrom|preferLargePages|needsCopy =|found_\.)", "only affects speed"),
+    (r"LargePages.cpp:", "only affects speed"),
+    (r"JSON(Place|Node).*(index|index_|root) = 0", "without a document, the index has no meaning"),
+    (r"Uri.cpp:.*find\('\?'\) <= end", "no character is both '?' and '#'"),
+    (r"report\.properties\.|(names|details)\.(try_emplace|insert_or_assign)\(id", "each key occurs only once"),
+    (r"Texts.h:.*(isFalse|notAMember|moderatorInvited|pendingModeratorApproval)", "nothing is compared with these"),
+    (r"isFlagEnabled.*=>.*(false, 0|true, 1)", "the flag manager ignores these arguments"),
+    (r"/FullAssemblyData.cpp:.*[Ll]inks", "a document does not expose its own link"),
 ]
 
 
@@ -151,7 +151,7 @@ def judge(folder, mutant):
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--count", type=int, default=300)
-    parser.add_argument("--only", default="", help="only places whose file holds this text")
+    parser.add_argument("--only", default="", help="only files whose path contains this text")
     arguments = parser.parse_args()
     mutants = [mutant for mutant in all_mutants() if arguments.only in mutant[0]]
     chosen = sorted(random.Random(1).sample(mutants, min(arguments.count, len(mutants))))

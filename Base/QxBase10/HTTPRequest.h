@@ -38,8 +38,8 @@ public:
     /// The name and value of a header.
     using Header = std::pair<std::string, std::string>;
 
-    /// An empty GET request, without authentication, for the calling thread. `location` says where
-    /// in the source code it was created.
+    /// A GET request without a URL, headers or authentication, whose callback runs in the calling
+    /// thread. `location` is the place in the source code where it is created.
     explicit HTTPRequest(const boost::source_location& location);
 
     /// The complete URL, including the query.
@@ -69,7 +69,7 @@ public:
     /// Sets the callback.
     void setCallback(const Callback& callback);
 
-    /// The name to give the client's thread that delivers the response, while it does so.
+    /// The name of the client's thread while it delivers the response.
     const std::string& getThreadName() const;
     /// Sets the name of that thread.
     void setThreadName(const std::string& threadName);

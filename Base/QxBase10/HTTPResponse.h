@@ -28,14 +28,14 @@ public:
     enum class FailureKind : std::int32_t {
         NONE = 0,           ///< There is a response.
         REFUSED,            ///< The client refused to send the request or to follow a redirect.
-        NETWORK,            ///< Unknown host, no connection in time, or a broken connection.
+        NETWORK,            ///< Unknown host, or a connection that fails, times out or breaks.
         TLS,                ///< No secure connection, for example because of a bad certificate.
         TIMEOUT,            ///< The response took longer than allowed.
         TOO_LARGE,          ///< The body is larger than allowed.
         MALFORMED_RESPONSE, ///< What arrived is not a valid HTTP response.
         CANCELLED,          ///< The application cancelled the request.
         CLOSED,             ///< The client was destroyed before the request completed.
-        OUT_OF_MEMORY,      ///< Memory ran out for the request or the response.
+        OUT_OF_MEMORY,      ///< Memory ran out during the request.
     };
 
     /// A transport failure of kind `NETWORK`, without a reason.

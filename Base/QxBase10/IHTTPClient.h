@@ -27,8 +27,8 @@ namespace Qx {
 /// - For `AuthType::BEARER`, add the user's token. Send it, and any other credential, only over
 ///   https or to this machine, and never to a host other than the URL's, not even on a redirect.
 /// - Check URLs and headers, which the library passes on unchecked, and refuse control characters,
-///   with which one request could be split into two. Verify certificates, limit the time and size
-///   of responses, and report a truncated response as a failure.
+///   which could split one request into two. Verify certificates, limit the time and size of
+///   responses, and report a truncated response as a failure.
 class QXBASE10_EXPORT IHTTPClient {
 public:
     /// Receives the responses to a batch of requests, in their order.

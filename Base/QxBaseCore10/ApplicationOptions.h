@@ -13,8 +13,8 @@ namespace Qx {
 /// never destroyed. All operations may be called from several threads at once.
 class QXBASECORE10_EXPORT ApplicationOptions {
 public:
-    /// Returns the set called `name`, never null. An empty set is created on first use. The empty
-    /// name is a name like any other.
+    /// Returns the set called `name`, never null. An empty set is created on first use. The name
+    /// may be empty.
     static std::shared_ptr<ApplicationOptions> get(const std::string& name);
 
     /// Sets the value of `key`, replacing any previous one.

@@ -13,19 +13,19 @@ class QXBASECORE10_EXPORT ICloudBrowser {
 public:
     virtual ~ICloudBrowser();
 
-    /// Returns the name of the current options set, for `ApplicationOptions::get`. Called from any
-    /// thread.
+    /// Returns the name of the current options set, for `ApplicationOptions::get`. May be called
+    /// from any thread.
     virtual std::string currentOptionsName() const = 0;
 
-    /// Returns the installed object, never null; by default, one whose options set has the empty
-    /// name. May be called from several threads at once, also concurrently with `install`.
+    /// Returns the installed object, never null; by default, an object that returns the empty name.
+    /// May be called from several threads at once, and concurrently with `install`.
     static std::shared_ptr<ICloudBrowser> get();
 
     /// Installs the application's own object and returns the previous one. Null restores the
     /// default.
     static std::shared_ptr<ICloudBrowser> install(std::shared_ptr<ICloudBrowser> browser);
 
-    /// Installs an object whose options set is `optionsName` and returns the previous object.
+    /// Installs an object that always returns `optionsName`, and returns the previous object.
     static std::shared_ptr<ICloudBrowser> installOptionsName(const std::string& optionsName);
 };
 

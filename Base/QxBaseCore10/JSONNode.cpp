@@ -40,7 +40,7 @@ simdjson::error_code makeRoom(std::size_t bytes, simdjson::dom::parser& parser, 
         return error;
     if (const simdjson::error_code error = document.allocate(bytes))
         return error;
-    // The sizes that the parser has allocated, or slightly less.
+    // These sizes are what the parser has allocated, or slightly less.
     Detail::preferLargePages(parser.implementation->structural_indexes.get(), bytes * sizeof(std::uint32_t));
     Detail::preferLargePages(document.tape.get(), largestBuffer);
     Detail::preferLargePages(document.string_buf.get(), bytes / 3 * 5);
@@ -85,7 +85,7 @@ Parsed parseText(std::string_view text, std::size_t padding) {
     const std::string_view json = withoutByteOrderMark(text);
     if (json.empty())
         return {simdjson::EMPTY, nullptr, 0};
-    // The parser may skip a mark itself, and would then accept a text with two.
+    // The parser may skip a byte order mark itself, and would then accept text with two of them.
     if (json.starts_with(byteOrderMark))
         return {simdjson::TAPE_ERROR, nullptr, 0};
     Parsed parsed = parseAsItIs(json, padding);

@@ -22,11 +22,11 @@ class Status;
 ///     const std::string id = root.exists("data") ? Qx::JSONNode(root["data"])["id"].asHString("") : "";
 ///     for (const Qx::JSONRef file : Qx::JSONNode(root["files"])) std::cout << file.asHString("none") << '\n';
 ///
-/// Copying a node, or making a node of a child, costs one reference-count update and never copies a
-/// subtree; iterating over an array costs not even that. A document is immutable after parsing, so
-/// one node, or several nodes of one document, may be read from several threads at once. No
-/// operation throws because of its input, be it malformed JSON or arbitrary bytes; parsing and
-/// `toText` may throw `std::bad_alloc`.
+/// Copying a node, or making a node from a child, costs one reference-count update and never copies
+/// a subtree; iterating over an array updates no reference count. A document is immutable after
+/// parsing, so one node, or several nodes of one document, may be read from several threads at
+/// once. No operation throws because of its input, even if that is malformed JSON or arbitrary
+/// bytes; parsing and `toText` may throw `std::bad_alloc`.
 ///
 /// If an object contains a key more than once, the first occurrence is used.
 class QXBASECORE10_EXPORT JSONNode {
@@ -76,9 +76,9 @@ public:
     std::string toText() const;
 
     /// Parses as the constructor does, but reports failure: returns the root, or returns nothing
-    /// and puts the reason into `status`, also if the parser itself runs out of memory. `padding`
-    /// is the number of readable bytes after `text`: with 64 or more the parser works on `text`
-    /// itself, with fewer on a copy.
+    /// and puts the reason into `status`, even if the parser itself runs out of memory. `padding`
+    /// is the number of readable bytes after `text`: with 64 or more, the parser works on `text`
+    /// itself; with fewer, on a copy.
     static std::optional<JSONNode> parse(std::string_view text, Status& status, std::size_t padding = 0);
 
 private:

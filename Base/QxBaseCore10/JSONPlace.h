@@ -8,7 +8,7 @@ namespace Qx::Detail {
 /// represents null.
 struct JSONPlace {
     const void* document = nullptr; ///< Null for no value.
-    std::size_t index = 0;          ///< Of the value in the parser's output.
+    std::size_t index = 0;          ///< The value's index in the parser's output.
 };
 
 } // namespace Qx::Detail

@@ -25,7 +25,7 @@ public:
     /// Stores the value in `destination` as text and returns true: a string as it is, a boolean as
     /// "true" or "false", an integer as its decimal digits, any other number as the shortest text
     /// that reads back as the same number; an integer beyond 64 bits, or a number too large for a
-    /// double, with its digits exactly as in the JSON. For anything else, including null, leaves
+    /// double, exactly as written in the JSON. For anything else, including null, leaves
     /// `destination` unchanged and returns false.
     bool get(std::string& destination) const;
 

@@ -8,8 +8,8 @@
 namespace Qx {
 
 /// Converts UTF-8 to wide text: UTF-32, or UTF-16 where `wchar_t` has 16 bits. Each byte that is
-/// not part of valid UTF-8 becomes U+FFFD; only an allocation can throw. Linear in the length of
-/// the text.
+/// not part of valid UTF-8 becomes U+FFFD. Throws only `std::bad_alloc`, when memory runs out.
+/// Linear in the length of the text.
 QXBASECORE10_EXPORT std::wstring ToIString(std::string_view text);
 
 /// Converts wide text to UTF-8, the reverse of `ToIString`. Each unit that is not part of a valid

@@ -8,7 +8,7 @@ namespace Qx::Utility {
 /// Whether requests for a full assembly also ask for details of the projects that it references
 /// only indirectly. Off by default.
 QXBASECORE10_EXPORT bool indirectXRefProjectDetailsEnabled();
-/// Turns that on or off.
+/// Turns those details on or off.
 QXBASECORE10_EXPORT void setIndirectXRefProjectDetailsEnabled(bool enabled);
 
 } // namespace Qx::Utility

@@ -30,10 +30,11 @@ public:
     /// exception from the first is rethrown after the second has run, unless that throws too.
     void complete(std::size_t index);
 
-    /// Completes all on the calling thread. Rethrows the first exception after all have run.
+    /// Completes all requests on the calling thread. Rethrows the first exception after all
+    /// completions have run.
     void completeAll();
 
-    /// Completes a request through the executor, or right here if there is none or it throws.
+    /// Completes a request through the executor, or directly if there is none or it throws.
     static void dispatch(const std::shared_ptr<Batch>& batch, std::size_t index);
 
 private:

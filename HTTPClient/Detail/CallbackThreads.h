@@ -18,7 +18,7 @@ public:
         std::function<void()> run;
     };
 
-    /// A list, since splicing one allocates nothing: a task that is ready can always be posted.
+    /// A list, since splicing allocates nothing: a task that has been created can always be posted.
     using Tasks = std::list<Task>;
 
     explicit CallbackThreads(std::size_t count);

@@ -141,7 +141,8 @@ void Connections::onHandshakeMessage(const void* context) {
         use.roundStart = now;
         use.messages = 0;
     }
-    // A handshake has about ten messages; if fewer than this take long, this machine may be slow.
+    // A handshake has about ten messages; if up to this many take long, this machine may just be
+    // slow.
     constexpr int many = 100;
     if (++use.messages > many && now - use.roundStart > limit_.load())
         shutDown(found->first);

@@ -31,7 +31,8 @@ public:
     /// Returns the number of the current round.
     std::uint64_t round() const;
 
-    /// Shortens the limit for this round, since another thread waits for its end. Thread-safe.
+    /// Shortens the limit for this round, since another thread is waiting for the round to end.
+    /// Thread-safe.
     void hurry();
 
     /// Returns the socket of the connection between that local port and that peer, or
@@ -58,9 +59,9 @@ private:
         std::uint64_t number = 0;
         int localPort = 0; ///< 0 until the system reports one.
         bool isUsed = false;
-        std::uint64_t round = 0;                          ///< The last one with TLS messages.
-        std::chrono::steady_clock::time_point roundStart; ///< When the first of those came.
-        int messages = 0;                                 ///< How many came.
+        std::uint64_t round = 0;                          ///< The last round with TLS messages.
+        std::chrono::steady_clock::time_point roundStart; ///< When the first of those arrived.
+        int messages = 0;                                 ///< How many arrived.
     };
 
     void onHandshakeMessage(const void* context) override;

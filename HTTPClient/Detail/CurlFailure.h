@@ -11,7 +11,7 @@ namespace Qx::Detail {
 
 /// Explains why a transfer failed: `result`, which is not `CURLE_OK`, is libcurl's result for
 /// `easy`, and `detail` is what libcurl wrote into its error buffer or, if it could not connect,
-/// why it got no socket. The reason contains none of the `secrets`, and nothing of a proxy's URL.
+/// why it got no socket. The reason contains none of the `secrets`, and no part of a proxy's URL.
 /// Throws `std::bad_alloc` when memory runs out.
 TransferError explain(CURLcode result, CURL* easy, const std::string& detail,
                       std::initializer_list<std::string_view> secrets);

@@ -16,8 +16,8 @@ bool lacksCloseNotify(CURL* easy);
 /// could claim to be HTTP/2.
 bool speaksHTTP2(CURL* easy);
 
-/// Returns whether OpenSSL holds data that has not been read. Looking for more would take session
-/// tickets from libcurl.
+/// Returns whether OpenSSL holds data that has not been read. Does not read more from the socket,
+/// since that could take session tickets away from libcurl.
 bool hasDataInTLS(CURL* easy);
 
 /// Is notified of handshake messages, which TLS also sends after the handshake.

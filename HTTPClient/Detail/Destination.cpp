@@ -60,7 +60,7 @@ bool isAnyLocal(const std::string& host) {
 Destination::Destination(const std::string& url) : Destination(orBadAlloc(curl_url()), url, 0) {}
 
 Destination Destination::redirected(const std::string& location) const {
-    // Servers may leave blanks and other bytes unencoded.
+    // Servers may leave spaces and other bytes unencoded.
     return {orBadAlloc(curl_url_dup(url_.get())), location, CURLU_URLENCODE | CURLU_ALLOW_SPACE};
 }
 

@@ -31,8 +31,8 @@ public:
     /// Returns whether scheme, host and port are the same.
     bool isSameOrigin(const Destination& other) const;
 
-    /// Returns the port in digits, the scheme's default if the URL names none; empty if the URL is
-    /// invalid.
+    /// Returns the port as digits, or the scheme's default port if the URL names none; empty if the
+    /// URL is invalid.
     const std::string& port() const;
 
     /// Returns scheme, host and port for display; empty if they may contain part of a password.
@@ -41,7 +41,7 @@ public:
     /// Returns the URL for a log: without the values of its query and without a fragment.
     std::string withoutValues() const;
 
-    /// Owned by this object.
+    /// The parsed URL, owned by this object.
     CURLU* url() const;
 
 private:

@@ -19,7 +19,7 @@ GzipDecoder::~GzipDecoder() {
 void GzipDecoder::decode(std::string_view bytes, const std::function<void(std::string_view)>& take) {
     stream_.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data())); // zlib only reads there.
     stream_.avail_in = static_cast<uInt>(bytes.size());
-    // Output that fills the space may be followed by more that needs no further input.
+    // If the output has filled the buffer, there may be more, even without further input.
     for (stream_.avail_out = 0; stream_.avail_in > 0 || (stream_.avail_out == 0 && !isComplete_);) {
         // A body may consist of several concatenated gzip streams.
         if (isComplete_ && stream_.total_in > 0)
@@ -31,7 +31,8 @@ void GzipDecoder::decode(std::string_view bytes, const std::function<void(std::s
         if (result == Z_MEM_ERROR)
             throw std::bad_alloc();
         if (result != Z_OK && result != Z_STREAM_END && result != Z_BUF_ERROR)
-            throw TransferError(FailureKind::MALFORMED_RESPONSE, "the response is not gzip, as it says");
+            throw TransferError(FailureKind::MALFORMED_RESPONSE,
+                                "the response is not gzip, although its header says so");
         take({decoded_.data(), decoded_.size() - stream_.avail_out});
     }
 }

@@ -15,7 +15,7 @@ bool isHeaderName(std::string_view name);
 /// Returns whether two names or keywords are the same, ignoring the case of ASCII letters.
 bool isSameName(const std::string& one, const std::string& other);
 
-/// Returns `text` without leading and trailing blanks and line breaks.
+/// Returns `text` without leading and trailing spaces, tabs and line breaks.
 std::string_view withoutBlanks(std::string_view text);
 
 } // namespace Qx::Detail

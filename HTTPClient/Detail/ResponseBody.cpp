@@ -39,7 +39,8 @@ void ResponseBody::keep(std::string_view decoded) {
 }
 
 // Growing by copying would hold a large body in memory twice. Beyond a few megabytes, the permitted
-// maximum is therefore reserved at once, if available: memory that is never written is never used.
+// maximum is therefore reserved at once, if available: only memory that is written to is actually
+// used.
 void ResponseBody::reserve(std::size_t more) {
     constexpr std::size_t large = std::size_t{4} << 20;
     const std::size_t needed = text_.size() + more + HTTPResponse::padding;

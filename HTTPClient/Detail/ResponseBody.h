@@ -18,9 +18,10 @@ public:
     explicit ResponseBody(std::size_t maxBytes);
 
     /// `append` takes the next bytes of the body; `skip` only counts them. Both throw
-    /// `TransferError` if the limit is exceeded. `append` also throws it if the bytes are not gzip,
-    /// `std::bad_alloc` when memory runs out, and what `check` throws, which is called while
-    /// decoding, since a few bytes may decode to many.
+    /// `TransferError` if the limit is exceeded. `append` also throws it if `isGzip` is set and the
+    /// bytes are not gzip, and `std::bad_alloc` when memory runs out. While decoding, `append`
+    /// calls `check` repeatedly, since a few bytes may decode to many, and lets its exceptions
+    /// propagate.
     void append(std::string_view bytes, bool isGzip, const std::function<void()>& check);
     void skip(std::string_view bytes);
 

@@ -12,7 +12,7 @@ namespace Qx::Detail {
 
 namespace {
 
-// Longer ones do not fit in libcurl's integers; it would treat the length as missing.
+// Longer lengths do not fit in libcurl's integers; it would treat them as missing.
 constexpr std::size_t maxLengthDigits = 18;
 
 [[noreturn]] void failMalformed(const char* reason) {
@@ -24,8 +24,8 @@ bool isLength(std::string_view text) {
            text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-// Accepts only "HTTP/1.1 200 OK" or "HTTP/2 200". libcurl accepts less, and may then take an error
-// for a success, or an HTTP/1.1 response for one of HTTP/2.
+// Accepts only "HTTP/1.1 200 OK" or "HTTP/2 200". libcurl is more lenient, and may then take an
+// error for a success, or an HTTP/1.1 response for an HTTP/2 one.
 int statusIn(std::string_view line, bool isHTTP2) {
     constexpr std::string_view digits = "0123456789";
     const bool isVersion =

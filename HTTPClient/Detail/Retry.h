@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-// When a request is worth another attempt.
+// When to retry a request.
 namespace Qx::Detail {
 
 /// Returns whether the status is a temporary failure, which a retry may overcome.

@@ -25,7 +25,7 @@ struct Session {
     // Accessed only by `TransferThread`, under its mutex.
     std::uint64_t submitted = 0;
     std::size_t unfinished = 0;
-    std::string lastToken; ///< The last one that the token source returned.
+    std::string lastToken; ///< The last token that the token source returned.
     std::thread::id tokenThread;
 
     void setLastToken(const std::string& token) noexcept {

@@ -31,7 +31,7 @@ void answer(Session& session, TransferThread& transfers, const TransferThread::T
     } catch (const std::exception& error) {
         transfers.answerTokenQuestion(session, question, noToken(error.what()));
     } catch (...) {
-        transfers.answerTokenQuestion(session, question, noToken("its source has failed"));
+        transfers.answerTokenQuestion(session, question, noToken("its source threw an unknown exception"));
     }
 }
 

@@ -232,7 +232,8 @@ CURL* Transfer::handle() const {
     return easy_.get();
 }
 
-// Runs the action unless the transfer has failed already. Returns false if it has failed by now.
+// Runs the action unless the transfer has already failed. Returns whether the transfer is still
+// free of failures.
 template <class Action>
 bool Transfer::attempt(Action action) noexcept {
     try {
@@ -271,7 +272,7 @@ int Transfer::checkConnection(void* transfer, char* peer, char*, int peerPort, i
         return CURL_PREREQFUNC_OK;
     user.isStale_ = !user.takesNewConnection_;
     if (!user.isStale_)
-        user.setFailure(FailureKind::MALFORMED_RESPONSE, "the response came before the request");
+        user.setFailure(FailureKind::MALFORMED_RESPONSE, "the response arrived before the request was sent");
     return CURL_PREREQFUNC_ABORT;
 }
 
@@ -296,16 +297,16 @@ void Transfer::meetPeer(const std::string& peer, int peerPort, int localPort) {
     socket_ = connections_->find(localPort, peer, peerPort);
     receivedBefore_ = socket_ == CURL_SOCKET_BAD ? 0 : countReceived(socket_);
     use_ = connections_->take(socket_);
-    // A redirect may lead to this machine by a name that only the resolver can map to it. A peer on
+    // A redirect may lead to this machine by a name that only the resolver recognises. A peer on
     // another port is a proxy, which may be on this machine.
     const bool isDirect = destination_.port() == std::to_string(peerPort);
     const bool isHere = isDirect && (isLoopback(peer) || peer.starts_with("::ffff:127."));
     startsHere_ = startsHere_.value_or(isHere);
     if (isHere && !*startsHere_)
         failRedirect("it leads to this machine");
-    // libcurl would send it again if the server refused the HTTP/2 stream.
+    // libcurl would send the request again if the server refused the HTTP/2 stream.
     if (std::exchange(isSent_, true) && method_ == HTTPRequest::Method::POST)
-        throw TransferError(FailureKind::NETWORK, "the server did not take the request");
+        throw TransferError(FailureKind::NETWORK, "the server did not accept the request");
 }
 
 void Transfer::readHeaderLine(std::string_view line) {
@@ -329,7 +330,7 @@ void Transfer::checkProgress() {
     // response.
     if (headerBytes_ == 0 && socket_ != CURL_SOCKET_BAD && !destination_.isHttps())
         hasResponseBegun_ = countReceived(socket_) > receivedBefore_ + 1;
-    // Ask the system only every few calls: most responses end before that.
+    // Ask the system only once every few calls: most responses end before that.
     constexpr unsigned now = 8;
     if (++calls_ % now == 0 && socket_ != CURL_SOCKET_BAD)
         checkReceived();
@@ -358,7 +359,7 @@ void Transfer::checkReceived() {
     const double limit = 1.125 * static_cast<double>(options_.maxBodyBytes) +
                          static_cast<double>(options_.maxHeaderBytes) + forHandshakes;
     const std::uint64_t received = countReceived(socket_);
-    // Once the connection has ended, the system counts nothing any more.
+    // Once the connection has ended, the system no longer reports a count.
     receivedBefore_ = std::min(received, receivedBefore_);
     if (static_cast<double>(received - receivedBefore_) > limit)
         body_.failTooLarge();
@@ -499,7 +500,7 @@ void Transfer::respondFailure(FailureKind kind, const char* reason) noexcept {
 
 TransferError Transfer::cancellation() const {
     if (session_.isClosed)
-        return {FailureKind::CLOSED, "the HTTP client was destroyed before the response came"};
+        return {FailureKind::CLOSED, "the HTTP client was destroyed before the response arrived"};
     return {FailureKind::CANCELLED, "the request was cancelled"};
 }
 
@@ -538,7 +539,7 @@ HTTPResponse Transfer::makeResponse() {
 // Where the request went, for display. The server chooses the host of a redirect, which may be any
 // text.
 std::string Transfer::place() const {
-    return redirects_ == 0 ? destination_.name() : "where a redirect leads";
+    return redirects_ == 0 ? destination_.name() : "the target of a redirect";
 }
 
 // For a log. The server also chooses the path of a redirect, which may repeat secrets from the

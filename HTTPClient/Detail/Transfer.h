@@ -30,7 +30,7 @@ public:
     /// What to do after an exchange with the server.
     enum class Next {
         RESPOND,
-        FOLLOW,      ///< Start again at once: on a redirect, or an unusable connection.
+        FOLLOW,      ///< Start again at once, after a redirect or on a new connection.
         RETRY,       ///< Start again at the time that `due` returns.
         RENEW_TOKEN, ///< Start again with another token, if there is one.
     };
@@ -59,8 +59,8 @@ public:
     /// refusal, is empty or the one that was refused.
     bool setToken(const std::string& token) noexcept;
 
-    /// `hasFailed` returns whether something is wrong with the request or the response; the others
-    /// record that.
+    /// `hasFailed` returns whether something is wrong with the request or the response; the setters
+    /// record it.
     bool hasFailed() const;
     void setFailure(const TransferError& error) noexcept;
     void setFailure(FailureKind kind, const char* reason) noexcept;

@@ -32,7 +32,7 @@ void require(const CurlHTTPClientOptions& options) {
         throw std::invalid_argument("userAgent contains a control character");
     // The URL is not quoted: it may contain a password.
     if (options.proxy && !options.proxy->empty() && !isProxyURL(*options.proxy))
-        throw std::invalid_argument("proxy is no valid URL of a proxy");
+        throw std::invalid_argument("proxy is not a valid proxy URL");
 }
 
 std::vector<Destination> destinationsOf(const std::vector<std::string>& urls) {
@@ -62,7 +62,7 @@ bool isForClientAlone(const std::string& name) {
 std::string refusalOfCredentials(const Destination& destination, const std::string& what) {
     if (destination.isHttps() || destination.isLocal())
         return {};
-    return what + " goes only over https or to this machine; use an https URL";
+    return what + " is sent only over https or to this machine; use an https URL";
 }
 
 std::string refusalOfHeader(const std::string& name, const std::string& value, const Destination& destination) {
@@ -71,7 +71,7 @@ std::string refusalOfHeader(const std::string& name, const std::string& value, c
     if (hasControl(value))
         return "the header " + name + " contains a control character";
     if (isForClientAlone(name))
-        return "the header " + name + " is for the client to set";
+        return "the header " + name + " may only be set by the client";
     return isCredential(name) ? refusalOfCredentials(destination, "the header " + name) : std::string();
 }
 

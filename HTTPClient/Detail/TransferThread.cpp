@@ -23,8 +23,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Requests in flight fail once waiting for their connections has failed this often in a row, with
-// this pause after each failure.
+// Requests in flight fail once waiting for their connections has failed `maxFailures` times in a
+// row, with a pause after each failure.
 constexpr auto pauseAfterFailure = 10ms;
 constexpr int maxFailures = 100;
 
@@ -32,7 +32,8 @@ CurlMulti makeMulti(std::size_t maxConnections) {
     CurlMulti multi(curl_multi_init());
     if (!multi)
         throw std::bad_alloc();
-    // Without descriptors for the wakeup, libcurl carries on, but nothing could wake the thread.
+    // Without descriptors for the wakeup, libcurl would carry on, but nothing could wake the
+    // thread.
     if (curl_multi_wakeup(multi.get()) != CURLM_OK)
         throw std::system_error(std::make_error_code(std::errc::too_many_files_open));
     curl_multi_setopt(multi.get(), CURLMOPT_MAXCONNECTS, static_cast<long>(maxConnections));
@@ -54,7 +55,7 @@ public:
                 const std::function<void(Transfer&)>& fail) noexcept;
 
 private:
-    // Transfers are spliced from list to list, which allocates nothing: on the thread,
+    // Transfers are spliced from list to list, which allocates nothing: on the transfer thread,
     // std::bad_alloc could not reach a caller.
     using Transfers = std::list<Transfer>;
 
@@ -105,8 +106,8 @@ TransferThread::Loop::~Loop() {
     thread_.join();
 }
 
-// Responds and queues under the lock, and touches nothing after releasing it: a completion may have
-// destroyed the client, which takes the lock first.
+// Responds and queues under the lock, and touches nothing after releasing it: from then on, a
+// completion may destroy the client, whose destructor has to take the lock first.
 void TransferThread::Loop::submit(Session& session, const std::vector<HTTPRequest>& requests,
                                   std::vector<ResponseHandler> handlers) {
     Transfers accepted;

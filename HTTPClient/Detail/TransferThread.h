@@ -20,13 +20,13 @@ class TransferError;
 /// connections that are kept for reuse. Thread-safe.
 class TransferThread {
 public:
-    /// Called once: on the transfer thread, in `submit` while the transfer thread waits, or in the
-    /// functions that answer token questions. Must be quick, and must neither throw nor call this
-    /// object. It may cause another thread to close the session before `submit` has returned.
+    /// Called once: on the transfer thread, in `submit` while the transfer thread is locked out, or
+    /// in the functions that answer token questions. Must be quick, and must neither throw nor call
+    /// this object. It may cause another thread to close the session before `submit` has returned.
     using ResponseHandler = std::function<void(HTTPResponse response)>;
 
-    /// Throws `std::system_error` if the thread can't be started or no descriptors are left for it,
-    /// and `std::bad_alloc` when memory runs out.
+    /// Throws `std::system_error` if the thread can't be started or the process has no file
+    /// descriptors left, and `std::bad_alloc` when memory runs out.
     explicit TransferThread(std::size_t maxConnections);
     TransferThread(const TransferThread&) = delete;
     TransferThread& operator=(const TransferThread&) = delete;
@@ -35,15 +35,16 @@ public:
     ~TransferThread();
 
     /// Sends each request as soon as a connection is available, and calls the handler of the same
-    /// index with its response. Uses everything in a request except the callback and the thread
-    /// name. A request that may not be sent is responded to before `submit` returns. If an
+    /// index with its response. Uses only the URL, method, headers and authentication of each
+    /// request. A request that may not be sent is responded to before `submit` returns. If an
     /// exception is thrown, nothing was sent and no handler is called.
     void submit(Session& session, const std::vector<HTTPRequest>& requests, std::vector<ResponseHandler> handlers);
 
     /// Responds to everything submitted so far with a failure, as soon as possible.
     void cancel(Session& session);
 
-    /// Cancels, makes later submissions fail, and returns once nothing is left of the session.
+    /// Cancels everything, makes later submissions fail, and returns once the session has no
+    /// transfers left.
     void close(Session& session);
 
     /// A question for a session's token source.

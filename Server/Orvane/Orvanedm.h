@@ -87,7 +87,8 @@ public:
     /// The same in the options set `optionsName`.
     static std::string baseOrvanedmUri_V3(const std::string& optionsName);
 
-    /// Fills in `request`, which must be new, to list the contents of a folder, without sending it.
+    /// Fills in `request`, which must be newly created, to list the contents of a folder. Does not
+    /// send it.
     void buildOrvaneFolderContentsRequest(const ::Orvane::FolderContentLink& link, const QueryVariables& queryVariables,
                                           FolderContentsCallback callback, HTTPRequest& request);
 
@@ -100,8 +101,8 @@ public:
     void getFolderContents(HTTPRequest request);
 
     /// Sends several such requests together, to be answered on a thread of the `IHTTPClient`
-    /// regardless of `setAsync`. Each request's own callback runs as usual, and `callback` once for
-    /// all of them.
+    /// regardless of `setAsync`. Each request's own callback runs as usual, and `callback` runs
+    /// once, after all of them.
     void getFolderContents(std::vector<HTTPRequest> requests, BatchCallback callback);
 
     /// Fetches the full assembly of a file version. The URN is percent-encoded; `algorithm`, such

@@ -102,7 +102,7 @@ std::size_t writeExchange(const Exchange& exchange, const std::filesystem::path&
         json["failureKind"] = static_cast<std::int32_t>(response.getFailureKind());
         json["reason"] = response.getReason();
     }
-    // The body first: creating it claims the number, and no exchange is ever without its body.
+    // The body is created first: that claims the number, and no exchange is ever without its body.
     while (!createFile(fileOf(folder, number, bodyExtension), response.getBody()))
         ++number;
     try {

@@ -58,7 +58,7 @@ std::string readFile(const std::filesystem::path& path) {
     std::error_code error;
     const bool isFile = std::filesystem::is_regular_file(path, error);
     if (!isFile)
-        fail("read", path, error ? messageOf(error) : "it is no file");
+        fail("read", path, error ? messageOf(error) : "it is not a regular file");
     std::ifstream file(path, std::ios::binary);
     std::string bytes{std::istreambuf_iterator<char>(file), {}};
     if (!file)

@@ -99,7 +99,7 @@ private:
 
     const JSONReplacements& replacements_;
     std::string written_;
-    std::string text_;              // The parts so far of the current key, string or number.
+    std::string text_;              // The current key, string or number, as parsed so far.
     std::vector<std::string> keys_; // The current key of each level.
     bool isAfterKey_ = false;
 };

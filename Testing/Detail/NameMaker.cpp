@@ -18,12 +18,12 @@ namespace {
 
 using Qx::HTTPResponse;
 
-// The keys whose values are words of the service.
+// The keys whose values are the service's own words.
 constexpr std::array<std::string_view, 10> wordKeys{"type",     "status",         "containerType", "membership",
                                                     "role",     "isMember",       "communityType", "relationshipType",
                                                     "subTypes", "allowed-actions"};
 
-// The words of the service that are not written in capitals.
+// The service's words that are not in upper case.
 constexpr std::array<std::string_view, 17> words{
     "files", "folders", "projects", "relationships", "versions", "Active", "Archived", "Inactive",     "Deleted",
     "true",  "false",   "view",     "read",          "write",    "edit",   "delete",   "Configuration"};
@@ -154,7 +154,7 @@ std::string NameMaker::bodyFor(std::string_view body) {
     if (!root)
         return std::string(body.size(), 'x');
     const std::string json = root->toText();
-    // A text that is an id in one place is treated as an id everywhere.
+    // Text that is an id in one place is treated as an id everywhere.
     ids_.clear();
     const auto keepId = [this](const std::string& text, std::string_view key) {
         if (isIdKey(key))
@@ -193,7 +193,7 @@ std::string NameMaker::idFor(const std::string& text) {
         return std::string(prefixOf(text)) + numberOf(std::string(name.substr(name.rfind(':') + 1))) +
                std::string(version);
     }
-    // As long as the service's ids, so that it can't equal a number that is kept.
+    // A number is as long as the service's ids, so that it can't equal a number that is kept.
     return consistsOf(text, digits) ? fmt::format("9{:0>15}", numberOf(text)) : "id-" + numberOf(text);
 }
 

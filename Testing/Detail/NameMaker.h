@@ -10,15 +10,15 @@
 
 namespace Orvane::Testing::Detail {
 
-/// Replaces what may identify a customer with made-up texts of the same kind: an id with an id, a
-/// file's name with a name with the same extension. The same text is always replaced with the same
-/// text, so that references remain intact.
+/// Replaces what may identify a customer with made-up text of the same kind: an id with an id, and
+/// the name of a file with a name with the same extension. The same text always gets the same
+/// replacement, so that references remain intact.
 class NameMaker {
 public:
-    /// Made-up texts are numbered from `first`.
+    /// Replacements are numbered from `first`.
     explicit NameMaker(std::size_t first = 1);
 
-    /// Returns the exchange with made-up texts in its URL and its body. Only these are kept: the
+    /// Returns the exchange with made-up text in its URL and its body. Only these are kept: the
     /// service's own words, such as types and roles, keys that the library knows, numbers that are
     /// not ids, booleans, and the headers Content-Type and Retry-After. A body that is not JSON is
     /// replaced with an "x" for each byte.

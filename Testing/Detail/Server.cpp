@@ -48,7 +48,8 @@ constexpr std::uint64_t maxBodyBytes = std::uint64_t{1} << 20;
 constexpr auto requestTime = 10s;
 constexpr auto responseTime = 5min;
 
-// Whether a header describes the connection over which the response came rather than the response.
+// Whether a header describes the connection over which the response came, rather than the response
+// itself.
 bool belongsToConnection(std::string_view name) {
     constexpr std::array names{"Connection", "Content-Encoding", "Content-Length",   "Date",
                                "Keep-Alive", "Trailer",          "Transfer-Encoding"};
@@ -75,16 +76,16 @@ HTTPResponse refusalOf(const Parser& parser, error_code error) {
     const auto& request = parser.get();
     const http::verb method = request.method();
     if (error == http::error::body_limit)
-        return errorResponse(413, "Too large", "The body of a request may have 1 MiB.");
+        return errorResponse(413, "Too large", "The body of a request must not exceed 1 MiB.");
     if (request.target().size() > maxTargetBytes || (error == http::error::header_limit && request.target().empty()))
-        return errorResponse(414, "URI too long", "The path and query of a request may have 64 KiB.");
+        return errorResponse(414, "URI too long", "The path and query of a request must not exceed 64 KiB.");
     if (error == http::error::header_limit)
-        return errorResponse(431, "Header too large", "The header of a request may have 65,000 bytes.");
+        return errorResponse(431, "Header too large", "The header of a request must not exceed 65,000 bytes.");
     if (error)
-        return errorResponse(400, "Bad request", "This is no request of HTTP/1.1.");
+        return errorResponse(400, "Bad request", "This is not an HTTP/1.1 request.");
     if (method == http::verb::get || method == http::verb::head || method == http::verb::post)
         return HTTPResponse();
-    return errorResponse(405, "Method not allowed", "The service takes GET, HEAD and POST.",
+    return errorResponse(405, "Method not allowed", "The service accepts only GET, HEAD and POST.",
                          {{"Allow", "GET, HEAD, POST"}});
 }
 
@@ -148,8 +149,8 @@ void Server::Loop::accept() {
     isAccepting_ = true;
 }
 
-// Keeps serving when memory runs out: then only connections that needed memory, or are not being
-// answered, end.
+// Keeps serving when memory runs out: only connections that needed memory, or are not being
+// answered at that moment, are closed.
 void Server::Loop::run() {
     for (bool hasEnded = false; !hasEnded;) {
         try {
@@ -190,7 +191,7 @@ asio::awaitable<void> Server::Loop::acceptAll() {
         tcp::socket socket = co_await acceptor_.async_accept(asio::redirect_error(asio::use_awaitable, error));
         if (!error) {
             tryToStart(std::move(socket));
-        } else if (!isStopping_) { // If descriptors ran out, some may be free again in a moment.
+        } else if (!isStopping_) { // If descriptors have run out, some may soon be free again.
             pause.expires_after(50ms);
             co_await pause.async_wait(asio::redirect_error(asio::use_awaitable, error));
         }

@@ -31,7 +31,7 @@ public:
     Server(const Server&) = delete;
     Server& operator=(const Server&) = delete;
 
-    /// Waits up to a second for the responses that are being sent.
+    /// Waits up to a second for responses that are being sent.
     ~Server();
 
     int port() const;

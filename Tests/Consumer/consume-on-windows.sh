@@ -27,7 +27,7 @@ archive=$(find "$build" -maxdepth 1 -name 'QxOrvaneDM10-*.zip')
 package=$work/$(basename "$archive" .zip)
 export WINEPATH=$package/bin
 if grep -rlaF "$PWD/" "$package"; then
-  echo "these files contain the path of the build"
+  echo "these files contain the path of the source tree"
   exit 1
 fi
 

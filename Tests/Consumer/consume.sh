@@ -23,7 +23,7 @@ configure() {
 quietly cmake --install "$build" --prefix "$work/installed"
 root=$(realpath "$source/../..")
 if grep -rlaF "$root/" "$work/installed"; then
-  echo "these files contain the path of the build"
+  echo "these files contain the path of the source tree"
   exit 1
 fi
 quietly configure "$source" consumer -DPROGRAM="$program"
@@ -55,7 +55,7 @@ cat "$work/log"
 read -ra flags < <(pkg-config --cflags --libs QxHTTPClient10)
 quietly "$compiler" -std=c++20 "$examples/OpenAssembly/OpenAssembly.cpp" "${flags[@]}" -o "$work/open-with-pkg-config"
 
-# The package as it is when built without the HTTP client.
+# Turns the package into one that was built without the HTTP client.
 rm "$libraries"/cmake/QxOrvaneDM10/QxOrvaneDM10HTTPClientTargets*
 configure "$examples/OpenAssembly" without >"$work/log" 2>&1 && exit 1
 grep 'without its HTTP client' "$work/log"

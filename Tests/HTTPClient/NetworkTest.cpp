@@ -1,14 +1,14 @@
-// What servers and networks may do to a client, tested with both execution types: the rows of
-// Tests/Cases/network.json. Besides what the server does (see Network.h), a row says
+// Misbehaving servers and networks, tested with both execution types: the rows of
+// Tests/Cases/network.json. Besides what the server does (see Network.h), a row specifies
 //
-// - how the request and the client's options differ from the default ("bindsToken": the token is
-//   only for this server; "tokens": what the token source returns, one after the other; it throws
-//   for a null),
-// - what the server "receives" and what the requests lack ("lacks"), in how many "exchanges", with
-//   what the token source is called ("isAsked"), and over which "protocol",
-// - with which kind of failure the request "fails" and for what "reason", or with what "status",
-//   "headers" and "body" it succeeds,
-// - what differs on Windows ("onWindows"), or why the row is "leftOut" there.
+// - how the request and the client's options differ from the defaults ("bindsToken": the token is
+//   only for this server; "tokens": what the token source returns, one after the other, where null
+//   makes it throw),
+// - what the requests contain ("receives") and do not contain ("lacks"), the number of "exchanges",
+//   the arguments of the calls to the token source ("isAsked"), and the "protocol",
+// - the kind of failure with which the request "fails" and its "reason", or the "status", "headers"
+//   and "body" of the response,
+// - what differs on Windows ("onWindows"), or why the row is left out there ("leftOut").
 
 #include "Tests/Support/Network.h"
 #include "Testing/ScopedState.h"
@@ -125,7 +125,7 @@ constexpr std::array kinds{"",          "REFUSED", "NETWORK",      "TLS", "TIMEO
 void expectResponse(const json& row, const HTTPResponse& response) {
     const std::string& reason = response.getReason();
     const json fails = row.value("fails", json(""));
-    const json possible = fails.is_array() ? fails : json::array({fails}); // Of several, timing decides which it is.
+    const json possible = fails.is_array() ? fails : json::array({fails}); // Timing decides between several.
     const std::string kind = kinds.at(static_cast<std::size_t>(response.getFailureKind()));
     EXPECT_NE(std::find(possible.begin(), possible.end(), kind), possible.end()) << kind << reason;
     EXPECT_EQ(response.getStatus(), row.contains("fails") ? 0 : row.value("status", 200));
@@ -138,8 +138,8 @@ void expectResponse(const json& row, const HTTPResponse& response) {
     EXPECT_EQ(reason.find("secret"), std::string::npos) << reason;
 }
 
-// The parts in "receives" must occur in that order, those in "lacks" in no request, those in
-// "lacksAtLast" not in the last.
+// The parts in "receives" must occur in that order, those in "lacks" must occur in no request, and
+// those in "lacksAtLast" must not occur in the last.
 void expectReceived(const json& row, const std::string& requests) {
     EXPECT_EQ(missingPart(requests, row.value("receives", std::vector<std::string>())), "") << requests;
     for (const std::string part : row.value("lacks", json::array()))
@@ -152,7 +152,8 @@ void expectReceived(const json& row, const std::string& requests) {
     }
 }
 
-// An application's locale in which "i" and "I" are not the same letter, as in Turkish.
+// A locale that an application may set, in which "i" and "I" are not the same letter, as in
+// Turkish.
 struct TurkishLetters : std::ctype<char> {
     char do_toupper(char letter) const override { return letter == 'i' ? letter : ctype::do_toupper(letter); }
     char do_tolower(char letter) const override { return letter == 'I' ? letter : ctype::do_tolower(letter); }
@@ -163,7 +164,7 @@ INSTANTIATE_TEST_SUITE_P(Of, NetworkTest, testing::Range<std::size_t>(0, rows().
                          [](const auto& tested) { return nameOf(rows()[tested.param]); });
 
 // Sends as many requests as the row says, and then one to a good server. Counts the completions of
-// the former, even late ones.
+// the former, including late ones.
 void meet(const json& row, Type type, std::atomic<int>& completions) {
     const RawServer good(Serving::well);
     const RawServer server = Network::serve(row, good.port());
@@ -204,9 +205,9 @@ void meet(const json& row, Type type, std::atomic<int>& completions) {
     EXPECT_LT(memory.growth(), changed.maxBodyBytes + 64 * mebibyte);
     HTTPRequest next = makeRequest(good.url("/"), Type::CALLING_THREAD);
     next.setAuthType(HTTPRequest::AuthType::NONE);
-    EXPECT_EQ(send(client, next).getBody(), "{}") << "the client is as good as before";
-    EXPECT_EQ(good.received().find("uthorization"), std::string::npos) << "that of the request before";
-    EXPECT_EQ(good.received().find("secret"), std::string::npos) << "what is for the first server goes to no other";
+    EXPECT_EQ(send(client, next).getBody(), "{}") << "the client still works";
+    EXPECT_EQ(good.received().find("uthorization"), std::string::npos) << "no token of the previous request";
+    EXPECT_EQ(good.received().find("secret"), std::string::npos) << "nothing meant for the first server";
 }
 
 TEST_P(NetworkTest, CompletesOnceAsExpectedAndLeaksNothing) {
@@ -231,7 +232,7 @@ TEST_P(NetworkTest, CompletesOnceAsExpectedAndLeaksNothing) {
 // certificates.
 TEST(Soak, CompletesEveryRequestWithoutGrowing) {
     if (std::string(TEST_SYSTEM) == "Windows")
-        GTEST_SKIP() << "the servers can't end connections that a client keeps, and nothing tells what a heap holds";
+        GTEST_SKIP() << "the servers can't end connections that a client keeps open, and heap use can't be measured";
     const char* wanted = std::getenv("SOAK_SECONDS");
     const std::chrono::milliseconds time = std::chrono::seconds(wanted ? std::atoi(wanted) : 3);
     CurlHTTPClientOptions hurried = clientOptions();
@@ -271,7 +272,7 @@ TEST(Soak, CompletesEveryRequestWithoutGrowing) {
         for (unsigned seed = 0; seed < 4; ++seed)
             threads.push_back(std::async(std::launch::async, sendUntilEnd, seed));
     };
-    // Sends as many requests at once as the client has connections, so that it keeps none to
+    // Sends as many requests at once as the client may have connections, so that it keeps none to
     // servers that no longer exist.
     const auto settle = [&] {
         const RawServer last([](RawServer::Connection& connection) {

@@ -1,4 +1,4 @@
-// Tests of the client and of the local service on systems with signals, descriptors and forks.
+// Tests of the client and of the local service on systems with signals, file descriptors and fork.
 
 #include "Testing/LocalService.h"
 #include "Tests/Support/FailingCalls.h"
@@ -83,12 +83,12 @@ TEST(CurlHTTPClient, LeavesSignalsToTheHost) {
         const std::uint64_t blocked = std::stoull(text.substr(text.find("SigBlk:") + 7), nullptr, 16);
         for (const int signal : {SIGINT, SIGTERM, SIGCHLD, SIGPIPE})
             EXPECT_EQ(blocked >> (signal - 1) & 1, 1U) << text;
-        EXPECT_EQ(blocked >> (SIGSEGV - 1) & 1, 0U) << "a fault of its own is not another's";
+        EXPECT_EQ(blocked >> (SIGSEGV - 1) & 1, 0U) << "signals for a thread's own faults are not blocked";
     }
     sigset_t own;
     pthread_sigmask(SIG_BLOCK, nullptr, &own);
-    EXPECT_EQ(sigismember(&own, SIGTERM), 0) << "the calling thread is as before";
-    EXPECT_GE(threads, 2) << "the one that transfers, and one that has called a completion";
+    EXPECT_EQ(sigismember(&own, SIGTERM), 0) << "the mask of the calling thread is unchanged";
+    EXPECT_GE(threads, 2) << "the transfer thread, and one that has run a completion";
 }
 
 TEST(CurlHTTPClient, LetsNoOtherProgramInheritItsConnections) {
@@ -118,7 +118,7 @@ TEST(CurlHTTPClient, FailsWithAReasonInAForkedChildAndStillWorksInTheParent) {
         _exit(response.getReason().find("forked") == std::string::npos ? 1 : 0);
     };
     EXPECT_EXIT(sendAndEnd(), testing::ExitedWithCode(0), "");
-    EXPECT_EQ(send(*client, server.url("/")).getStatus(), 200) << "the parent's is as before";
+    EXPECT_EQ(send(*client, server.url("/")).getStatus(), 200) << "the parent's client still works";
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 // Runs the program as a user does: the rows of Tests/Cases/program.json. Each says what to "run",
 // what the output must contain, in order ("prints"), what it must not contain ("hides"), whether
-// all of it must be JSON ("isJSON"), and what the "error" message must contain. Some have a server
-// of their own, as in network.json.
+// all of it must be JSON ("isJSON"), and what the "error" message must contain. Some rows have a
+// server of their own, as in network.json.
 
 #include "Host/ProcessState.h"
 #include "Testing/LocalService.h"

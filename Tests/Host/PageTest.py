@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""PageTest.py ORVANE: opens pages of `orvane assembly --html` in headless Chromium, by way of chromedriver."""
+"""PageTest.py ORVANE: opens pages of `orvane assembly --html` in headless Chromium,
+using chromedriver."""
 
 import contextlib
 import http.server
@@ -53,7 +54,7 @@ def browser():
 
 @contextlib.contextmanager
 def service(body):
-    """Answers every GET with the body, and lists the paths that were asked for."""
+    """Answers every GET with the body, and lists the requested paths."""
     paths = []
 
     class Handler(http.server.BaseHTTPRequestHandler):
@@ -98,8 +99,8 @@ def check_sample(window, orvane, folder):
     hidden = "document.querySelector('.file[hidden]')"
     window.run(f"location.hash = {hidden}.id")
     time.sleep(0.2)
-    expect("a file that a link leads to", window.run("return document.querySelector('.file:target').open"), True)
-    expect("filter after that", window.run("return document.querySelector('input').value"), "")
+    expect("whether the target of a link is open", window.run("return document.querySelector('.file:target').open"), True)
+    expect("filter after following the link", window.run("return document.querySelector('input').value"), "")
 
 
 def check_hostile_names(window, orvane, folder):

@@ -6,8 +6,8 @@ set -euo pipefail
 cd "$1"
 failed=0
 
-# check FOLDER DEPTH ALLOWED: checks that of the project's headers, the files in FOLDER include only
-# those that match ALLOWED.
+# check FOLDER DEPTH ALLOWED: checks that the files in FOLDER include only those of the project's
+# headers that match ALLOWED.
 check() {
   local found
   found=$(find "$1" -maxdepth "$2" -name '*.h' -o -maxdepth "$2" -name '*.cpp' | sort |
@@ -31,7 +31,7 @@ check Fuzz 1 'Base/|Server/|Testing/|Benchmarks/|Fuzz/|Tests/Support/'
 
 # The client and the links use each other, but only their sources may include the other's header.
 if grep -lE '#include "Server/Orvane/(Orvanedm|FolderContentLink)\.h"' Server/Orvane/*.h; then
-  echo "the headers of client and links must not include one another"
+  echo "the headers of the client and of the links must not include each other"
   failed=1
 fi
 

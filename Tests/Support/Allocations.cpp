@@ -16,8 +16,8 @@ constexpr std::int64_t hasFailed = -1;
 std::atomic<bool> isCounting = false;
 std::atomic<std::int64_t> madeCount = 0;
 std::atomic<std::int64_t> releasedCount = 0;
-// How many allocations precede the one that fails, and the name or the thread whose allocations
-// these are.
+// How many allocations precede the one that fails, and the thread, or the name of the threads, that
+// make them.
 std::atomic<std::int64_t> left = nothingFails;
 std::atomic<const char*> failingName = nullptr;
 std::atomic<pthread_t> failingThread;
@@ -31,7 +31,7 @@ bool isFailingThread() {
     return std::strcmp(name.data(), wanted) == 0;
 }
 
-// Does not count below 0 any further, so that at most one allocation fails.
+// Stops counting once below 0, so that at most one allocation fails.
 bool isToFail() {
     return left >= 0 && isFailingThread() && left.fetch_sub(1) == 0;
 }

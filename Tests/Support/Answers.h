@@ -23,15 +23,15 @@ Json describe(const Orvane::Payloads::ProjectData& project);
 Json describe(const Orvane::Payloads::RelationshipData& relationship);
 Json describe(const Orvane::Payloads::VersionData& version);
 
-/// Returns the answers of a document of the first generation to every query, each under the query's
-/// name. The answer to a query that takes an id is an object with the answers for each of `ids`.
+/// Returns the answers of a V2 document to every query, each under the query's name. The answer to
+/// a query that takes an id is an object with the answers for each of `ids`.
 Json answersOf(const Orvane::Payloads::FullAssemblyData& document, const std::vector<std::string>& ids);
 
-/// Returns the same for a V3 document, with the queries of both generations.
+/// Returns the same for a V3 document, with the queries of both API versions.
 Json answersOf(const Orvane::Payloads::FullAssemblyDataV3& document, const std::vector<std::string>& ids);
 
 /// Returns the properties of the usage event that the document tracks, with its name under "event".
-/// Replaces the event sink of the process meanwhile, so only one thread may call it at a time.
+/// Meanwhile, replaces the event sink of the process, so only one thread may call it at a time.
 Json eventOf(const Orvane::Payloads::FullAssemblyData& document, const std::wstring& workflow);
 
 /// Returns the name of an enumerator, for code that describes the same records.

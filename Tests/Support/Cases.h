@@ -7,15 +7,15 @@
 /// Returns the JSON of a file in Tests/Cases.
 nlohmann::json casesOf(const std::string& file);
 
-/// Returns the same for tests whose results differ between systems: on Windows, what a row has
-/// under "onWindows" replaces what it has otherwise.
+/// Returns the same for tests whose results differ between systems: on Windows, the members of a
+/// row's "onWindows" replace those of the row.
 nlohmann::json casesOf(const std::string& file, const std::string& system);
 
-/// Converts each character of a text to one byte.
+/// Converts each character of a JSON string to one byte.
 std::string bytesOf(const nlohmann::json& text);
 
 /// Returns the first of `parts` that does not occur in `text` after the start of the part before
-/// it, or an empty text if all occur in that order.
+/// it, or an empty string if all occur in that order.
 std::string missingPart(const std::string& text, const std::vector<std::string>& parts);
 
 /// Returns the service's answer for version 3 of file A, which is in a folder and refers to version

@@ -5,14 +5,14 @@
 #include <atomic>
 #include <limits>
 
-/// System calls that fail in the whole program for as long as a test requests it. Works by
-/// replacing the program's `poll`, `socketpair` and `pthread_create`.
+/// System calls that fail in the whole program while a test requests it. Works by replacing the
+/// program's `poll`, `socketpair` and `pthread_create`.
 namespace FailingCalls {
 
 inline std::atomic<bool> poll = false;
 inline std::atomic<bool> socketpair = false;
 
-/// How many more threads can be started.
+/// The number of threads that can still be started.
 inline std::atomic<int> threadsLeft = std::numeric_limits<int>::max();
 
 inline Orvane::Testing::ScopedState scopedThreadsLeft(int count) {

@@ -101,8 +101,8 @@ void respondInFrames(const json& row, Connection& connection) {
     }
 }
 
-// OpenSSL reads its configuration when it is first used: here, that of a system that permits
-// everything.
+// OpenSSL reads its configuration when it is first used: in these tests, that of a system that
+// permits everything.
 const auto permissive = scopedVariable("OPENSSL_CONF", TEST_SOURCES "/Support/permissive-openssl.cnf");
 
 } // namespace

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <string>
 
-// The state of the test process that tests inspect and change.
+// State of the test process that tests inspect and change.
 
 /// The number of open descriptors: files, connections and the like.
 std::ptrdiff_t countDescriptors();
@@ -22,13 +22,13 @@ std::size_t heapInUse();
 /// Sets an environment variable, and unsets it at the end of the scope.
 Orvane::Testing::ScopedState scopedVariable(const char* name, const std::string& value);
 
-/// Measures by how much the memory of the process grows while this object exists. Measures nothing
+/// Measures how much the memory of the process grows while this object exists. Measures nothing
 /// under a sanitizer, which keeps freed memory.
 class PeakMemory {
 public:
     PeakMemory();
 
-    /// The number of bytes in use at the peak beyond those at the start.
+    /// The number of bytes in use at the peak, minus those at the start.
     std::size_t growth() const;
 
 private:

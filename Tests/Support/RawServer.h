@@ -22,7 +22,7 @@ class RawServer {
 public:
     class Connection {
     public:
-        /// Reads the next request up to the empty line, as received. Returns an empty text if the
+        /// Reads the next request up to the empty line, as received. Returns an empty string if the
         /// client has disconnected.
         std::string readRequest();
 
@@ -79,7 +79,7 @@ public:
 
     unsigned port() const;
 
-    /// The first requests, as received.
+    /// Roughly the first 4,000 bytes of requests, as received.
     std::string received() const;
 
     /// The highest number of connections that were open at the same time.

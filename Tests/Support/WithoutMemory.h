@@ -5,16 +5,16 @@
 #include <gtest/gtest.h>
 #include <new>
 
-/// How an operation ended in which one allocation was made to fail.
+/// How an operation ended while one of its allocations was made to fail.
 struct WithoutMemory {
     bool hasFailed = false; ///< Whether the operation reached that allocation.
     bool hasThrown = false; ///< Whether the operation threw `std::bad_alloc`.
 };
 
 /// Calls `attempt` repeatedly, with a function that runs an operation while one allocation fails:
-/// at first the operation's first, then its second, and so on until none fails. Returns the number
-/// of allocations. A run without failures comes first, for what is allocated once per process. No
-/// attempt may leak.
+/// first the operation's first allocation, then its second, and so on until none fails. Returns the
+/// number of allocations. A run without failures comes before these, for what is allocated only
+/// once per process. No attempt may leak.
 template <class Attempt>
 std::size_t failEachAllocation(Attempt attempt) {
     attempt([](auto operation) {
@@ -36,7 +36,7 @@ std::size_t failEachAllocation(Attempt attempt) {
         });
         if (!ended.hasFailed)
             return number;
-        EXPECT_EQ(allocations.alive(), 0) << "leaked by failure " << number;
+        EXPECT_EQ(allocations.alive(), 0) << "leaked after failing allocation " << number;
     }
 }
 

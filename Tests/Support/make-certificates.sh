@@ -2,7 +2,7 @@
 # make-certificates.sh FOLDER: creates certificates NAME.pem, each with its key NAME.key: two
 # authorities, `authority` and `other-authority`; server certificates signed by the first, `good`
 # (for localhost and 127.0.0.1), `expired` and `other-host`; and `self-signed`. All except `expired`
-# are valid for ten years, since a build folder may be old.
+# are valid for ten years, since a build folder may be kept for long.
 set -Eeuo pipefail
 mkdir -p "$1"
 cd "$1"

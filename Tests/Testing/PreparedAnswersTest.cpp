@@ -51,7 +51,7 @@ TEST(Endpoint, IsRecognisedByMethodAndURL) {
         EXPECT_EQ(Endpoint::of(Method::GET, other), std::nullopt) << other;
 }
 
-TEST(PreparedHTTPClient, AnswersAtOnceOrWhenTheTestLetsIt) {
+TEST(PreparedHTTPClient, AnswersAtOnceOrWhenReleased) {
     PreparedAnswers answers;
     answers.add({Kind::FOLDER_CONTENTS, "f"}, HTTPResponse(200, "<html>", {{"X-Odd", "1"}}));
     answers.add(Method::POST, "/other", HTTPResponse::transportFailure(FailureKind::TIMEOUT, "late"));

@@ -17,7 +17,7 @@ using UTF16 = boost::nowide::utf::utf_traits<char16_t>;
 constexpr std::string_view replacement = "\xEF\xBF\xBD"; // U+FFFD
 constexpr std::size_t escapeSize = 6;                    // \uD800
 
-// Removes up to `most` of these characters from the front. Returns whether there were any.
+// Removes up to `most` of `characters` from the front. Returns whether there were any.
 bool take(std::string_view& text, std::string_view characters, std::size_t most = std::string_view::npos) {
     const std::size_t count = std::min({text.find_first_not_of(characters), text.size(), most});
     text.remove_prefix(count);
@@ -34,7 +34,7 @@ bool isNumber(std::string_view text) {
     return hasInteger && hasFraction && hasExponent && text.empty();
 }
 
-// Whether `number`, if it is one at all, is well within the parser's limits, as most numbers are.
+// Whether `number`, if it is a number at all, is well within the parser's limits, as most are.
 bool isPlainlyTaken(std::string_view number) {
     const std::size_t exponent = std::min(number.find_first_of("eE"), number.size());
     const std::size_t most = number.find_first_of(".eE") == std::string_view::npos ? 18 : 200;
@@ -97,8 +97,8 @@ private:
     void mendNumber() {
         const std::size_t end = std::min(text_.find_first_not_of("+-.0123456789eE", at_), text_.size());
         const std::string_view number = text_.substr(at_, end - at_);
-        // Only where a value may end: before a colon, for example, a number is an error, but the
-        // string that replaces it would not be.
+        // Replaces the number only where a value may end: before a colon, for example, a number is
+        // an error, but the string that replaces it would not be.
         const std::size_t next = std::min(text_.find_first_not_of(" \t\n\r", end), text_.size());
         const bool endsValue =
             next == text_.size() || std::string_view(",]}").find(text_[next]) != std::string_view::npos;

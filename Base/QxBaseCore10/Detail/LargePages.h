@@ -4,8 +4,9 @@
 
 namespace Qx::Detail {
 
-/// The smallest size that is worth a system call. Allocations from this size on usually get a fresh
-/// mapping from the system; smaller ones soon reuse memory that the process has already touched.
+/// The smallest size that is worth a system call. Allocations of this size or more usually get a
+/// fresh mapping from the system; smaller ones soon reuse memory that the process has already
+/// touched.
 inline constexpr std::size_t largePagesFrom = std::size_t{32} << 20;
 
 /// Asks the system to back the `size` bytes at `memory` with large pages, if `size` is at least

@@ -11,7 +11,7 @@ FilesData::FilesData(const Qx::JSONNode& node) : Data(node) {
         return;
     read(node, "name", name_);
     readParent(node);
-    // After the parent, since a configuration design may replace the parent id.
+    // Attributes come after the parent, since a configuration design may replace the parent id.
     readAttributes(node);
 }
 

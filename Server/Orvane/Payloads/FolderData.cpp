@@ -8,7 +8,7 @@ namespace Orvane::Payloads {
 
 FolderData::FolderData(const Qx::JSONNode& node) {
     Data::init(node);
-    // Before the type is checked, so that a resource of another type has its link.
+    // The link is read before the type is checked, so that a resource of another type keeps it.
     if (const auto links = child(node, "links"))
         Links::init(*links);
     if (getType() != Texts::folders)
@@ -30,7 +30,7 @@ void FolderData::readStanding(const Qx::JSONNode& me) {
             allowedActions_.insert(action.asHString(""));
 }
 
-// Partial on purpose: the target keeps its own link and `membership_`.
+// Deliberately partial: the target keeps its own link and `membership_`.
 FolderData& FolderData::operator=(const FolderData& other) {
     Data::operator=(other);
     name_ = other.name_;

@@ -21,7 +21,7 @@ void addProperty(Qx::Analytics::Report& report, const std::wstring& key, const V
     report.properties.try_emplace(key, text.str());
 }
 
-// Makes the part of the event that both API versions share; the queries are virtual.
+// Creates the part of the event that both API versions share. The queries are virtual.
 Qx::Analytics::Report makeReport(const FullAssemblyData& document, const wchar_t* generation,
                                  const std::wstring& workflow) {
     Qx::Analytics::Report report;

@@ -13,7 +13,7 @@ FullAssemblyDataV3::FullAssemblyDataV3() = default;
 FullAssemblyDataV3::FullAssemblyDataV3(const Qx::JSONNode& root) : FullAssemblyData(root) {
     const auto data = child(root, "data");
     const auto included = child(root, "included");
-    // Before the relationships, which look up versions.
+    // Versions come before relationships, which look them up.
     if (included)
         readVersions(*included);
     if (data)

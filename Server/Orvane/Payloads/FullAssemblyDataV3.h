@@ -16,7 +16,7 @@
 namespace Orvane::Payloads {
 
 /// The full assembly of one file version, as the V3 service returns it: what `FullAssemblyData`
-/// contains, and every version, folder and relationship, with the files that the version directly
+/// contains, plus all versions, folders and relationships, and the files that the version directly
 /// refers to or is referred to by.
 ///
 /// The notes on threads, results and failures at `FullAssemblyData` apply here too. Copies of a
@@ -54,10 +54,10 @@ public:
     /// names) of the archived folders, in ascending order. One pass over projects and folders.
     std::vector<std::wstring> getArchivedParents() const override;
 
-    /// As `getArchivedParents`, for the deleted projects and folders.
+    /// The same as `getArchivedParents`, for the deleted projects and folders.
     std::vector<std::wstring> getDeletedParents() const override;
 
-    /// As `getArchivedParents`, for the inactive projects and folders.
+    /// The same as `getArchivedParents`, for the inactive projects and folders.
     std::vector<std::wstring> getInactiveParents() const override;
 
     /// Returns the names of the projects as in `FullAssemblyData`, followed by the names (not the
@@ -74,10 +74,10 @@ public:
 
     ~FullAssemblyDataV3() override;
 
-    /// As in `FullAssemblyData`, with "V3" for "Version", and with "assemblyProjectType":
-    /// "CONTROLLED" if the document's own file is in one of its folders, else the community type of
-    /// the file's project as the service spells it, else "UNKNOWN". The flags cover folders as well
-    /// as projects.
+    /// The same as in `FullAssemblyData`, with "V3" as the "Version", and with the additional
+    /// property "assemblyProjectType": "CONTROLLED" if the document's own file is in one of its
+    /// folders; otherwise the community type of the file's project, as the service spells it;
+    /// "UNKNOWN" if there is neither. The flags cover folders as well as projects.
     void sendFullAssemblyAnalytics(std::wstring workflow) const override;
 
     /// Returns the id and name of every file of the assembly, including the document's own. One

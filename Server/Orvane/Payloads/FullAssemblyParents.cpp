@@ -1,4 +1,4 @@
-// Queries on the parents that the user can't use as they are, for both API versions side by side.
+// Queries on the parents that the user can't work in, for both API versions side by side.
 
 #include "Server/Orvane/Payloads/FullAssemblyData.h"
 

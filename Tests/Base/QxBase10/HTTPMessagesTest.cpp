@@ -32,7 +32,8 @@ TEST(HTTPResponse, SharesItsBodyWithCopiesAndHasNoneAfterAFailure) {
     EXPECT_EQ(response.getBody().data(), bytes);
     EXPECT_EQ(copy.getBody().data(), bytes);
     EXPECT_EQ(copy.getBody(), std::string(1000, 'x'));
-    EXPECT_EQ(HTTPResponse(500, "").getFailureKind(), HTTPResponse::FailureKind::NONE) << "a refusal is an answer";
+    EXPECT_EQ(HTTPResponse(500, "").getFailureKind(), HTTPResponse::FailureKind::NONE)
+        << "an error status is a response";
     EXPECT_NE(HTTPResponse().getFailureKind(), HTTPResponse::FailureKind::NONE);
     EXPECT_TRUE(HTTPResponse().getBody().empty());
 }
@@ -47,7 +48,7 @@ TEST(HTTPUtils, LeavesTheNodeAloneUnlessTheBodyIsJSON) {
     }
     EXPECT_TRUE(Qx::HTTPUtils::extractJSON(status, HTTPResponse(200, R"({ "results": "yes" })"), node));
     EXPECT_TRUE(status.isOk());
-    EXPECT_EQ(node.toText(), R"({"results":"yes"})") << "the body is gone, the node is not";
+    EXPECT_EQ(node.toText(), R"({"results":"yes"})") << "the node outlives the body";
 }
 
 } // namespace

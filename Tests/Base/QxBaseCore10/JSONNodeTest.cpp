@@ -32,14 +32,14 @@ TEST(JSONNode, ParsesManyMegabytesAndAtMost1024Levels) {
     EXPECT_FALSE(parses(nested(1025)) || parses(nested(1024, "1")) || parses(nested(1'000'000)));
 }
 
-// With a wchar_t of 16 bits, it is a surrogate pair.
-TEST(Strings, RepresentACharacterBeyondTheFirstPlaneAsTheSystemDoes) {
+// With a 16-bit wchar_t, the character is a surrogate pair.
+TEST(Strings, RepresentACharacterBeyondTheBasicPlaneAsTheSystemDoes) {
     std::wstring wide;
     JSONNode(R"({"a":"\ud83d\ude00!"})")["a"].get(wide);
     EXPECT_EQ(wide, L"\U0001F600!");
     EXPECT_EQ(wide.size(), sizeof(wchar_t) == 2 ? 3U : 2U);
     EXPECT_EQ(Qx::ToHString(wide), "\xF0\x9F\x98\x80!");
-    EXPECT_EQ(Qx::ToHString(std::wstring{0xD83D, L'!'}), "\xEF\xBF\xBD!") << "half of one";
+    EXPECT_EQ(Qx::ToHString(std::wstring{0xD83D, L'!'}), "\xEF\xBF\xBD!") << "an unpaired surrogate";
 }
 
 TEST(JSONNode, RejectsInvalidJSONEvenNextToOddValues) {

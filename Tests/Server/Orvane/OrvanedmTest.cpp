@@ -70,7 +70,7 @@ protected:
     const FolderContentLink link = FolderContentLink::fromUrn("an.urn", "set");
     CapturedEvents events;
     std::optional<bool> success;
-    std::string given; // What the callback received: the contents, or the document's generation and id.
+    std::string given; // What the callback received: contents, or a document's API version and id.
     Qx::Orvanedm::FolderContentsCallback keepContents = [this](bool succeeded, const Qx::JSONNode& node) {
         success = succeeded;
         given = node.toText();
@@ -79,7 +79,7 @@ protected:
         success = succeeded;
         given =
             data ? (std::dynamic_pointer_cast<FullAssemblyDataV3>(data) ? "V3 " : "V2 ") + data->getId() : "nothing";
-        EXPECT_TRUE(events.all().empty()) << "the caller has the document first";
+        EXPECT_TRUE(events.all().empty()) << "the callback runs before the event is tracked";
     };
     Qx::Orvanedm::FullAssemblyAccessCallback keepAccess = [this](bool succeeded, const FullAssemblyData& data) {
         success = succeeded;
@@ -97,7 +97,7 @@ TEST_F(OrvanedmTest, SendsAndAnswersAsTheCasesSay) {
         success.reset();
         events.clear();
         send(client, tested);
-        EXPECT_FALSE(success.has_value()) << "nothing is told before the answer";
+        EXPECT_FALSE(success.has_value()) << "the callback does not run before the response";
         if (tested.contains("request")) {
             EXPECT_EQ(describe(http->requests().back()),
                       tested["request"].get<std::string>() + common + tested["thread"].get<std::string>());
@@ -126,7 +126,7 @@ TEST_F(OrvanedmTest, BaseUrisAreReadOnEachCallAndEmptyIfUnset) {
     EXPECT_TRUE(options->tryGet(L"orvaneServiceUrl", value));
     options->unset(L"orvaneServiceUrl");
     EXPECT_FALSE(options->tryGet(L"orvaneServiceUrl", value));
-    EXPECT_EQ(value, L"https://moved") << "what is not set leaves it alone";
+    EXPECT_EQ(value, L"https://moved") << "an option that is not set leaves the value unchanged";
 }
 
 TEST_F(OrvanedmTest, RequestsSayWhereTheyWereBuilt) {
@@ -154,13 +154,13 @@ TEST_F(OrvanedmTest, AsyncAppliesWhenARequestIsBuiltAndCopiesHaveTheirOwn) {
     orvanedm.buildOrvaneFolderContentsRequest(link, {}, keepContents, requests[0]);
     assigned.buildOrvaneFolderContentsRequest(link, {}, keepContents, requests[1]);
     copy.buildOrvaneFolderContentsRequest(link, {}, keepContents, requests[2]);
-    EXPECT_TRUE(http->requests().empty()) << "forming sends nothing";
+    EXPECT_TRUE(http->requests().empty()) << "building a request sends nothing";
     for (const Qx::HTTPRequest& request : requests)
         EXPECT_EQ(request.executionType == ExecutionType::CLIENT_THREAD, &request == &requests[1]);
     assigned.getFolderContents(requests[0]);
     EXPECT_EQ(http->requests().back().executionType, ExecutionType::CALLING_THREAD);
     assigned.requestFullAssemblyAccess("v", keepAccess, "LATEST");
-    EXPECT_TRUE(http->requests().back().getURL().starts_with("https://first/")) << "options are a copy's own too";
+    EXPECT_TRUE(http->requests().back().getURL().starts_with("https://first/")) << "a copy keeps its options set";
 
     std::size_t answered = 0;
     orvanedm.getFolderContents(requests, [&](std::vector<Qx::HTTPResponse> r) { answered = r.size(); });
@@ -181,7 +181,7 @@ TEST_F(OrvanedmTest, ACallbackThatThrowsSuppressesTheEventAndLeavesTheClientUsab
     EXPECT_EQ(events.all().size(), 1U);
 }
 
-TEST_F(OrvanedmTest, NestingUsesNoStack) {
+TEST_F(OrvanedmTest, DeepNestingDoesNotExhaustTheStack) {
     constexpr std::size_t million = 1'000'000;
     const auto nested = [](std::size_t levels) { return std::string(levels, '[') + std::string(levels, ']'); };
     const std::vector<std::pair<std::string, bool>> bodies{{nested(1024), true},

@@ -1,5 +1,5 @@
-// Tests of records and documents, except for reading and queries, which Tests/Cases covers.
-// Fuzz/AssemblyFuzzer.cpp tests how V3 documents are moved.
+// Tests of records and documents, except reading and queries, which Tests/Cases covers.
+// Fuzz/AssemblyFuzzer.cpp tests moving V3 documents.
 
 #include "Base/QxBaseCore10/JSONNode.h"
 #include "Tests/Support/Answers.h"
@@ -25,7 +25,7 @@ static_assert(!std::is_polymorphic_v<ProjectData>);
 static_assert(std::is_nothrow_move_constructible_v<FilesData> && std::is_nothrow_move_constructible_v<ProjectData>);
 static_assert(!std::is_nothrow_move_constructible_v<FolderData>, "moving a folder copies it");
 static_assert(std::has_virtual_destructor_v<FullAssemblyData>);
-static_assert(!std::is_convertible_v<FullAssemblyData*, Links*>, "its link is its own affair");
+static_assert(!std::is_convertible_v<FullAssemblyData*, Links*>, "the link of a document is private");
 static_assert(!std::is_nothrow_move_constructible_v<FullAssemblyData>, "moving a document copies it");
 static_assert(std::is_convertible_v<FullAssemblyDataV3*, FullAssemblyData*>);
 
@@ -124,7 +124,7 @@ TEST(FolderData, EachSetterReplacesOneFieldAndEqualityComparesSeven) {
 TEST(FolderData, AssignmentKeepsTheTargetsLinkAndMembership) {
     const FolderData source(wholeFolder);
     Json expected = describe(source);
-    EXPECT_EQ(describe(FolderData(source)), expected) << "the copy constructor takes all";
+    EXPECT_EQ(describe(FolderData(source)), expected) << "the copy constructor copies everything";
     FolderData target;
     target.setHref("/mine");
     target.membership("MINE");
@@ -153,7 +153,7 @@ TEST(FullAssemblyData, MovingCopiesAndSlicingTakesTheBase) {
     EXPECT_EQ(allAnswers(target), allAnswers(FullAssemblyData(JSONNode("{}"))));
     const FullAssemblyDataV3 v3(root);
     target = static_cast<const FullAssemblyData&>(v3);
-    EXPECT_EQ(allAnswers(target), all) << "all files count as referenced";
+    EXPECT_EQ(allAnswers(target), all) << "a V2 document treats all its files as referenced";
 }
 
 TEST(FullAssemblyDataV3, CopiesShareRelationshipsButNotProjects) {
@@ -180,7 +180,8 @@ TEST(FullAssemblyData, FindsTheProjectsOfManyFilesQuickly) {
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
 }
 
-// An application's locale that groups every digit and has its own words for booleans.
+// A locale that an application may set, which groups every digit and has its own words for
+// booleans.
 struct GroupedNumbers : std::numpunct<wchar_t> {
     std::string do_grouping() const override { return "\1"; }
     std::wstring do_truename() const override { return L"wahr"; }

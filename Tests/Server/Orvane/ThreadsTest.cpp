@@ -1,4 +1,4 @@
-// Tests of what may run at the same time, mainly for the thread sanitizer.
+// Tests of concurrent use, mainly for the thread sanitizer.
 
 #include "Base/QxBaseCore10/JSONNode.h"
 #include "Server/Orvane/FolderContentLink.h"
