@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # bench.sh [--quick]: installs missing packages, builds, measures on one core what it costs to read
-# an assembly, to query it and to fetch it, and prints a table. The raw results are kept in
-# build/benchmark/results. With --quick, everything runs once, on the smallest assembly: this only
-# shows that the benchmarks work, and the figures mean nothing.
+# an assembly, to query it and to fetch it, and prints the results as tables. The raw results are
+# kept in build/benchmark/results. With --quick, everything runs once, on the smallest assembly:
+# this only shows that the benchmarks work, and the figures are meaningless.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs missing packages, and makes the guide and the reference of the public headers as one site,
-# build/docs/index.html. Fails if anything is undocumented or a link leads nowhere.
+# Installs missing packages, and builds the guide and the reference of the public headers as one
+# site, build/docs/index.html. Fails if a public declaration is undocumented or a link is broken.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # fuzz.sh [SECONDS]: installs missing packages, builds with the address and undefined-behaviour
 # sanitizers, and runs each fuzzer for SECONDS (200 by default), as many in parallel as there are
-# cores. Inputs that reach new code are kept in build/fuzz/corpus, and an input that breaks
-# something in build/fuzz/findings.
+# cores. Inputs that reach new code are kept in build/fuzz/corpus, and those that cause a failure in
+# build/fuzz/findings.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 seconds=${1:-200}
@@ -14,7 +14,7 @@ fi
 ./scripts/set-up.sh fuzz
 ./scripts/build.sh fuzz
 programs=build/fuzz/Fuzz
-# Recording only short stack traces for allocations makes fuzzing twice as fast.
+# Short stack traces for allocations make fuzzing twice as fast.
 export ASAN_OPTIONS=${ASAN_OPTIONS:-malloc_context_size=2:quarantine_size_mb=2}
 mkdir -p build/fuzz/findings
 

@@ -4,7 +4,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 
 ./scripts/set-up.sh package
-# Debian's flags, which harden the code and keep the path of the build out of it.
+# Debian's compiler flags, which harden the code and keep the build path out of it.
 eval "$(DEB_BUILD_MAINT_OPTIONS=hardening=+all dpkg-buildflags --export=sh)"
 export CXXFLAGS="$CXXFLAGS $CPPFLAGS"
 ./scripts/build.sh packages

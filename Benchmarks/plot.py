@@ -45,7 +45,7 @@ def draw(readers):
         parts += [f'<circle cx="{x:.1f}" cy="{y:.1f}" r="3.5" fill="{colour}"/>' for x, y in points]
         parts.append(text(points[-1][0] + 10, points[-1][1] + 4, label, "start", colour))
     parts.append(text((LEFT + WIDTH - RIGHT) / 2, HEIGHT - 12, "files in the assembly"))
-    parts.append(text(LEFT, 18, "ns a file, from the body to the records", "start"))
+    parts.append(text(LEFT, 18, "ns per file, from the body to the records", "start"))
     return parts
 
 

@@ -1,4 +1,4 @@
-"""report.py FOLDER: prints the results that bench.sh keeps in FOLDER."""
+"""report.py FOLDER: prints the results of bench.sh in FOLDER as tables."""
 
 import sys
 
@@ -14,7 +14,7 @@ READERS = {
 
 
 def print_rows(title, header, rows):
-    """Prints aligned columns: the first to the left, the others to the right."""
+    """Prints aligned columns: the first flush left, the others flush right."""
     cells = [header] + [[str(cell) for cell in row] for row in rows]
     widths = [max(len(row[column]) for row in cells) for column in range(len(header))]
     print(title)
@@ -38,7 +38,7 @@ def reading_row(reader, files, figures, by_hand):
 
 
 def print_reading(folder):
-    header = ["reader", "files", "ns/file", "MB/s", "to (c)", "allocations/file", "peak memory/body"]
+    header = ["reader", "files", "ns/file", "MB/s", "vs (c)", "allocations/file", "peak memory/body"]
     readers = results.reading(folder)
     sizes = sorted(readers["library"])
     rows = [reading_row(reader, size, readers[reader][size], readers["hand"][size]) for size in sizes for reader in READERS]
@@ -79,7 +79,7 @@ def print_queries(folder):
                 f"{figures['allocationsOfResult']:,.0f}",
             ]
         )
-    header = ["query", "files", "ns", "x to 1,000", "x to 10,000", "grows with", "allocations", "to copy the result"]
+    header = ["query", "files", "ns", "1,000 vs 100", "10,000 vs 1,000", "grows with", "allocations", "to copy the result"]
     print_rows("Queries, and how many times longer each takes with ten times the files", header, rows)
 
 
@@ -93,9 +93,9 @@ def print_client(folder):
         ["bare libcurl, one after another", f"{bare:,.0f} requests/s", "1.00"],
         ["CurlHTTPClient, one after another", f"{sequential:,.0f} requests/s", f"{sequential / bare:.2f}"],
         ["CurlHTTPClient, 1,000 at once", f"{at_once:,.0f} requests/s", f"{at_once / bare:.2f}"],
-        ["30 MB: from the last byte to the callback", f"{times['client/lastByteToCallback'] / 1000:.2f} ms", ""],
+        ["30 MiB: from the last byte to the callback", f"{times['client/lastByteToCallback'] / 1000:.2f} ms", ""],
     ]
-    print_rows("The HTTP client", ["requests", "", "to bare"], rows)
+    print_rows("The HTTP client", ["requests", "", "vs bare"], rows)
 
 
 def main():

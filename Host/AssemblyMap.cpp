@@ -74,7 +74,8 @@ private:
         return files;
     }
 
-    // The container of that id; it and all that it is in are added when it is first asked for.
+    // Returns the index of the container with that id. Adds it, and the containers around it, on
+    // first use.
     std::size_t containerOf(const std::string& id) {
         std::string next = id;
         while (containerOf_.try_emplace(next, map_.containers.size()).second) {
@@ -88,7 +89,8 @@ private:
 
     bool isKnown(const std::string& id) const { return projects_.contains(id) || assembly_.getFolder(id); }
 
-    // Returns the id of what the container is in; empty if the assembly does not hold that.
+    // Adds the container with that id. Returns the id of its parent; empty if the assembly does not
+    // contain the parent.
     std::string addContainer(const std::string& id) {
         Container& container = map_.containers.emplace_back();
         container.id = id;
@@ -148,8 +150,8 @@ private:
         places.erase(std::unique(places.begin(), places.end()), places.end());
     }
 
-    // Puts containers into one another. The service may say that folders are in each other in a circle; then the first
-    // of them is in none.
+    // Nests containers in their parents. If the service says that folders contain each other in a
+    // cycle, the first of them becomes an outermost container.
     void nest() {
         std::vector<std::vector<std::size_t>> inner(map_.containers.size());
         for (std::size_t place = 0; place < parents_.size(); ++place)
@@ -164,7 +166,7 @@ private:
                 nestFrom(place, inner, isNested);
     }
 
-    // Without recursion, since the service decides how deep folders are.
+    // Without recursion, since the service determines how deeply folders are nested.
     void nestFrom(std::size_t outermost, const std::vector<std::vector<std::size_t>>& inner,
                   std::vector<bool>& isNested) {
         map_.outermost.push_back(outermost);
@@ -205,7 +207,7 @@ private:
     AssemblyMap map_;
     Places fileOf_;
     Places containerOf_;
-    std::vector<std::string> parents_; // The id of what each container is in; empty if it is in none.
+    std::vector<std::string> parents_; // The id of each container's parent; empty if it has none.
 };
 
 } // namespace

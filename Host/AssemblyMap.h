@@ -16,44 +16,46 @@ class JSONNode;
 
 namespace OrvaneHost {
 
-/// A full assembly as containers that hold files, with what hinders their user, and the references between the files.
+/// A full assembly as nested containers of files, with the obstacles to opening them, and the
+/// references between the files.
 struct AssemblyMap {
-    /// What hinders a user, the worst last.
+    /// What prevents the user from opening a file freely; the worst last.
     enum class Obstacle { NONE, VIEWER_ONLY, OTHER_STATUS, UNKNOWN_PARENT, CLOSED, ARCHIVED, INACTIVE, DELETED };
     static constexpr std::size_t obstacleCount = 8;
 
+    /// A project or folder, or a parent that the assembly does not contain.
     struct Container {
         enum class Kind { PROJECT, FOLDER, UNKNOWN };
 
         Kind kind = Kind::UNKNOWN;
         std::string id;
-        std::string name; ///< The id where it has none.
+        std::string name; ///< Its id if it has no name.
         Obstacle obstacle = Obstacle::NONE;
-        std::vector<std::size_t> containers; ///< Those in it, as places in `AssemblyMap::containers`, by their names.
-        std::vector<std::size_t> files;      ///< Likewise.
+        std::vector<std::size_t> containers; ///< Indices into `AssemblyMap::containers`, by name.
+        std::vector<std::size_t> files;      ///< Indices into `AssemblyMap::files`, by name.
     };
 
     struct File {
         std::string id;
         std::string name;
-        bool isOwn = false;                  ///< Whether it is that of the version that was asked for.
-        bool isDirect = false;               ///< Whether a relationship ties it to that version.
-        Obstacle obstacle = Obstacle::NONE;  ///< The worst of all containers around it.
-        std::vector<std::size_t> refersTo;   ///< Places in `AssemblyMap::files`, each once.
+        bool isOwn = false;                  ///< Whether this is the file of the requested version.
+        bool isDirect = false;               ///< Whether it is referenced by or refers to that.
+        Obstacle obstacle = Obstacle::NONE;  ///< The worst of those of all containers around it.
+        std::vector<std::size_t> refersTo;   ///< Indices into `AssemblyMap::files`, each once.
         std::vector<std::size_t> referredBy; ///< Likewise.
-        std::size_t unknownReferences = 0;   ///< Those that lead to or come from no file of the assembly.
+        std::size_t unknownReferences = 0;   ///< Relationships with files outside the assembly.
     };
 
     std::vector<Container> containers;
     std::vector<std::size_t> outermost;                   ///< The containers that are in no other.
     std::vector<File> files;                              ///< In the order of their ids.
-    std::array<std::size_t, obstacleCount> filesBehind{}; ///< By obstacle.
-    std::int32_t inaccessibleProjects = 0;                ///< The service says no more about these than their number.
+    std::array<std::size_t, obstacleCount> filesBehind{}; ///< How many files have each obstacle.
+    std::int32_t inaccessibleProjects = 0;                ///< The service sends only their number.
     std::int32_t restrictedProjects = 0;                  ///< Likewise.
 };
 
-/// Takes time in proportion to the assembly, except for sorting. `root` is the root of the body that the assembly was
-/// read from, which also tells to which file each version belongs.
+/// Returns the map of an assembly, in linear time except for sorting. `root` is the root of the
+/// body that the assembly was read from; it says to which file each version belongs.
 AssemblyMap mapAssembly(const Orvane::Payloads::FullAssemblyDataV3& assembly, const Qx::JSONNode& root);
 
 } // namespace OrvaneHost

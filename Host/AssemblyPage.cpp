@@ -47,7 +47,8 @@ std::string shown(const std::string& text) {
     return shortened(text, width);
 }
 
-// An element with a text, though it may be empty: HTML knows no end of elements within their start.
+// Adds an element with a text, which may be empty: with no text at all, the element would be
+// written as a self-closing tag, which HTML does not have.
 xml_node add(xml_node parent, const char* name, const std::string& className = "", const std::string& text = "") {
     xml_node added = parent.append_child(name);
     if (!className.empty())
@@ -56,7 +57,7 @@ xml_node add(xml_node parent, const char* name, const std::string& className = "
     return added;
 }
 
-// An element that never holds anything.
+// Adds a void element, which never has content.
 xml_node addVoid(xml_node parent, const char* name, const char* attribute, const char* value) {
     xml_node added = parent.append_child(name);
     added.append_attribute(attribute).set_value(value);
@@ -67,7 +68,7 @@ void addText(xml_node parent, const std::string& text) {
     parent.append_child(pugi::node_pcdata).set_value(text.c_str());
 }
 
-// Nobody who chooses names can know it, so what they may smuggle in is not executed.
+// The author of a name can't know the nonce, so a script smuggled into a name does not run.
 std::string randomNonce() {
     std::random_device random;
     std::string nonce;
@@ -142,7 +143,7 @@ private:
     std::string answer(std::size_t open) const {
         const std::size_t all = map_.files.size();
         if (open == all && map_.inaccessibleProjects <= 0 && map_.restrictedProjects <= 0)
-            return all == 0 ? "There is no file in this assembly."
+            return all == 0 ? "This assembly contains no files."
                             : fmt::format("Yes, you can open this: all {} files are open to you.", all);
         std::string text = fmt::format("You can't open all of this: {} of {} files are open to you", open, all);
         const char* separator = "; ";
@@ -177,8 +178,9 @@ private:
         add(form, "output").append_attribute("aria-live").set_value("polite");
     }
 
-    // Without recursion, since the service decides how deep folders are. Browsers bear some hundred levels of elements,
-    // so what is deeper stands beside what it is in.
+    // Without recursion, since the service determines how deeply folders are nested. Browsers
+    // support only a few hundred levels of elements, so beyond `maxDepth`, a container's box is
+    // placed next to that of its parent instead of inside it.
     void addContainers(xml_node main, std::size_t outermost) const {
         struct Open {
             xml_node parent;
@@ -230,7 +232,8 @@ private:
         addReferences(details, "refers to", file.refersTo);
         addReferences(details, "is referred to by", file.referredBy);
         if (file.unknownReferences > 0)
-            add(details, "p", "", fmt::format("{} more with files that are not in the answer", file.unknownReferences));
+            add(details, "p", "",
+                fmt::format("relationships with files that are not in the answer: {}", file.unknownReferences));
     }
 
     void addReferences(xml_node details, const char* label, const std::vector<std::size_t>& places) const {

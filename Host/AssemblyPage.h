@@ -7,8 +7,8 @@
 
 namespace OrvaneHost {
 
-/// The assembly as a page of HTML in UTF-8 that needs nothing else, and of which nothing is executed but its own
-/// script. Names are shortened to 200 columns.
+/// Returns the assembly as a self-contained HTML page in UTF-8, in which no script but its own can
+/// run. Names are shortened to 200 columns.
 std::string toHTML(const AssemblyMap& map, const Report& report);
 
 } // namespace OrvaneHost

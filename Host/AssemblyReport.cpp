@@ -56,7 +56,7 @@ std::vector<Report::Fact> factsOf(const FullAssemblyData& assembly, std::size_t 
 }
 
 Report::Table listParents(const char* key, const char* title, const std::vector<std::wstring>& parents) {
-    Report::Table table{key, title, {{"parent", "project name or folder"}}, {}};
+    Report::Table table{key, title, {{"parent", "project or folder"}}, {}};
     for (const std::wstring& parent : parents)
         table.rows.push_back({ToHString(parent)});
     return table;
@@ -102,7 +102,7 @@ struct Parent {
     std::string name;
 };
 
-// The parent's name if the assembly contains it, otherwise its id.
+// Returns the parent's name if the assembly contains the parent, otherwise its id.
 Parent parentOf(const FilesData& file, const FullAssemblyDataV3& assembly) {
     const std::string id = file.getParentId();
     if (const std::shared_ptr<FolderData> folder = assembly.getFolder(id))

@@ -6,7 +6,7 @@
 
 namespace OrvaneHost {
 
-/// The attempt in one line for the user.
+/// Describes the attempt to the user, in one line.
 std::string describe(const Qx::HTTPAttempt& attempt);
 
 } // namespace OrvaneHost

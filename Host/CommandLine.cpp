@@ -23,12 +23,13 @@ CLI::App* addCommand(CLI::App& app, CommandLine& commandLine, Command command, c
     return added;
 }
 
-// An empty value usually comes from an unset variable, and must not be taken for an absent option.
+// An empty value usually comes from an unset variable; it must not be treated as an absent option.
 std::string problemOfText(const std::string& text) {
     return text.empty() ? "must not be empty" : "";
 }
 
-// What is wrong with the base URL of a service at first sight; the HTTP client checks the rest.
+// Returns what is obviously wrong with the base URL of a service, or ""; the HTTP client checks the
+// rest.
 std::string problemOfURL(const std::string& url) {
     for (const std::string scheme : {"https://", "http://"}) {
         if (!url.starts_with(scheme))
@@ -109,7 +110,7 @@ void addFolder(CLI::App& app, CommandLine& commandLine) {
                 for (const std::string& pair : pairs)
                     addQueryPair(commandLine, pair);
             },
-            "A key=value pair for the query; may be repeated, and the order is kept")
+            "key=value pair to add to the query; may be repeated, and the order is kept")
         ->take_all()
         ->expected(1, CLI::detail::expected_max_vector_size)
         ->allow_extra_args(false);
@@ -125,12 +126,12 @@ void addAssembly(CLI::App& app, CommandLine& commandLine) {
         ->expected(1)
         ->check(problemOfText);
     assembly->add_option("--workflow", commandLine.workflow,
-                         "Workflow that the usage event names (default: \"command line\")");
+                         "Workflow to name in the usage event (default: \"command line\")");
     addAlgorithm(*assembly, commandLine, "ACTUAL");
     addRequestOptions(*assembly, commandLine);
     assembly
         ->add_option("--html", commandLine.htmlFile,
-                     "HTML file to write, which shows the assembly as nested boxes, instead of printing it")
+                     "Write the assembly as nested boxes to this HTML file instead of printing it")
         ->excludes("--json")
         ->check(problemOfText);
 }
@@ -158,7 +159,8 @@ void addServe(CLI::App& app, CommandLine& commandLine) {
     serve->add_option("--port", commandLine.port, "Port to listen on; 0 chooses a free one (default: 0)")
         ->check(CLI::Range(0, 65535));
     addTokenFile(*serve, commandLine,
-                 "File that holds the bearer token to require (default: the environment variable ORVANE_TOKEN)");
+                 "File that holds the bearer token to require (default: the environment variable "
+                 "ORVANE_TOKEN, or else \"sample-token\")");
 }
 
 // Names the unexpected option without its value, which may be a token.
@@ -176,16 +178,16 @@ std::string firstLine(const std::string& text) {
 } // namespace
 
 std::optional<EarlyEnd> parseCommandLine(const std::vector<std::string>& arguments, CommandLine& commandLine) {
-    CLI::App app("Talks to the Orvane design data service.", "orvane");
+    CLI::App app("Lists folders and fetches full assemblies of the Orvane design data service.", "orvane");
     app.set_version_flag("--version", std::string("orvane ") + version);
     app.require_subcommand(1);
-    app.allow_windows_style_options(false); // What begins with "/" is a path on all systems.
+    app.allow_windows_style_options(false); // "/..." is a path on all systems.
     addFolder(app, commandLine);
     addAssembly(app, commandLine);
     addAccess(app, commandLine);
     addServe(app, commandLine);
     try {
-        // The parser expects them in reverse order.
+        // The parser expects the arguments in reverse order.
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     } catch (const CLI::CallForHelp&) {
         const auto chosen = app.get_subcommands();

@@ -10,15 +10,15 @@
 
 namespace OrvaneHost {
 
-/// What the user asked for.
+/// What the user has requested.
 struct CommandLine {
     enum class Command { FOLDER, ASSEMBLY, ACCESS, SERVE };
 
     Command command = Command::FOLDER;
-    std::vector<std::string> urns; ///< One; for `FOLDER`, one or more, or links; for `SERVE`, none.
+    std::vector<std::string> urns; ///< One; for `FOLDER`, at least one URN or link; for `SERVE`, none.
 
-    std::string service; ///< Empty for the local service inside the program.
-    std::string v3Service;
+    std::string service;   ///< Empty for the local service inside the program.
+    std::string v3Service; ///< Empty for the default: `service` followed by "/v3".
     std::string tokenFile; ///< Empty to take the token from the environment.
     std::chrono::seconds timeout = std::chrono::seconds(120);
     std::size_t maxSizeInMiB = 256; ///< Of a single answer.

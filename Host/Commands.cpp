@@ -36,7 +36,7 @@ using Orvane::Payloads::FullAssemblyData;
 using Orvane::Payloads::FullAssemblyDataV3;
 using Orvane::Testing::PreparedAnswers;
 
-// The library puts a folder's URN into the URL unchanged, where these characters are special.
+// The library puts a folder's URN into the URL unchanged, and these characters are special there.
 std::string encodedURN(const std::string& urn) {
     return urn.find_first_of("?#%") == std::string::npos ? urn : Qx::Uri::UriEncode(urn);
 }
@@ -51,7 +51,7 @@ int printFailure(const ServiceConnection& connection, const std::string& line) {
     return 1;
 }
 
-// An answer that could not be recorded is still worth printing, but the user has to know.
+// An answer that could not be recorded is still worth printing, but the user must be told.
 int finish(const ServiceConnection& connection, int exitStatus) {
     flushOutput();
     const std::string problem = connection.recordingProblem();
@@ -119,7 +119,7 @@ int runFolder(const CommandLine& commandLine) {
     return finish(connection, exitStatus);
 }
 
-// To the library, any JSON is a success; this checks that it is the requested assembly.
+// The library reports success for any JSON; this checks that it is the requested assembly.
 template <class Print>
 int printAnswer(const CommandLine& commandLine, ServiceConnection& connection, bool success,
                 const FullAssemblyData* assembly, Print print) {
@@ -140,7 +140,7 @@ void printReport(const CommandLine& commandLine, const Report& report) {
         printText(report, commandLine.wide);
 }
 
-// A page that can't be written whole is not left behind.
+// If the page can't be written completely, removes the file.
 void writePage(const std::string& file, const std::string& page) {
     const std::filesystem::path path = pathOf(file);
     std::ofstream stream(path, std::ios::binary);

@@ -13,8 +13,8 @@ void printHeading(const std::string& line);
 /// Flushes standard output. Throws as `printOutput` does.
 void flushOutput();
 
-/// Writes one line to standard error, after the program's name, with characters replaced that could
-/// mislead on a terminal. The name is in red where a heading would be in bold.
+/// Writes one line to standard error, after the program's name. Characters that could mislead on a
+/// terminal are replaced. The name is in red where a heading would be in bold.
 void printError(const std::string& line);
 
 } // namespace OrvaneHost

@@ -20,7 +20,7 @@ std::string shownURN(const std::string& urnOrLink) {
     return shortened(withoutCredentials(urnOrLink), 120);
 }
 
-// Empty for the service inside the program, whose URL the user did not choose.
+// Returns nothing to check for the service inside the program, whose URL the user did not choose.
 std::string checkService(const CommandLine& commandLine) {
     return commandLine.service.empty() ? "" : "--service, ";
 }
@@ -70,14 +70,14 @@ std::string explainTransportFailure(const Qx::HTTPResponse& response, const std:
     return fmt::format("no answer for {}: {}; {}", urn, reason, checkNetwork(commandLine));
 }
 
-// The body as JSON; nothing if it is not JSON, or memory runs out.
+// Returns the body as JSON; nothing if it is not JSON, or memory runs out.
 std::optional<Qx::JSONNode> jsonOf(const Qx::HTTPResponse& response) {
     Qx::Status status;
     return Qx::JSONNode::parse(response.getBody(), status, Qx::HTTPResponse::padding);
 }
 
-// The message of the first error in an answer, to append to other text. If the user typed a
-// password, the service might repeat it, so the result is empty.
+// Returns the message of the first error in an answer, to append to other text; empty if the user
+// may have typed a password, since the service might repeat it.
 std::string wordsOf(const Qx::HTTPResponse& response, const std::string& urnOrLink) {
     if (urnOrLink.find('@') != std::string::npos)
         return {};
@@ -89,8 +89,8 @@ std::string wordsOf(const Qx::HTTPResponse& response, const std::string& urnOrLi
     return words.empty() ? "" : fmt::format(": \"{}\"", shortened(words, 200));
 }
 
-// Whether a successful answer could not be read because memory ran out; the library does not
-// distinguish that from invalid JSON.
+// Returns whether a successful answer could not be read because memory ran out; the library does
+// not distinguish that from invalid JSON.
 bool lacksMemory(const Qx::HTTPResponse& response) {
     if (jsonOf(response))
         return true; // There is enough memory again.
@@ -139,7 +139,7 @@ std::string explainFailure(const Qx::HTTPResponse& response, const std::string& 
     case 403:
         return fmt::format("you are not allowed to see {} (403){}; ask its owner for access", urn, words);
     case 404:
-        return fmt::format("the {} does not know {} (404){}; check the URN{}",
+        return fmt::format("the {} has nothing for {} (404){}; check the URN{}",
                            commandLine.service.empty() ? "sample service" : "service", urn, words,
                            commandLine.service.empty() ? ", or name your service with --service" : " and --service");
     case 429:
@@ -153,7 +153,7 @@ std::string explainFailure(const Qx::HTTPResponse& response, const std::string& 
 }
 
 std::string explainStrangeAnswer(const Qx::HTTPResponse& response, const std::string& urn, const char* what) {
-    return fmt::format("the answer does not hold the {} of {}{}; check --service and the URN", what, shownURN(urn),
+    return fmt::format("the answer is not the {} of {}{}; check --service and the URN", what, shownURN(urn),
                        wordsOf(response, urn));
 }
 

@@ -11,8 +11,8 @@ namespace OrvaneHost {
 /// to do about it.
 std::string explainFailure(const Qx::HTTPResponse& response, const std::string& urn, const CommandLine& commandLine);
 
-/// The same for a successful answer that is JSON but does not contain what it should: the
-/// "assembly" of that URN, for example.
+/// The same for a successful answer that is JSON, but not `what` was requested: the "assembly" of
+/// that URN, for example.
 std::string explainStrangeAnswer(const Qx::HTTPResponse& response, const std::string& urn, const char* what);
 
 } // namespace OrvaneHost

@@ -2,8 +2,8 @@
 
 namespace OrvaneHost {
 
-/// Holds the user's interrupts for `waitForInterrupt`. Call before other threads start, so that
-/// none of them receives the interrupts.
+/// Holds back the user's interrupts until `waitForInterrupt`. Call this before other threads start,
+/// so that none of them receives the interrupts.
 void holdInterrupts();
 
 /// Returns once the user interrupts the program or ends the session. A second interrupt ends the

@@ -7,10 +7,11 @@
 
 namespace OrvaneHost {
 
-/// A queue of tasks from other threads, which the main thread runs one after the other.
+/// A queue of tasks from other threads, which the main thread runs one after another.
 class MainThread {
 public:
-    /// Thread-safe. When memory runs out, the task is dropped and `runNext` throws `bad_alloc`.
+    /// Thread-safe. When memory runs out, the task is dropped, and `runNext` throws
+    /// `std::bad_alloc`.
     void post(std::function<void()> task) noexcept;
 
     /// Waits for a task and runs it. An exception from the task propagates.

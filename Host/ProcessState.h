@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-// What the program gets from the system, and what it sets up before a command runs.
+// What the program gets from the system, and what it sets up before it runs a command.
 namespace OrvaneHost {
 
 /// Returns the arguments after the program's name, in UTF-8.
@@ -13,8 +13,8 @@ std::vector<std::string> argumentsInUTF8(int argc, const char* const* argv);
 /// the next file or connection would get its descriptor, and output would be written into it.
 void occupyStandardStreams();
 
-/// Hides the program's memory, and what a crash leaves behind, from the user's other programs as
-/// far as the system allows: both contain the user's token.
+/// Hides the program's memory from the user's other programs, and prevents core dumps, as far as
+/// the system allows: both would reveal the user's token.
 void keepMemoryPrivate();
 
 /// Makes the program end silently once nobody reads its output, and makes writing a file beyond the

@@ -43,7 +43,7 @@ void ProgressLine::start() {
         if (!thread_.joinable())
             thread_ = std::thread([this] { run(); });
     } catch (const std::system_error&) {
-        return; // An answer without progress is better than none.
+        return; // An answer without a progress line is better than none.
     }
     const std::lock_guard lock(mutex_);
     isWaiting_ = true;
@@ -77,7 +77,7 @@ void ProgressLine::run() {
     }
 }
 
-// Writes over what was shown before.
+// Overwrites what was shown before.
 void ProgressLine::show(const std::string& text) {
     if (text.empty() && shownWidth_ == 0)
         return;

@@ -11,8 +11,9 @@
 
 namespace OrvaneHost {
 
-/// Shows how long an answer has been awaited and how much of it has come, in one line on standard error that it removes
-/// again. It shows nothing during the first second, nor if standard error is not a terminal.
+/// Shows, in one line on standard error, how long the program has been waiting for an answer and
+/// how much of it has arrived, and erases the line afterwards. Shows nothing during the first
+/// second, or if standard error is not a terminal.
 class ProgressLine {
 public:
     ProgressLine() = default;
@@ -20,13 +21,13 @@ public:
     ProgressLine& operator=(const ProgressLine&) = delete;
     ~ProgressLine();
 
-    /// Waiting begins.
+    /// Call when waiting begins.
     void start();
 
-    /// May be called from any thread.
+    /// Thread-safe.
     void update(const Qx::HTTPProgress& progress);
 
-    /// Waiting is over: nothing is shown any more when this returns.
+    /// Call when waiting ends. The line has been erased when this returns.
     void stop();
 
 private:
@@ -35,7 +36,7 @@ private:
 
     std::mutex mutex_;
     std::condition_variable changed_;
-    std::thread thread_; // Runs from the first `start` on.
+    std::thread thread_; // Started by the first `start`.
     bool isEnding_ = false;
     bool isWaiting_ = false;
     std::chrono::steady_clock::time_point started_;

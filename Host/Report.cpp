@@ -27,7 +27,7 @@ std::string cellOf(const std::string& text, bool isWide) {
     return isWide ? printable(text) : shortened(text, maxCellWidth);
 }
 
-// Two spaces before each cell that is not empty; no trailing spaces.
+// Prints two spaces before each cell that is not empty, and no trailing spaces.
 void printLine(const Cells& cells, const std::vector<std::size_t>& widths) {
     std::string line;
     std::size_t missing = 0;
@@ -46,7 +46,7 @@ void printAligned(const std::vector<Cells>& lines) {
         for (std::size_t i = 0; i < cells.size(); ++i)
             widths[i] = std::max(widths[i], displayWidth(cells[i]));
     }
-    // When texts are printed in full, a long one must not make all lines long.
+    // When texts are printed in full, a long one must not widen its column in all lines.
     for (std::size_t& width : widths)
         width = std::min(width, maxCellWidth);
     for (const Cells& cells : lines)

@@ -38,7 +38,7 @@ struct Report {
 void printText(const Report& report, bool isWide);
 
 /// Returns the report as one line of JSON: an object of the facts, and of the tables as arrays of
-/// objects. Characters that could play tricks on a terminal are escaped.
+/// objects. Characters that could mislead on a terminal are escaped.
 std::string toJSON(const Report& report);
 
 } // namespace OrvaneHost

@@ -100,7 +100,7 @@ void ServiceConnection::observe(Qx::CurlHTTPClientOptions& options) {
         options.onProgress = [this](const Qx::HTTPProgress& progress) { progressLine_.update(progress); };
 }
 
-// Lines about attempts take its place.
+// With --verbose, the lines about attempts are shown instead.
 void ServiceConnection::startProgressLine() {
     if (!isVerbose_)
         progressLine_.start();
@@ -126,7 +126,7 @@ const Qx::HTTPResponse& ServiceConnection::response() const {
 }
 
 std::string ServiceConnection::withoutToken(std::string text) const {
-    constexpr std::size_t secretFrom = 8; // Ordinary words may contain a shorter one.
+    constexpr std::size_t secretFrom = 8; // A shorter token might occur in ordinary words.
     if (token_.size() >= secretFrom)
         boost::algorithm::replace_all(text, token_, "***");
     return text;

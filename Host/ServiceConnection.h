@@ -25,8 +25,8 @@ namespace OrvaneHost {
 constexpr const char* sampleToken = "sample-token";
 
 /// Everything a command needs to talk to the service: the service itself if it is the local one,
-/// its URLs in the application options, the HTTP client and the library's client, and the usage
-/// events tracked. Used only on the main thread, where all callbacks run.
+/// its URLs in the application options, the HTTP client, the library's client, and the usage events
+/// tracked. Used only on the main thread, where all callbacks run.
 class ServiceConnection {
 public:
     /// Throws an exception with a one-line message if there is no token for the user's service, the
@@ -35,8 +35,8 @@ public:
 
     Qx::Orvanedm& orvanedm();
 
-    /// Returns why some answers could not be recorded, in one line; empty if all were, or none were
-    /// to be.
+    /// Returns why some answers could not be recorded, in one line; empty if all were recorded, or
+    /// recording was not requested.
     std::string recordingProblem() const;
 
     /// Runs the callbacks of asynchronous requests on this thread as their responses arrive, until
@@ -47,7 +47,7 @@ public:
     const Qx::HTTPResponse& response() const;
 
     /// Returns a text for the user with "***" in place of the token, which the service may have
-    /// repeated.
+    /// repeated in its answer. Tokens of fewer than 8 characters are not replaced.
     std::string withoutToken(std::string text) const;
 
     /// Returns the usage events tracked so far.

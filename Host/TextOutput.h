@@ -9,9 +9,10 @@ namespace OrvaneHost {
 /// the reason in `errno`, if writing fails.
 bool writeText(std::FILE* stream, std::string_view text);
 
+/// Returns whether the stream is a terminal.
 bool isTerminal(std::FILE* stream);
 
-/// Whether the stream is a terminal that understands escape sequences.
+/// Returns whether the stream is a terminal that understands escape sequences.
 bool takesEscapeSequences(std::FILE* stream);
 
 } // namespace OrvaneHost

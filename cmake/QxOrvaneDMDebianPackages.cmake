@@ -1,5 +1,5 @@
-# CPack makes three Debian packages of what is installed: the libraries, what their users build with,
-# and the program.
+# Makes CPack build three Debian packages of the installed files: the shared libraries, the
+# development files and the program.
 set(packaging "${PROJECT_SOURCE_DIR}/packaging")
 set(release 1)
 set(packageVersion "${PROJECT_VERSION}-${release}")
@@ -69,7 +69,7 @@ qx_install_compressed("${packaging}/orvane.1" share/man/man1 orvane.1 program)
 install(FILES "${packaging}/orvane.bash-completion" DESTINATION share/bash-completion/completions RENAME orvane
   COMPONENT program)
 
-# CPack strips no static libraries.
+# CPack does not strip static libraries.
 install(CODE "execute_process(COMMAND \"${CMAKE_STRIP}\" --strip-debug --enable-deterministic-archives
   \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/libQxTesting10.a\" COMMAND_ERROR_IS_FATAL ANY)"
   COMPONENT development)

@@ -5,8 +5,8 @@ include(GenerateExportHeader)
 #
 # Adds a shared library that exports only the names in Exports.map. Headers are listed and included
 # relative to the root of the repository, and installed in the same folder structure; FOLDER is the
-# folder of the export header in it. COMPONENT is the package component that the library belongs to;
-# without one, it is always part of the package.
+# folder of the export header in that structure. COMPONENT is the package component that the library
+# belongs to; without one, the library is always part of the package.
 function(qx_add_shared_library name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "FOLDER;COMPONENT" "SOURCES;HEADERS;PUBLIC;PRIVATE")
   string(TOLOWER "${name}" lowerName)

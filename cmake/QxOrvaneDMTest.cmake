@@ -12,7 +12,7 @@ function(qx_add_test name)
   target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} GTest::gtest_main)
   target_precompile_headers(${name} PRIVATE <gtest/gtest.h> <nlohmann/json.hpp>)
   if(CMAKE_CROSSCOMPILING)
-    add_test(NAME ${name} COMMAND ${name}) # With an emulator, each start takes long.
+    add_test(NAME ${name} COMMAND ${name}) # Under an emulator, starting a program is slow.
   else()
     gtest_discover_tests(${name} PROPERTIES TIMEOUT 120)
   endif()

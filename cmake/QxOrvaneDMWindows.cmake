@@ -7,7 +7,7 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
 foreach(name IN ITEMS libgcc_s_seh-1.dll libstdc++-6.dll libwinpthread-1.dll)
   find_file(found_${name} "${name}" PATHS ${CMAKE_CXX_IMPLICIT_LINK_DIRECTORIES} NO_DEFAULT_PATH NO_CACHE
     NO_CMAKE_FIND_ROOT_PATH REQUIRED)
-  # With debugging information they would be ten times as large.
+  # Stripped: with debugging information, they would be ten times as large.
   file(MAKE_DIRECTORY "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
   execute_process(
     COMMAND "${CMAKE_STRIP}" "${found_${name}}" -o "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${name}"

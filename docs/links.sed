@@ -1,3 +1,3 @@
-# Makes the guide's links to files of the repository links to pages of the site.
+# Turns the guide's links to files of the repository into links to pages of the site.
 s#\]\(\.\./([A-Za-z]+/)+([A-Za-z]+)\.(cpp|h)\)#](\2_8\3_source.html)#g
 s#\]\(\.\./README\.md(\#[a-z-]*)?\)#](index.html)#g

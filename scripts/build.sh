@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# build.sh PRESET [TARGET...]: configures the preset, if that has not been done or the presets have
-# changed, and builds. Prints nothing if there is nothing to do.
+# build.sh PRESET [TARGET...]: configures the preset if necessary, that is, if it has not been
+# configured or the presets have changed, and builds. Prints nothing if everything is up to date.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 preset=$1

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # check-interface.sh [--update]: compares the exported interface of the libraries, down to types,
-# sizes and virtual slots, with the one recorded in Tests/Project/Interface. A change breaks
+# sizes and virtual slots, with the one recorded in Tests/Project/Interface. A change may break
 # applications that are not rebuilt. To record an intended change, use --update.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -17,7 +17,7 @@ for library in Base/libQxBaseCore10 Base/libQxBase10 Server/libQxOrvaneDM10 HTTP
   abidw --headers-dir "$described/installed/include" --drop-private-types --exported-interfaces-only --no-corpus-path --no-comp-dir-path --no-show-locs --no-parameter-names \
     --type-id-style hash --out-file "$described/$name.abi" "build/packages/$library.so"
   if grep -nE "='/" "$described/$name.abi"; then
-    echo "$name: the description contains a path of this machine; see CMakePresets.json" >&2
+    echo "$name: the description contains an absolute path; see CMakePresets.json" >&2
     exit 1
   fi
   if [ "${1:-}" = --update ]; then

@@ -17,7 +17,7 @@ git ls-files 'Base/*.cpp' 'Server/*.cpp' 'HTTPClient/*.cpp' 'Testing/*.cpp' 'Hos
 # them.
 
 # Without the static analyser: tests and benchmarks are run anyway, and it would spend its time in
-# the libraries that they use. Nor does it understand coroutines.
+# the libraries that they use. It does not understand coroutines either.
 git ls-files 'Tests/*.cpp' 'Benchmarks/*.cpp' "$coroutines" | grep -vE '^Tests/Consumer/|/Windows/' | tidy clang '--checks=-clang-analyzer-*'
 git ls-files 'Fuzz/*.cpp' | tidy fuzz '--checks=-clang-analyzer-*'
 echo "format and clang-tidy: no findings"

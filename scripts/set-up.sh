@@ -9,7 +9,7 @@ for list in "$@"; do
 done
 mapfile -t wanted < <(grep -vhE '^(#|$)' "${lists[@]}")
 
-# Asking dpkg takes a noticeable fraction of a second, so a stamp file remembers the result.
+# Querying dpkg takes a noticeable fraction of a second, so a stamp file records the result.
 stamp=build/.packages
 if [ "$(cat "$stamp" 2>/dev/null)" = "${wanted[*]}" ] && [ "$stamp" -nt /var/lib/dpkg/status ]; then
   exit 0
@@ -22,7 +22,7 @@ for package in "${wanted[@]}"; do
 done
 
 give_up() {
-  echo "Please install these packages (their names are Debian 12's) and run this again: ${missing[*]}" >&2
+  echo "Please install these packages (named as in Debian 12) and run this again: ${missing[*]}" >&2
   exit 1
 }
 

@@ -7,8 +7,8 @@ packages=$PWD/build/windows-packages
 work=$PWD/build/windows-sources
 stamp=$packages/.complete
 
-# OpenSSL is used only by the tests' servers. It comes from the release itself, since it need not be
-# the latest.
+# OpenSSL is used only by the tests' servers, so the version of the Debian release itself is enough,
+# without security updates.
 sources=(simdjson fmtlib pugixml utf8proc curl openssl/bookworm)
 
 recipe=$(cat "${BASH_SOURCE[0]}" cmake/mingw-w64.cmake cmake/windows-packages/CMakeLists.txt)

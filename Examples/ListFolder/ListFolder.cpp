@@ -27,7 +27,7 @@ void show(const Qx::JSONNode& contents) {
 int main(int argc, char** argv) {
     const char* token = std::getenv("ORVANE_TOKEN");
     if (argc != 3 || !token) {
-        std::cerr << "ORVANE_TOKEN=... ListFolder SERVICE-URL FOLDER-URN\n";
+        std::cerr << "usage: ORVANE_TOKEN=... ListFolder SERVICE-URL FOLDER-URN\n";
         return 2;
     }
     Qx::ApplicationOptions::get("main")->set(L"orvaneServiceUrl", Qx::ToIString(argv[1]));

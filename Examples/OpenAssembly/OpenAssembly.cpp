@@ -85,13 +85,13 @@ volatile std::sig_atomic_t isInterrupted = 0;
 
 int main(int argc, char** argv) {
     if (argc != 3) {
-        std::cerr << "OpenAssembly SERVICE-URL VERSION-URN\n";
+        std::cerr << "usage: ORVANE_TOKEN=... OpenAssembly SERVICE-URL VERSION-URN\n";
         return 2;
     }
     std::signal(SIGINT, [](int) { isInterrupted = 1; });
     Qx::ApplicationOptions::get("main")->set(L"orvaneV3ServiceUrl", Qx::ToIString(argv[1]) + L"/v3");
     MainThreadQueue mainThread;
-    Qx::HTTPResponse response; // The one whose callback is running.
+    Qx::HTTPResponse response; // The response whose callback is running.
     Qx::CurlHTTPClientOptions options = optionsFor(argv[1]);
     options.onResponse = [&](const Qx::HTTPRequest&, const Qx::HTTPResponse& given) { response = given; };
     const auto client = std::make_shared<Qx::CurlHTTPClient>(options);

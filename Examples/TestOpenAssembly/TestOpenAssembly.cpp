@@ -26,7 +26,7 @@ public:
                 if (!success)
                     shown = "can't open it";
                 else if (assembly->getId() != version)
-                    shown = "that is no design";
+                    shown = "not a design";
                 else
                     shown = std::to_string(assembly->getDirectReferencedFiles().size()) + " files";
             },
@@ -77,7 +77,7 @@ TEST_F(OpenAssemblyTest, RejectsUnexpectedAnswers) {
     }
     prepare(Qx::HTTPResponse(200, "{}"));
     application.open(gearbox);
-    EXPECT_EQ(application.shown, "that is no design");
+    EXPECT_EQ(application.shown, "not a design");
 }
 
 TEST_F(OpenAssemblyTest, ReplaysARecordedAnswer) {

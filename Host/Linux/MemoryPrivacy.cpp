@@ -6,7 +6,7 @@
 namespace OrvaneHost {
 
 void keepMemoryPrivate() {
-    // The limit does not apply if the system pipes core files to a program: hence the prctl.
+    // The limit does not apply if the system pipes core dumps to a program; hence the prctl.
     const rlimit none{0, 0};
     setrlimit(RLIMIT_CORE, &none);
     prctl(PR_SET_DUMPABLE, 0);

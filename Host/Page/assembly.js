@@ -1,4 +1,4 @@
-// The page can be read without this: it adds a filter, and opens what a link leads to.
+// The page works without this script, which adds a filter and opens the file that a link points to.
 const form = document.querySelector('.filter');
 const input = form.querySelector('input');
 const output = form.querySelector('output');
@@ -13,7 +13,7 @@ function filter() {
     file.hidden = !names[place].includes(wanted);
     shown += file.hidden ? 0 : 1;
   });
-  // Inner boxes come first.
+  // The boxes are reversed, so inner ones come first.
   for (const box of boxes)
     box.hidden = wanted !== '' ? !box.querySelector('.file:not([hidden])') : false;
   output.textContent = shown + ' of ' + files.length + ' files';

@@ -7,7 +7,7 @@ namespace OrvaneHost {
 
 namespace {
 
-// All except those that are ignored, as under nohup: once blocked, they too would end the wait.
+// All except those that are ignored, as under nohup: once blocked, these too would end the wait.
 sigset_t interruptsToWaitFor() {
     sigset_t interrupts;
     sigemptyset(&interrupts);

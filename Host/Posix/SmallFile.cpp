@@ -19,7 +19,7 @@ namespace {
     throw std::runtime_error(why);
 }
 
-// Opened without waiting for a writer if it is a pipe.
+// An open file or pipe. Opening a pipe does not wait for a writer.
 class SmallFile {
 public:
     explicit SmallFile(const std::filesystem::path& path)
@@ -42,7 +42,7 @@ public:
             const ssize_t count = read(descriptor_, bytes.data(), bytes.size());
             if (count < 0 && errno != EAGAIN && errno != EINTR)
                 fail(std::strerror(errno));
-            // Until a writer opens it, a pipe reads as if it had ended.
+            // Until a writer opens a pipe, reading from it reports its end.
             if (count == 0 && !(isPipe_ && text.empty()))
                 return text;
             text.append(bytes.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
