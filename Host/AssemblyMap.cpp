@@ -179,7 +179,7 @@ private:
             const Obstacle worst = std::max(around, container.obstacle);
             for (const std::size_t file : container.files) {
                 map_.files[file].obstacle = worst;
-                ++map_.filesBehind.at(static_cast<std::size_t>(worst));
+                ++map_.filesByObstacle.at(static_cast<std::size_t>(worst));
             }
             for (const std::size_t candidate : inner[place]) {
                 if (isNested[candidate])

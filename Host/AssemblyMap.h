@@ -47,11 +47,11 @@ struct AssemblyMap {
     };
 
     std::vector<Container> containers;
-    std::vector<std::size_t> outermost;                   ///< The containers that are in no other.
-    std::vector<File> files;                              ///< In the order of their ids.
-    std::array<std::size_t, obstacleCount> filesBehind{}; ///< How many files have each obstacle.
-    std::int32_t inaccessibleProjects = 0;                ///< The service sends only their number.
-    std::int32_t restrictedProjects = 0;                  ///< Likewise.
+    std::vector<std::size_t> outermost;                       ///< The containers that are in no other.
+    std::vector<File> files;                                  ///< In the order of their ids.
+    std::array<std::size_t, obstacleCount> filesByObstacle{}; ///< How many files have each obstacle.
+    std::int32_t inaccessibleProjects = 0;                    ///< The service sends only their number.
+    std::int32_t restrictedProjects = 0;                      ///< Likewise.
 };
 
 /// Returns the map of an assembly, in linear time except for sorting. `root` is the root of the

@@ -129,7 +129,7 @@ private:
     void addSummary(xml_node body) const {
         xml_node header = add(body, "header");
         add(header, "h1", "", title()).append_attribute("dir").set_value("auto");
-        const std::size_t open = map_.filesBehind[0];
+        const std::size_t open = map_.filesByObstacle[0];
         add(header, "p", open == map_.files.size() ? "answer" : "answer hindered", answer(open));
         xml_node counts = add(header, "ul", "counts");
         for (const Report::Fact& fact : report_.facts) {
@@ -147,8 +147,8 @@ private:
                             : fmt::format("Yes, you can open this: all {} files are open to you.", all);
         std::string text = fmt::format("You can't open all of this: {} of {} files are open to you", open, all);
         const char* separator = "; ";
-        for (std::size_t obstacle = map_.filesBehind.size() - 1; obstacle > 0; --obstacle)
-            if (const std::size_t count = map_.filesBehind.at(obstacle); count > 0)
+        for (std::size_t obstacle = map_.filesByObstacle.size() - 1; obstacle > 0; --obstacle)
+            if (const std::size_t count = map_.filesByObstacle.at(obstacle); count > 0)
                 text += fmt::format("{}{} {}", std::exchange(separator, ", "), count, obstacleTexts.at(obstacle).label);
         text += '.';
         if (map_.inaccessibleProjects > 0)
@@ -164,7 +164,7 @@ private:
             const ObstacleText& text = obstacleTexts.at(obstacle);
             xml_node item = add(legend, "li");
             add(item, "span", std::string("sign ") + text.className, text.sign);
-            addText(item, fmt::format(" {} ({})", text.label, map_.filesBehind.at(obstacle)));
+            addText(item, fmt::format(" {} ({})", text.label, map_.filesByObstacle.at(obstacle)));
         }
         add(legend, "li", "", "\u25C6 directly referenced");
         add(legend, "li", "", "\u2605 the design itself");

@@ -87,7 +87,7 @@ private:
         if (!success)
             exitStatus_ = printFailure(connection_, explainFailure(connection_.response(), urn, commandLine_));
         else if (!holdsFolder(urn, contents, connection_.response().getBody()))
-            exitStatus_ = printFailure(connection_, explainStrangeAnswer(connection_.response(), urn, "contents"));
+            exitStatus_ = printFailure(connection_, explainUnexpectedAnswer(connection_.response(), urn, "contents"));
         else
             print(urn, contents);
         flushOutput();
@@ -128,7 +128,7 @@ int printAnswer(const CommandLine& commandLine, ServiceConnection& connection, b
         return finish(connection, printFailure(connection, explainFailure(connection.response(), urn, commandLine)));
     if (!assembly || assembly->getId() != urn)
         return finish(connection,
-                      printFailure(connection, explainStrangeAnswer(connection.response(), urn, "assembly")));
+                      printFailure(connection, explainUnexpectedAnswer(connection.response(), urn, "assembly")));
     print();
     return finish(connection, 0);
 }

@@ -78,7 +78,7 @@ std::optional<Qx::JSONNode> jsonOf(const Qx::HTTPResponse& response) {
 
 // Returns the message of the first error in an answer, to append to other text; empty if the user
 // may have typed a password, since the service might repeat it.
-std::string wordsOf(const Qx::HTTPResponse& response, const std::string& urnOrLink) {
+std::string errorMessageOf(const Qx::HTTPResponse& response, const std::string& urnOrLink) {
     if (urnOrLink.find('@') != std::string::npos)
         return {};
     const Qx::JSONNode errors(jsonOf(response).value_or(Qx::JSONNode())["errors"]);
@@ -111,7 +111,7 @@ std::string explainUnread(const Qx::HTTPResponse& response, const std::string& u
                        commandLine.service.empty() ? "the data" : "--service");
 }
 
-std::string whenToComeBack(const Qx::HTTPResponse& response) {
+std::string retryAdvice(const Qx::HTTPResponse& response) {
     const std::string when = shortened(response.getHeader("Retry-After").value_or(""), 40);
     if (when.empty())
         return "try again later";
@@ -130,7 +130,7 @@ std::string explainFailure(const Qx::HTTPResponse& response, const std::string& 
                                        commandLine);
     if (response.isSuccessful())
         return explainUnread(response, urn, commandLine);
-    const std::string words = wordsOf(response, urnOrLink);
+    const std::string words = errorMessageOf(response, urnOrLink);
     switch (status) {
     case 401:
         return fmt::format("the service does not accept the token (401){}; set ORVANE_TOKEN or --token-file to a valid "
@@ -144,17 +144,17 @@ std::string explainFailure(const Qx::HTTPResponse& response, const std::string& 
                            commandLine.service.empty() ? ", or name your service with --service" : " and --service");
     case 429:
         return fmt::format("the service has received too many requests to answer the one for {} (429){}; {}", urn,
-                           words, whenToComeBack(response));
+                           words, retryAdvice(response));
     default:
         return fmt::format("the service {} (status {}){}; {}",
                            status < 500 ? "rejected the request for " + urn : "failed to answer the request for " + urn,
-                           status, words, status < 500 ? "check --service and the URN" : whenToComeBack(response));
+                           status, words, status < 500 ? "check --service and the URN" : retryAdvice(response));
     }
 }
 
-std::string explainStrangeAnswer(const Qx::HTTPResponse& response, const std::string& urn, const char* what) {
+std::string explainUnexpectedAnswer(const Qx::HTTPResponse& response, const std::string& urn, const char* what) {
     return fmt::format("the answer is not the {} of {}{}; check --service and the URN", what, shownURN(urn),
-                       wordsOf(response, urn));
+                       errorMessageOf(response, urn));
 }
 
 } // namespace OrvaneHost

@@ -13,6 +13,6 @@ std::string explainFailure(const Qx::HTTPResponse& response, const std::string& 
 
 /// The same for a successful answer that is JSON, but not `what` was requested: the "assembly" of
 /// that URN, for example.
-std::string explainStrangeAnswer(const Qx::HTTPResponse& response, const std::string& urn, const char* what);
+std::string explainUnexpectedAnswer(const Qx::HTTPResponse& response, const std::string& urn, const char* what);
 
 } // namespace OrvaneHost

@@ -60,8 +60,8 @@ void printFolder(const std::string& urn, const Qx::JSONNode& contents, bool isWi
 }
 
 std::string folderJSON(const std::string& urn, const Qx::JSONNode& contents) {
-    return withoutTricks(fmt::format("{{\"urn\":{},\"contents\":{}}}\n",
-                                     boost::json::serialize(boost::json::string(urn)), contents.toText()));
+    return escapeDeceptive(fmt::format("{{\"urn\":{},\"contents\":{}}}\n",
+                                       boost::json::serialize(boost::json::string(urn)), contents.toText()));
 }
 
 } // namespace OrvaneHost

@@ -18,12 +18,12 @@ struct Range {
 // In code point order: control characters, the soft hyphen, direction marks, joiners and other
 // characters without a width, variation selectors except those for emoji, byte order marks, and
 // tags.
-constexpr std::array tricks{Range{0x0000, 0x001F},   Range{0x007F, 0x009F},  Range{0x00AD, 0x00AD},
-                            Range{0x034F, 0x034F},   Range{0x061C, 0x061C},  Range{0x115F, 0x1160},
-                            Range{0x17B4, 0x17B5},   Range{0x180B, 0x180F},  Range{0x200B, 0x200F},
-                            Range{0x2028, 0x202E},   Range{0x2060, 0x206F},  Range{0x3164, 0x3164},
-                            Range{0xFEFF, 0xFEFF},   Range{0xFFA0, 0xFFA0},  Range{0xFFF0, 0xFFFB},
-                            Range{0x1D173, 0x1D17A}, Range{0xE0000, 0xE0FFF}};
+constexpr std::array deceptiveRanges{Range{0x0000, 0x001F},   Range{0x007F, 0x009F},  Range{0x00AD, 0x00AD},
+                                     Range{0x034F, 0x034F},   Range{0x061C, 0x061C},  Range{0x115F, 0x1160},
+                                     Range{0x17B4, 0x17B5},   Range{0x180B, 0x180F},  Range{0x200B, 0x200F},
+                                     Range{0x2028, 0x202E},   Range{0x2060, 0x206F},  Range{0x3164, 0x3164},
+                                     Range{0xFEFF, 0xFEFF},   Range{0xFFA0, 0xFFA0},  Range{0xFFF0, 0xFFFB},
+                                     Range{0x1D173, 0x1D17A}, Range{0xE0000, 0xE0FFF}};
 
 // Decodes UTF-8, with U+FFFD for each byte that is not part of a character.
 std::u32string charactersOf(std::string_view text) {
@@ -51,8 +51,8 @@ std::string textOf(std::u32string_view characters) {
     return text;
 }
 
-bool playsTricks(char32_t character) {
-    return std::any_of(tricks.begin(), tricks.end(),
+bool isDeceptive(char32_t character) {
+    return std::any_of(deceptiveRanges.begin(), deceptiveRanges.end(),
                        [=](Range range) { return character >= range.first && character <= range.last; });
 }
 
@@ -70,7 +70,7 @@ std::size_t widthOf(char32_t character) {
 
 std::string printable(std::string_view text) {
     std::u32string characters = charactersOf(text);
-    std::replace_if(characters.begin(), characters.end(), playsTricks, U'\uFFFD');
+    std::replace_if(characters.begin(), characters.end(), isDeceptive, U'\uFFFD');
     return textOf(characters);
 }
 
@@ -96,7 +96,7 @@ std::size_t displayWidth(std::string_view text) {
     return width;
 }
 
-std::string withoutTricks(std::string_view json) {
+std::string escapeDeceptive(std::string_view json) {
     const auto isPlain = [](unsigned char byte) { return byte < 0x7F; };
     std::string escaped;
     escaped.reserve(json.size());
@@ -106,7 +106,7 @@ std::string withoutTricks(std::string_view json) {
         next = std::find_if(odd, json.end(), isPlain);
         // In JSON, everything outside ASCII is inside strings.
         for (const char32_t character : charactersOf({odd, next}))
-            escaped += playsTricks(character) ? escapeOf(character) : textOf({&character, 1});
+            escaped += isDeceptive(character) ? escapeOf(character) : textOf({&character, 1});
     }
     return escaped;
 }

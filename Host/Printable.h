@@ -18,7 +18,7 @@ std::size_t displayWidth(std::string_view text);
 
 /// Returns the JSON with the characters that `printable` replaces escaped. The result is valid
 /// UTF-8 even if `json` is not.
-std::string withoutTricks(std::string_view json);
+std::string escapeDeceptive(std::string_view json);
 
 /// Returns a URN or link from the user with "***" in place of everything before its last "@", since
 /// a password may contain any character.

@@ -11,7 +11,7 @@ std::vector<std::string> argumentsInUTF8(int argc, const char* const* argv);
 
 /// Opens each closed standard stream as a read-only file, so that writing to it fails. Otherwise
 /// the next file or connection would get its descriptor, and output would be written into it.
-void occupyStandardStreams();
+void openClosedStandardStreams();
 
 /// Hides the program's memory from the user's other programs, and prevents core dumps, as far as
 /// the system allows: both would reveal the user's token.

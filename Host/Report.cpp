@@ -99,7 +99,7 @@ std::string toJSON(const Report& report) {
         std::visit([&](const auto& value) { object[fact.key] = value; }, fact.value);
     for (const Report::Table& table : report.tables)
         object[table.key] = arrayOf(table);
-    return withoutTricks(boost::json::serialize(object)) + '\n';
+    return escapeDeceptive(boost::json::serialize(object)) + '\n';
 }
 
 } // namespace OrvaneHost

@@ -126,8 +126,8 @@ const Qx::HTTPResponse& ServiceConnection::response() const {
 }
 
 std::string ServiceConnection::withoutToken(std::string text) const {
-    constexpr std::size_t secretFrom = 8; // A shorter token might occur in ordinary words.
-    if (token_.size() >= secretFrom)
+    constexpr std::size_t minSecretLength = 8; // A shorter token might occur in ordinary words.
+    if (token_.size() >= minSecretLength)
         boost::algorithm::replace_all(text, token_, "***");
     return text;
 }

@@ -28,7 +28,7 @@ int run(const std::vector<std::string>& arguments) {
 } // namespace
 
 int main(int argc, char** argv) {
-    occupyStandardStreams();
+    openClosedStandardStreams();
     keepMemoryPrivate();
     setSignals();
     try {

@@ -121,8 +121,8 @@ PreparedHTTPClient::PreparedHTTPClient(PreparedAnswers answers) : state_(std::ma
     state_->answers = std::move(answers);
 }
 
-PreparedHTTPClient::PreparedHTTPClient(HTTPResponse forAny) : state_(std::make_shared<State>()) {
-    state_->answers.addForAny(std::move(forAny));
+PreparedHTTPClient::PreparedHTTPClient(HTTPResponse fallback) : state_(std::make_shared<State>()) {
+    state_->answers.addForAny(std::move(fallback));
 }
 
 void PreparedHTTPClient::setAnswers(PreparedAnswers answers) {

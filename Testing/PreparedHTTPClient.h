@@ -24,8 +24,8 @@ public:
     /// itself.
     explicit PreparedHTTPClient(PreparedAnswers answers = {});
 
-    /// Answers every request with `forAny`.
-    explicit PreparedHTTPClient(Qx::HTTPResponse forAny);
+    /// Answers every request with `fallback`.
+    explicit PreparedHTTPClient(Qx::HTTPResponse fallback);
 
     void queueRequest(Qx::HTTPRequest& request) override;
     void whenAllRequests(std::vector<Qx::HTTPRequest>& requests, BatchCallback callback,

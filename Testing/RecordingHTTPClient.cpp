@@ -1,7 +1,7 @@
 #include "Testing/RecordingHTTPClient.h"
 
+#include "Testing/Detail/Anonymizer.h"
 #include "Testing/Detail/Exchange.h"
-#include "Testing/Detail/NameMaker.h"
 #include "Testing/Detail/Secrets.h"
 
 #include <chrono>
@@ -32,7 +32,7 @@ public:
         });
         // Starts above all names that an earlier recorder made up; no body contains this many.
         constexpr std::size_t namesOfABody = 10'000'000;
-        names_ = Detail::NameMaker(number_ * namesOfABody + 1);
+        names_ = Detail::Anonymizer(number_ * namesOfABody + 1);
     }
 
     void record(HTTPRequest::Method method, const std::string& url, const HTTPResponse& response,
@@ -44,10 +44,10 @@ public:
                                          " can't be replayed");
             Detail::Exchange exchange{method, Detail::withoutSecrets(url), Detail::withoutSecrets(response),
                                       std::chrono::duration_cast<std::chrono::microseconds>(time)};
-            constexpr std::size_t secretFrom = 8; // Ordinary words could contain a shorter one.
-            if (options_.secret.size() >= secretFrom)
+            constexpr std::size_t minSecretLength = 8; // Ordinary words could contain a shorter one.
+            if (options_.secret.size() >= minSecretLength)
                 exchange.response = Detail::without(options_.secret, exchange.response);
-            if (options_.makesUpNames)
+            if (options_.anonymize)
                 exchange = names_.replaceIn(exchange);
             number_ = Detail::writeExchange(exchange, folder_, number_ + 1);
         });
@@ -82,7 +82,7 @@ private:
     const std::filesystem::path folder_;
     const RecordingOptions options_;
     std::size_t number_ = 0;
-    Detail::NameMaker names_;
+    Detail::Anonymizer names_;
     std::string problem_;
 };
 

@@ -15,7 +15,7 @@ struct RecordingOptions {
     /// same kind, so that a customer can share the recording. The same text always gets the same
     /// replacement. The service's own words, numbers that are not ids, and booleans are kept. A
     /// body that is not JSON is replaced with an "x" for each byte.
-    bool makesUpNames = false;
+    bool anonymize = false;
 
     /// A string of at least 8 bytes, such as the token, that is replaced with "***" wherever it
     /// occurs in a response, since a service may repeat it. A shorter one is ignored.

@@ -1,7 +1,7 @@
 #include "Base/QxBaseCore10/JSONNode.h"
 
 #include "Base/QxBaseCore10/Detail/JSONElement.h"
-#include "Base/QxBaseCore10/Detail/JSONMending.h"
+#include "Base/QxBaseCore10/Detail/JSONRepair.h"
 #include "Base/QxBaseCore10/Detail/LargePages.h"
 #include "Base/QxBaseCore10/Status.h"
 
@@ -32,7 +32,7 @@ std::shared_ptr<const simdjson::dom::document> ownerOf(const Detail::JSONPlace& 
 // Allocates the buffers for a large text in advance, and asks for large pages. The parser would
 // allocate them itself, but would then spend most of its time on page faults (docs/performance.md
 // has figures).
-simdjson::error_code makeRoom(std::size_t bytes, simdjson::dom::parser& parser, simdjson::dom::document& document) {
+simdjson::error_code allocateFor(std::size_t bytes, simdjson::dom::parser& parser, simdjson::dom::document& document) {
     const std::size_t largestBuffer = bytes * sizeof(std::uint64_t);
     if (largestBuffer < Detail::largePagesFrom)
         return simdjson::SUCCESS;
@@ -57,7 +57,7 @@ struct Parsed {
 Parsed parseAsItIs(std::string_view json, std::size_t padding) {
     auto document = std::make_shared<SharedDocument>();
     simdjson::dom::parser parser;
-    if (const simdjson::error_code error = makeRoom(json.size(), parser, *document))
+    if (const simdjson::error_code error = allocateFor(json.size(), parser, *document))
         return {error, nullptr, 0};
     const bool needsCopy = padding < simdjson::SIMDJSON_PADDING;
     const auto root = parser.parse_into_document(*document, json.data(), json.size(), needsCopy);
@@ -69,16 +69,16 @@ Parsed parseAsItIs(std::string_view json, std::size_t padding) {
 // Parses a repaired copy of JSON that the parser has rejected; returns `refused` if there is
 // nothing to repair.
 Parsed parseMended(std::string_view json, Parsed refused) {
-    std::string mended;
+    std::string repaired;
     try {
-        mended = Detail::mendJSON(json);
+        repaired = Detail::repairJSON(json);
     } catch (const std::bad_alloc&) {
         return {simdjson::MEMALLOC, nullptr, 0};
     }
-    if (mended.empty())
+    if (repaired.empty())
         return refused;
-    const std::size_t size = mended.size() - simdjson::SIMDJSON_PADDING;
-    return parseAsItIs(std::string_view(mended).substr(0, size), simdjson::SIMDJSON_PADDING);
+    const std::size_t size = repaired.size() - simdjson::SIMDJSON_PADDING;
+    return parseAsItIs(std::string_view(repaired).substr(0, size), simdjson::SIMDJSON_PADDING);
 }
 
 Parsed parseText(std::string_view text, std::size_t padding) {

@@ -56,7 +56,7 @@ void Batch::setResponse(std::size_t index, HTTPResponse response) {
 
 void Batch::complete(std::size_t index) {
     std::exception_ptr thrown;
-    tell(index);
+    notifyObserver(index);
     try {
         if (index < requests_.size() && requests_[index].getCallback())
             requests_[index].getCallback()(responses_[index]); // NOLINT(clang-analyzer-cplusplus.Move): the last moves
@@ -68,7 +68,7 @@ void Batch::complete(std::size_t index) {
         std::rethrow_exception(thrown);
 }
 
-void Batch::tell(std::size_t index) const noexcept {
+void Batch::notifyObserver(std::size_t index) const noexcept {
     try {
         if (index < requests_.size() && onResponse_)
             onResponse_(requests_[index], responses_[index]); // NOLINT(clang-analyzer-cplusplus.Move): the last moves

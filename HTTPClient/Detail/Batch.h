@@ -40,7 +40,7 @@ public:
 private:
     class Task;
 
-    void tell(std::size_t index) const noexcept;
+    void notifyObserver(std::size_t index) const noexcept;
     void countCompletion();
 
     const std::vector<HTTPRequest> requests_;

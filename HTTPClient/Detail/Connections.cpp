@@ -49,7 +49,7 @@ std::uint64_t Connections::round() const {
     return round_;
 }
 
-void Connections::hurry() {
+void Connections::shortenLimit() {
     limit_ = std::chrono::milliseconds(50);
 }
 
@@ -72,7 +72,7 @@ std::uint64_t Connections::take(curl_socket_t socket) {
     return found == uses_.end() ? 0 : found->second.number = ++lastUse_;
 }
 
-void Connections::giveUp(curl_socket_t socket, std::uint64_t use) const {
+void Connections::abandon(curl_socket_t socket, std::uint64_t use) const {
     const auto found = uses_.find(socket);
     if (found != uses_.end() && found->second.number == use)
         shutDown(socket);

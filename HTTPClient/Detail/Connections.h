@@ -12,7 +12,7 @@
 namespace Qx::Detail {
 
 /// What the transfers of one `TransferThread` share: TLS sessions, and the sockets of their
-/// connections. Must outlive the connections. Not thread-safe, except for `hurry`.
+/// connections. Must outlive the connections. Not thread-safe, except for `shortenLimit`.
 class Connections final : private HandshakeWatcher {
 public:
     /// Throws `std::bad_alloc` when memory runs out.
@@ -33,7 +33,7 @@ public:
 
     /// Shortens the limit for this round, since another thread is waiting for the round to end.
     /// Thread-safe.
-    void hurry();
+    void shortenLimit();
 
     /// Returns the socket of the connection between that local port and that peer, or
     /// `CURL_SOCKET_BAD`.
@@ -44,7 +44,7 @@ public:
     std::uint64_t take(curl_socket_t socket);
 
     /// Shuts down the connection of that socket, unless another request has taken it since.
-    void giveUp(curl_socket_t socket, std::uint64_t use) const;
+    void abandon(curl_socket_t socket, std::uint64_t use) const;
 
     /// Returns why the system refused the last socket requested; empty if it did not.
     std::string openFailure() const;

@@ -66,9 +66,9 @@ TransferError explain(CURLcode result, CURL* easy, const std::string& detail,
 }
 
 bool holdsSecret(const std::string& text, std::initializer_list<std::string_view> secrets) {
-    constexpr std::size_t secretFrom = 8;
+    constexpr std::size_t minSecretLength = 8;
     return std::any_of(secrets.begin(), secrets.end(), [&](std::string_view secret) {
-        return secret.size() >= secretFrom && text.find(secret) != std::string::npos;
+        return secret.size() >= minSecretLength && text.find(secret) != std::string::npos;
     });
 }
 

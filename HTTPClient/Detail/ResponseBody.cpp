@@ -19,10 +19,10 @@ void ResponseBody::append(std::string_view bytes, bool isGzip, const std::functi
     if (gzip_)
         gzip_->decode(bytes, [&](std::string_view decoded) {
             check();
-            keep(decoded);
+            appendDecoded(decoded);
         });
     else
-        keep(bytes);
+        appendDecoded(bytes);
 }
 
 void ResponseBody::skip(std::string_view bytes) {
@@ -31,7 +31,7 @@ void ResponseBody::skip(std::string_view bytes) {
     receivedBytes_ += bytes.size();
 }
 
-void ResponseBody::keep(std::string_view decoded) {
+void ResponseBody::appendDecoded(std::string_view decoded) {
     if (decoded.size() > maxBytes_ - text_.size())
         failTooLarge();
     reserve(decoded.size());

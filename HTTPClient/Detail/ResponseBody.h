@@ -35,7 +35,7 @@ public:
     [[noreturn]] void failTooLarge() const;
 
 private:
-    void keep(std::string_view decoded);
+    void appendDecoded(std::string_view decoded);
     void reserve(std::size_t more);
 
     std::size_t maxBytes_;

@@ -131,7 +131,7 @@ bool Transfer::start(Connections& connections) {
     socket_ = CURL_SOCKET_BAD;
     use_ = 0;
     isHTTP2_ = false;
-    isCut_ = false;
+    isTruncated_ = false;
     isSent_ = false;
     if (!attemptStart_) {
         attemptStart_ = Clock::now();
@@ -253,7 +253,7 @@ std::size_t Transfer::receive(char* bytes, std::size_t, std::size_t count, void*
     auto& receiver = *static_cast<Transfer*>(transfer);
     const bool isGood = receiver.attempt([&] { (receiver.*read)({bytes, count}); });
     if (!isGood)
-        receiver.giveUpConnection();
+        receiver.abandonConnection();
     return isGood ? count : 0;
 }
 
@@ -261,7 +261,7 @@ std::size_t Transfer::receive(char* bytes, std::size_t, std::size_t count, void*
 // already received data, and take that data for the response.
 int Transfer::checkConnection(void* transfer, char* peer, char*, int peerPort, int localPort) noexcept {
     auto& user = *static_cast<Transfer*>(transfer);
-    if (!user.attempt([&] { user.meetPeer(peer, peerPort, localPort); }))
+    if (!user.attempt([&] { user.checkPeer(peer, peerPort, localPort); }))
         return CURL_PREREQFUNC_ABORT;
     const bool isTLS = user.destination_.isHttps();
     // In HTTP/2, incoming data says which request it belongs to, and may arrive at any time.
@@ -281,19 +281,19 @@ int Transfer::watch(void* transfer, curl_off_t total, curl_off_t received, curl_
     auto& watched = *static_cast<Transfer*>(transfer);
     // An HTTP/2 stream has an explicit end, without which libcurl reports a failure.
     if (watched.header_.endsWithConnection() && !watched.isHTTP2_)
-        watched.isCut_ = lacksCloseNotify(watched.easy_.get());
+        watched.isTruncated_ = lacksCloseNotify(watched.easy_.get());
     watched.reportProgress(total, received);
     const bool isGood = watched.attempt([&] { watched.checkProgress(); });
     if (!isGood)
-        watched.giveUpConnection();
+        watched.abandonConnection();
     return isGood ? 0 : 1;
 }
 
-void Transfer::giveUpConnection() {
+void Transfer::abandonConnection() {
     curl_easy_setopt(easy_.get(), CURLOPT_FORBID_REUSE, 1L);
 }
 
-void Transfer::meetPeer(const std::string& peer, int peerPort, int localPort) {
+void Transfer::checkPeer(const std::string& peer, int peerPort, int localPort) {
     socket_ = connections_->find(localPort, peer, peerPort);
     receivedBefore_ = socket_ == CURL_SOCKET_BAD ? 0 : countReceived(socket_);
     use_ = connections_->take(socket_);
@@ -368,7 +368,7 @@ void Transfer::checkReceived() {
 Transfer::Next Transfer::next(CURLcode result) noexcept {
     // libcurl would keep an HTTP/2 connection even if the server has fallen silent on it.
     if (isHTTP2_ && result != CURLE_OK)
-        connections_->giveUp(socket_, use_);
+        connections_->abandon(socket_, use_);
     takesNewConnection_ = std::exchange(isStale_, false);
     if (takesNewConnection_)
         return Next::FOLLOW;
@@ -396,7 +396,7 @@ Transfer::Next Transfer::decide(CURLcode result) {
         redirect();
         return Next::FOLLOW;
     }
-    if (!header_.hasEnded() || isCut_ || !body_.isComplete())
+    if (!header_.hasEnded() || isTruncated_ || !body_.isComplete())
         throw TransferError(FailureKind::NETWORK, cutShort);
     constexpr int unauthorized = 401;
     if (header_.status() != unauthorized || !sendsToken_ || !options_.tokenSource || !refusedToken_.empty())

@@ -75,7 +75,7 @@ public:
     CURL* handle() const;
 
     /// Keeps other requests off the connection, on which the rest of the response may still arrive.
-    void giveUpConnection();
+    void abandonConnection();
 
     /// Decides what to do after the exchange, which libcurl has ended with `result`.
     Next next(CURLcode result) noexcept;
@@ -101,7 +101,7 @@ private:
     static std::size_t receive(char* bytes, std::size_t, std::size_t count, void* transfer) noexcept;
     static int checkConnection(void* transfer, char* peer, char*, int peerPort, int localPort) noexcept;
     static int watch(void* transfer, curl_off_t total, curl_off_t received, curl_off_t, curl_off_t) noexcept;
-    void meetPeer(const std::string& peer, int peerPort, int localPort);
+    void checkPeer(const std::string& peer, int peerPort, int localPort);
     template <class Action>
     bool attempt(Action action) noexcept;
     void readHeaderLine(std::string_view line);
@@ -157,7 +157,7 @@ private:
     bool hasResponseBegun_ = false;
     std::uint64_t use_ = 0; ///< Of the connection.
     bool isHTTP2_ = false;
-    bool isCut_ = false;             ///< Whether a response without a length may be incomplete.
+    bool isTruncated_ = false;       ///< Whether a response without a length may be incomplete.
     bool isSent_ = false;            ///< Whether this exchange's request has been sent.
     std::optional<bool> startsHere_; ///< Whether the first server is on this machine.
 

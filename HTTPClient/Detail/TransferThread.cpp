@@ -61,7 +61,7 @@ private:
 
     void run();
     bool isEnding();
-    void endCancelled();
+    void completeCancelled();
     void beginRound();
     bool performAndWait();
     int waitTime() const;
@@ -152,7 +152,7 @@ void TransferThread::Loop::cancel(Session& session, bool isClosing) {
     if (session.unfinished == 0)
         return;
     hasCancelled_ = true;
-    connections_.hurry();
+    connections_.shortenLimit();
     curl_multi_wakeup(multi_.get());
     if (isClosing)
         changed_.wait(lock, [&] { return session.unfinished == 0; });
@@ -202,7 +202,7 @@ void TransferThread::Loop::run() {
     nameThisThread("orvane-transfer");
     for (int failures = 0; !isEnding();) {
         beginRound();
-        endCancelled();
+        completeCancelled();
         restartDue();
         startWaiting();
         failures = performAndWait() ? 0 : failures + 1;
@@ -221,7 +221,7 @@ void TransferThread::Loop::run() {
     // On this thread, since closing TLS connections may write to broken ones and raise SIGPIPE,
     // which this thread blocks.
     beginRound();
-    connections_.hurry();
+    connections_.shortenLimit();
     multi_.reset();
 }
 
@@ -230,7 +230,7 @@ bool TransferThread::Loop::isEnding() {
     return isEnding_;
 }
 
-void TransferThread::Loop::endCancelled() {
+void TransferThread::Loop::completeCancelled() {
     Transfers cancelled;
     const auto takeFrom = [&](Transfers& transfers) {
         for (auto next = transfers.begin(); next != transfers.end();) {
@@ -250,7 +250,7 @@ void TransferThread::Loop::endCancelled() {
     takeFrom(active_);
     for (Transfer& transfer : cancelled)
         if (transfer.handle()) {
-            transfer.giveUpConnection();
+            transfer.abandonConnection();
             curl_multi_remove_handle(multi_.get(), transfer.handle());
         }
     end(cancelled, [](Transfer& transfer) { transfer.respondCancelled(); });
@@ -260,7 +260,7 @@ void TransferThread::Loop::beginRound() {
     const std::lock_guard lock(mutex_);
     connections_.beginRound(1s);
     if (hasCancelled_)
-        connections_.hurry();
+        connections_.shortenLimit();
 }
 
 // Returns false if the system can't wait for connections.

@@ -11,7 +11,7 @@ std::vector<std::string> argumentsInUTF8(int argc, const char* const* argv) {
     return {argv + std::min(argc, 1), argv + argc};
 }
 
-void occupyStandardStreams() {
+void openClosedStandardStreams() {
     int descriptor = 0;
     while (descriptor >= 0 && descriptor <= STDERR_FILENO)
         descriptor = open("/dev/null", O_RDONLY | O_CLOEXEC);

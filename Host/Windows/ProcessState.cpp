@@ -25,7 +25,7 @@ std::vector<std::string> argumentsInUTF8(int, const char* const*) {
     return converted;
 }
 
-void occupyStandardStreams() {} // A closed stream's place is not taken by another file.
+void openClosedStandardStreams() {} // A closed stream's place is not taken by another file.
 
 void setSignals() {}
 

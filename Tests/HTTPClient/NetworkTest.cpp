@@ -4,11 +4,11 @@
 // - how the request and the client's options differ from the defaults ("bindsToken": the token is
 //   only for this server; "tokens": what the token source returns, one after the other, where null
 //   makes it throw),
-// - what the requests contain ("receives") and do not contain ("lacks"), the number of "exchanges",
-//   the arguments of the calls to the token source ("isAsked"), and the "protocol",
+// - what the requests contain ("receives") and do not contain ("mustNotReceive"), the number of "exchanges",
+//   the arguments of the calls to the token source ("tokenSourceCalls"), and the "protocol",
 // - the kind of failure with which the request "fails" and its "reason", or the "status", "headers"
 //   and "body" of the response,
-// - what differs on Windows ("onWindows"), or why the row is left out there ("leftOut").
+// - what differs on Windows ("onWindows"), or why the row is left out there ("skipReason").
 
 #include "Tests/Support/Network.h"
 #include "Testing/ScopedState.h"
@@ -138,11 +138,11 @@ void expectResponse(const json& row, const HTTPResponse& response) {
     EXPECT_EQ(reason.find("secret"), std::string::npos) << reason;
 }
 
-// The parts in "receives" must occur in that order, those in "lacks" must occur in no request, and
+// The parts in "receives" must occur in that order, those in "mustNotReceive" must occur in no request, and
 // those in "lacksAtLast" must not occur in the last.
 void expectReceived(const json& row, const std::string& requests) {
-    EXPECT_EQ(missingPart(requests, row.value("receives", std::vector<std::string>())), "") << requests;
-    for (const std::string part : row.value("lacks", json::array()))
+    EXPECT_EQ(firstMissingPart(requests, row.value("receives", std::vector<std::string>())), "") << requests;
+    for (const std::string part : row.value("mustNotReceive", json::array()))
         EXPECT_EQ(requests.find(part), std::string::npos) << requests;
     const std::size_t last = requests.rfind(" HTTP/1.1\r\n");
     for (const std::string part : row.value("lacksAtLast", json::array()))
@@ -199,7 +199,7 @@ void meet(const json& row, Type type, std::atomic<int>& completions) {
             std::this_thread::sleep_for(100ms);
     }
     expectReceived(row, server.received());
-    EXPECT_EQ(asked, row.value("isAsked", asked));
+    EXPECT_EQ(asked, row.value("tokenSourceCalls", asked));
     EXPECT_EQ(last.protocol, row.value("protocol", last.protocol));
     EXPECT_EQ(last.isConnectionReused, row.value("isReused", last.isConnectionReused));
     EXPECT_LT(memory.growth(), changed.maxBodyBytes + 64 * mebibyte);
@@ -214,8 +214,8 @@ TEST_P(NetworkTest, CompletesOnceAsExpectedAndLeaksNothing) {
     const std::locale before = std::locale::global(std::locale(std::locale(), new TurkishLetters));
     const ScopedState letters = ScopedState([&] { std::locale::global(before); });
     const json& row = rows()[GetParam()];
-    if (row.contains("leftOut"))
-        GTEST_SKIP() << row["leftOut"];
+    if (row.contains("skipReason"))
+        GTEST_SKIP() << row["skipReason"];
     const auto descriptors = countDescriptors();
     const auto threads = countThreads();
     for (const Type type : {Type::CALLING_THREAD, Type::CLIENT_THREAD}) {

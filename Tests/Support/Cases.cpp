@@ -27,7 +27,7 @@ std::string bytesOf(const nlohmann::json& text) {
     return bytes;
 }
 
-std::string missingPart(const std::string& text, const std::vector<std::string>& parts) {
+std::string firstMissingPart(const std::string& text, const std::vector<std::string>& parts) {
     std::size_t at = 0;
     for (const std::string& part : parts) {
         at = text.find(part, at);

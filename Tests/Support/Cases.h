@@ -16,7 +16,7 @@ std::string bytesOf(const nlohmann::json& text);
 
 /// Returns the first of `parts` that does not occur in `text` after the start of the part before
 /// it, or an empty string if all occur in that order.
-std::string missingPart(const std::string& text, const std::vector<std::string>& parts);
+std::string firstMissingPart(const std::string& text, const std::vector<std::string>& parts);
 
 /// Returns the service's answer for version 3 of file A, which is in a folder and refers to version
 /// 1 of file B, which is in a project. There are parents of every status. The ids of files, folders

@@ -142,7 +142,7 @@ TEST_F(RecordingTest, MakesUpNamesOfTheSameKind) {
         "type":"files","status":"Acme","name":"Acme.Jo rotor.prt","owner":{"Acme":"Jo","type":"files","value":"ACME"}},"versions":[{"id":77},{"id":"acme.1"},
         {"parent":"77"},"acme.1",{"name":"","role":"EDITOR","restrictedProjects":77777}],"files":[],"files":["urn:acme:a?b=jo"],
         "title":)" + deep + "}"));
-    RecordingHTTPClient client(inner, folder, {.makesUpNames = true});
+    RecordingHTTPClient client(inner, folder, {.anonymize = true});
     send(client, "https://acme.example/versions/urn%3Avrnk.dorlqa%3Afs.file%3Aacme%3Fversion%3D3/fullassembly");
     const std::string all = recorded();
     for (const char* part : {"cme", "CME", "Jo", "jo"})

@@ -13,10 +13,10 @@ namespace Orvane::Testing::Detail {
 /// Replaces what may identify a customer with made-up text of the same kind: an id with an id, and
 /// the name of a file with a name with the same extension. The same text always gets the same
 /// replacement, so that references remain intact.
-class NameMaker {
+class Anonymizer {
 public:
     /// Replacements are numbered from `first`.
-    explicit NameMaker(std::size_t first = 1);
+    explicit Anonymizer(std::size_t first = 1);
 
     /// Returns the exchange with made-up text in its URL and its body. Only these are kept: the
     /// service's own words, such as types and roles, keys that the library knows, numbers that are

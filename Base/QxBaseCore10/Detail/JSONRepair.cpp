@@ -1,4 +1,4 @@
-#include "Base/QxBaseCore10/Detail/JSONMending.h"
+#include "Base/QxBaseCore10/Detail/JSONRepair.h"
 
 #include "Base/QxBaseCore10/Detail/Decoding.h"
 
@@ -35,46 +35,46 @@ bool isNumber(std::string_view text) {
 }
 
 // Whether `number`, if it is a number at all, is well within the parser's limits, as most are.
-bool isPlainlyTaken(std::string_view number) {
+bool isClearlyAccepted(std::string_view number) {
     const std::size_t exponent = std::min(number.find_first_of("eE"), number.size());
     const std::size_t most = number.find_first_of(".eE") == std::string_view::npos ? 18 : 200;
     return number.size() <= most && number.size() - exponent <= std::string_view("e99").size();
 }
 
-class Mender {
+class Repairer {
 public:
-    explicit Mender(std::string_view text) : text_(text) {}
+    explicit Repairer(std::string_view text) : text_(text) {}
 
-    std::string mend() {
+    std::string repair() {
         while (at_ < text_.size()) {
             const char first = text_[at_];
             if (first == '"')
-                mendString();
+                repairString();
             else if (first == '-' || (first >= '0' && first <= '9'))
-                mendNumber();
+                repairNumber();
             else
                 ++at_;
         }
-        if (!mended_.empty())
-            mended_.append(text_, taken_).append(simdjson::SIMDJSON_PADDING, '\0');
-        return std::move(mended_);
+        if (!repaired_.empty())
+            repaired_.append(text_, taken_).append(simdjson::SIMDJSON_PADDING, '\0');
+        return std::move(repaired_);
     }
 
 private:
-    void mendString() {
+    void repairString() {
         ++at_;
         while (at_ < text_.size() && text_[at_] != '"') {
             if (text_[at_] == '\\')
-                mendEscape();
+                repairEscape();
             else if (static_cast<unsigned char>(text_[at_]) < 0x80)
                 ++at_;
             else
-                mendCharacter();
+                repairCharacter();
         }
         ++at_;
     }
 
-    void mendEscape() {
+    void repairEscape() {
         const std::uint16_t unit = escapedUnit(at_);
         if (UTF16::is_first_surrogate(unit) && UTF16::is_second_surrogate(escapedUnit(at_ + escapeSize)))
             at_ += 2 * escapeSize;
@@ -84,7 +84,7 @@ private:
             at_ += 2; // Skips the escaped character too, which may be a quote.
     }
 
-    void mendCharacter() {
+    void repairCharacter() {
         const char* next = text_.data() + at_;
         decodeNext(next, text_.data() + text_.size());
         const auto size = static_cast<std::size_t>(next - text_.data()) - at_;
@@ -94,7 +94,7 @@ private:
             at_ += size;
     }
 
-    void mendNumber() {
+    void repairNumber() {
         const std::size_t end = std::min(text_.find_first_not_of("+-.0123456789eE", at_), text_.size());
         const std::string_view number = text_.substr(at_, end - at_);
         // Replaces the number only where a value may end: before a colon, for example, a number is
@@ -110,7 +110,7 @@ private:
 
     // Asks the parser itself, since only it knows which numbers it accepts.
     bool isRefused(std::string_view number) {
-        if (isPlainlyTaken(number) || !isNumber(number))
+        if (isClearlyAccepted(number) || !isNumber(number))
             return false;
         const simdjson::error_code error = parser_.parse(number.data(), number.size()).error();
         if (error == simdjson::MEMALLOC)
@@ -128,24 +128,24 @@ private:
     }
 
     void replace(std::size_t size, std::string_view with) {
-        mended_.reserve(text_.size() + text_.size() / 8 + simdjson::SIMDJSON_PADDING);
-        mended_.append(text_, taken_, at_ - taken_);
-        mended_ += with;
+        repaired_.reserve(text_.size() + text_.size() / 8 + simdjson::SIMDJSON_PADDING);
+        repaired_.append(text_, taken_, at_ - taken_);
+        repaired_ += with;
         at_ += size;
         taken_ = at_;
     }
 
     const std::string_view text_;
     std::size_t at_ = 0;
-    std::size_t taken_ = 0; // Everything before this is already in `mended_`.
-    std::string mended_;
+    std::size_t taken_ = 0; // Everything before this is already in `repaired_`.
+    std::string repaired_;
     simdjson::dom::parser parser_;
 };
 
 } // namespace
 
-std::string mendJSON(std::string_view text) {
-    return Mender(text).mend();
+std::string repairJSON(std::string_view text) {
+    return Repairer(text).repair();
 }
 
 } // namespace Qx::Detail

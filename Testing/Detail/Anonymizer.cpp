@@ -1,4 +1,4 @@
-#include "Testing/Detail/NameMaker.h"
+#include "Testing/Detail/Anonymizer.h"
 
 #include "Base/QxBaseCore10/JSONNode.h"
 #include "Base/QxBaseCore10/Status.h"
@@ -120,9 +120,9 @@ HTTPResponse::Headers headersFor(const HTTPResponse& response) {
 
 } // namespace
 
-NameMaker::NameMaker(std::size_t first) : first_(first) {}
+Anonymizer::Anonymizer(std::size_t first) : first_(first) {}
 
-Exchange NameMaker::replaceIn(const Exchange& exchange) {
+Exchange Anonymizer::replaceIn(const Exchange& exchange) {
     Exchange replaced = exchange;
     const HTTPResponse& response = exchange.response;
     replaced.url = urlFor(exchange);
@@ -132,7 +132,7 @@ Exchange NameMaker::replaceIn(const Exchange& exchange) {
     return replaced;
 }
 
-std::string NameMaker::urlFor(const Exchange& exchange) {
+std::string Anonymizer::urlFor(const Exchange& exchange) {
     const auto endpoint = Endpoint::of(exchange.method, exchange.url);
     if (!endpoint)
         return "https://service.example/" + numberOf(exchange.url);
@@ -148,7 +148,7 @@ std::string NameMaker::urlFor(const Exchange& exchange) {
     return "https://service.example/versions/" + urn + "/fullassembly/access";
 }
 
-std::string NameMaker::bodyFor(std::string_view body) {
+std::string Anonymizer::bodyFor(std::string_view body) {
     Qx::Status status;
     const auto root = Qx::JSONNode::parse(body, status);
     if (!root)
@@ -167,11 +167,11 @@ std::string NameMaker::bodyFor(std::string_view body) {
                               [this](const std::string& text, std::string_view key) { return numberFor(text, key); }});
 }
 
-std::string NameMaker::keyFor(const std::string& key) {
+std::string Anonymizer::keyFor(const std::string& key) {
     return isOneOf(key, wordKeys) || isOneOf(key, otherKeys) ? key : "key " + numberOf(key);
 }
 
-std::string NameMaker::textFor(const std::string& text, std::string_view key) {
+std::string Anonymizer::textFor(const std::string& text, std::string_view key) {
     if (text.empty() || (isOneOf(key, wordKeys) && isWord(text)))
         return text;
     if (isIdKey(key) || ids_.contains(text) || text.starts_with("urn:") || consistsOf(text, digits))
@@ -179,14 +179,14 @@ std::string NameMaker::textFor(const std::string& text, std::string_view key) {
     return "name " + numberOf(text) + std::string(extensionOf(text));
 }
 
-std::string NameMaker::numberFor(const std::string& text, std::string_view key) {
+std::string Anonymizer::numberFor(const std::string& text, std::string_view key) {
     if (!isIdKey(key) && !ids_.contains(text))
         return text;
     const std::string id = idFor(text);
     return consistsOf(id, digits) ? id : boost::json::serialize(boost::json::string_view(id));
 }
 
-std::string NameMaker::idFor(const std::string& text) {
+std::string Anonymizer::idFor(const std::string& text) {
     if (text.starts_with("urn:")) {
         const std::string_view version = versionOf(text);
         const std::string_view name = std::string_view(text).substr(0, text.size() - version.size());
@@ -197,7 +197,7 @@ std::string NameMaker::idFor(const std::string& text) {
     return consistsOf(text, digits) ? fmt::format("9{:0>15}", numberOf(text)) : "id-" + numberOf(text);
 }
 
-std::string NameMaker::numberOf(const std::string& text) {
+std::string Anonymizer::numberOf(const std::string& text) {
     return std::to_string(numbers_.try_emplace(text, first_ + numbers_.size()).first->second);
 }
 

@@ -16,6 +16,6 @@ namespace Qx::Detail {
 /// ends with the zero bytes that the parser may read after the text. It is empty if there is
 /// nothing to replace. Linear in the length of the text. Throws `std::bad_alloc` when memory runs
 /// out.
-std::string mendJSON(std::string_view text);
+std::string repairJSON(std::string_view text);
 
 } // namespace Qx::Detail
