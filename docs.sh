@@ -9,4 +9,11 @@ dot -Tsvg docs/architecture.dot -o docs/architecture.svg
 rm -rf build/docs
 mkdir -p build
 doxygen docs/Doxyfile
+
+# Fails if the search or the navigation leads to an anchor that no page has.
+if comm -23 <(cat build/docs/*.js build/docs/search/*.js | grep -oE '[A-Za-z0-9_]+\.html#[A-Za-z0-9_]+' | sort -u) \
+  <(grep -oHE '(id|name)="[^"]*"' build/docs/*.html | sed -E 's#^.*/([^/:]+):(id|name)="([^"]*)"#\1\#\3#' | sort -u) | grep .; then
+  echo "the pages have none of these anchors" >&2
+  exit 1
+fi
 linkchecker --no-status --no-warnings --output failures --check-extern --ignore-url '^https?:' build/docs/index.html

@@ -41,7 +41,7 @@ need no network.")
 
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_NAME orvane)
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_SECTION utils)
-set(CPACK_DEBIAN_PROGRAM_PACKAGE_DEPENDS "libqxorvanedm10 (= ${packageVersion})")
+set(CPACK_DEBIAN_PROGRAM_PACKAGE_DEPENDS "libqxorvanedm10 (>= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_PROGRAM_DEBUGINFO_PACKAGE ON)
 set(CPACK_COMPONENT_PROGRAM_DESCRIPTION
   "${service}This package contains a program that lists its folders, and shows

@@ -19,11 +19,14 @@ class HTTPResponse;
 class QXBASE10_EXPORT HTTPRequest {
 public:
     /// The method of a request.
-    enum class Method : std::int32_t { GET = 0, POST = 1 };
+    enum class Method : std::int32_t {
+        GET = 0,  ///< Reads from the service.
+        POST = 1, ///< Requests an action of the service.
+    };
 
     /// The credential that the client adds to a request.
     enum class AuthType : std::int32_t {
-        NONE = 0,
+        NONE = 0,   ///< No credential.
         BEARER = 1, ///< The client adds the signed-in user's bearer token.
     };
 

@@ -32,7 +32,13 @@ public:
 namespace CloudBrowser::Relationship {
 
 /// How two versions are related.
-enum class RelationType : std::int32_t { OTHER = 0, DERIVED = 1, DEPENDENCY = 2, XREF = 3, AUXILIARY = 4 };
+enum class RelationType : std::int32_t {
+    OTHER = 0,      ///< Any other text, or none.
+    DERIVED = 1,    ///< "DERIVED".
+    DEPENDENCY = 2, ///< "DEPENDENCY".
+    XREF = 3,       ///< "XREF".
+    AUXILIARY = 4,  ///< "AUXILIARY".
+};
 
 } // namespace CloudBrowser::Relationship
 

@@ -63,7 +63,19 @@ Qx::CurlHTTPClientOptions optionsFor(const std::string& service) {
 
 // Tells the user why there is no design.
 std::string explain(const Qx::HTTPResponse& response) {
-    return response.getStatus() == 0 ? response.getReason() : std::to_string(response.getStatus()) + ", no such design";
+    switch (response.getStatus()) {
+    case 0:
+        return response.getReason();
+    case 401:
+        return "sign in again";
+    case 403:
+        return "you are not allowed to see it";
+    case 200:
+    case 404:
+        return "there is no such design";
+    default:
+        return "the service answered with status " + std::to_string(response.getStatus());
+    }
 }
 
 void warn(const char* problem, const std::vector<std::wstring>& parents) {
