@@ -19,6 +19,7 @@ cpack --config build/packages/CPackConfig.cmake
 for symbols in build/packages/debian/*.ddeb; do
   unpacked=$(mktemp -d)
   dpkg-deb -R "$symbols" "$unpacked"
+  chmod 755 "$unpacked"
   package=$(dpkg-deb -f "$symbols" Package)
   mkdir -p "$unpacked/usr/share/doc"
   ln -s "${package%-dbgsym}" "$unpacked/usr/share/doc/$package"
