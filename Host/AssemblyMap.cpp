@@ -9,6 +9,7 @@
 #include <map>
 #include <memory>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 namespace OrvaneHost {
@@ -40,10 +41,11 @@ Obstacle obstacleOf(ContainerStatus status, bool isClosed, bool isViewer) {
 
 class MapMaker {
 public:
-    MapMaker(const FullAssemblyDataV3& assembly, const Qx::JSONNode& root)
-        : assembly_(assembly), projects_(assembly.getProjectDetails()) {
+    MapMaker(const FullAssemblyDataV3& assembly, const Qx::JSONNode& root) : assembly_(assembly) {
+        const Qx::JSONNode included(root["included"]);
+        addContainers(included);
         addFiles();
-        addReferences(root);
+        addReferences(included);
         nest();
         sortByName();
         map_.inaccessibleProjects = assembly.getInaccessibleParents();
@@ -53,6 +55,28 @@ public:
     AssemblyMap take() { return std::move(map_); }
 
 private:
+    // The projects of one id; usually one.
+    struct Project {
+        ProjectData data;                   // Of the first of them.
+        Obstacle obstacle = Obstacle::NONE; // The worst of them.
+    };
+
+    void addContainers(const Qx::JSONNode& included) {
+        for (const Qx::JSONRef element : Qx::JSONNode(included["projects"])) {
+            const ProjectData data{Qx::JSONNode(element)};
+            if (data.getType() != ProjectData::dataType())
+                continue;
+            Project& project = projects_.try_emplace(data.getId(), Project{data}).first->second;
+            project.obstacle =
+                std::max(project.obstacle, obstacleOf(data.getStatus(), !data.IsMember(), data.IsViewerRole()));
+        }
+        for (const auto& [id, project] : projects_)
+            containerOf(id);
+        for (const Qx::JSONRef element : Qx::JSONNode(included["folders"]))
+            if (const std::string id = Qx::JSONNode(element)["id"].asHString(""); assembly_.getFolder(id))
+                containerOf(id);
+    }
+
     void addFiles() {
         const auto direct = assembly_.getDirectReferencedFiles();
         for (const auto& [id, name] : sortedFiles()) {
@@ -90,32 +114,37 @@ private:
     bool isKnown(const std::string& id) const { return projects_.contains(id) || assembly_.getFolder(id); }
 
     // Adds the container with that id. Returns the id of its parent; empty if the assembly does not
-    // contain the parent.
+    // contain the parent. A folder takes precedence over a project with the same id, except that the
+    // obstacles of both count.
     std::string addContainer(const std::string& id) {
         Container& container = map_.containers.emplace_back();
         container.id = id;
-        container.name = id.empty() ? "(no parent)" : id;
-        container.obstacle = Obstacle::UNKNOWN_PARENT;
-        const auto setName = [&](const std::string& name) { container.name = name.empty() ? id : name; };
-        if (const std::shared_ptr<FolderData> folder = assembly_.getFolder(id)) {
+        const std::shared_ptr<FolderData> folder = assembly_.getFolder(id);
+        const auto project = projects_.find(id);
+        if (project != projects_.end())
+            container.obstacle = project->second.obstacle;
+        std::string name = id.empty() ? "(no parent)" : id;
+        std::string parent;
+        if (folder) {
             container.kind = Container::Kind::FOLDER;
-            setName(folder->name());
-            container.obstacle = obstacleOf(folder->status(), !folder->hasPermission("read"), false);
-            return isKnown(folder->parent()) ? folder->parent() : std::string();
-        }
-        if (const auto found = projects_.find(id); found != projects_.end()) {
-            const ProjectData& project = found->second;
+            container.obstacle =
+                std::max(container.obstacle, obstacleOf(folder->status(), !folder->hasPermission("read"), false));
+            name = folder->name();
+            parent = folder->parent();
+        } else if (project != projects_.end()) {
             container.kind = Container::Kind::PROJECT;
-            setName(Qx::ToHString(project.getName()));
-            container.obstacle = obstacleOf(project.getStatus(), !project.IsMember(), project.IsViewerRole());
-            return isKnown(project.getParent()) ? project.getParent() : std::string();
+            name = Qx::ToHString(project->second.data.getName());
+            parent = project->second.data.getParent();
+        } else {
+            container.obstacle = Obstacle::UNKNOWN_PARENT;
         }
-        return {};
+        container.name = name.empty() ? id : name;
+        return parent != id && isKnown(parent) ? parent : std::string();
     }
 
-    void addReferences(const Qx::JSONNode& root) {
+    void addReferences(const Qx::JSONNode& included) {
         std::unordered_map<std::string, std::string> fileOfVersion;
-        for (const Qx::JSONRef element : Qx::JSONNode(Qx::JSONNode(root["included"])["versions"])) {
+        for (const Qx::JSONRef element : Qx::JSONNode(included["versions"])) {
             const VersionData version{Qx::JSONNode(element)};
             fileOfVersion.insert_or_assign(version.getId(), version.getFileId());
         }
@@ -138,9 +167,11 @@ private:
         if (from && to) {
             from->refersTo.push_back(placeOf(*to));
             to->referredBy.push_back(placeOf(*from));
-        } else if (File* const known = from ? from : to) {
-            ++known->unknownReferences;
+            return;
         }
+        ++map_.unknownReferences;
+        if (File* const known = from ? from : to)
+            ++known->unknownReferences;
     }
 
     std::size_t placeOf(const File& file) const { return static_cast<std::size_t>(&file - map_.files.data()); }
@@ -151,27 +182,46 @@ private:
     }
 
     // Nests containers in their parents. If the service says that folders contain each other in a
-    // cycle, the first of them becomes an outermost container.
+    // cycle, one of them becomes an outermost container, and the obstacles of all of them count.
     void nest() {
         std::vector<std::vector<std::size_t>> inner(map_.containers.size());
         for (std::size_t place = 0; place < parents_.size(); ++place)
             if (!parents_[place].empty())
-                inner[containerOf_.at(parents_[place])].push_back(place);
+                inner[parentOf(place)].push_back(place);
         std::vector<bool> isNested(map_.containers.size());
         for (std::size_t place = 0; place < parents_.size(); ++place)
             if (parents_[place].empty())
-                nestFrom(place, inner, isNested);
+                nestFrom(place, Obstacle::NONE, inner, isNested);
         for (std::size_t place = 0; place < parents_.size(); ++place)
-            if (!isNested[place])
-                nestFrom(place, inner, isNested);
+            if (!isNested[place]) {
+                const std::size_t inCycle = cycleFrom(place);
+                nestFrom(inCycle, worstInCycle(inCycle), inner, isNested);
+            }
+    }
+
+    std::size_t parentOf(std::size_t place) const { return containerOf_.at(parents_[place]); }
+
+    // Follows the parents of a container, which never end, to one that contains itself.
+    std::size_t cycleFrom(std::size_t place) const {
+        std::unordered_set<std::size_t> seen;
+        while (seen.insert(place).second)
+            place = parentOf(place);
+        return place;
+    }
+
+    Obstacle worstInCycle(std::size_t start) const {
+        Obstacle worst = map_.containers[start].obstacle;
+        for (std::size_t place = parentOf(start); place != start; place = parentOf(place))
+            worst = std::max(worst, map_.containers[place].obstacle);
+        return worst;
     }
 
     // Without recursion, since the service determines how deeply folders are nested.
-    void nestFrom(std::size_t outermost, const std::vector<std::vector<std::size_t>>& inner,
+    void nestFrom(std::size_t outermost, Obstacle outside, const std::vector<std::vector<std::size_t>>& inner,
                   std::vector<bool>& isNested) {
         map_.outermost.push_back(outermost);
         isNested[outermost] = true;
-        std::vector<std::pair<std::size_t, Obstacle>> open{{outermost, Obstacle::NONE}};
+        std::vector<std::pair<std::size_t, Obstacle>> open{{outermost, outside}};
         while (!open.empty()) {
             const auto [place, around] = open.back();
             open.pop_back();
@@ -203,7 +253,7 @@ private:
     }
 
     const FullAssemblyDataV3& assembly_;
-    const std::unordered_map<std::string, ProjectData> projects_;
+    std::unordered_map<std::string, Project> projects_;
     AssemblyMap map_;
     Places fileOf_;
     Places containerOf_;

@@ -46,10 +46,11 @@ struct AssemblyMap {
         std::size_t unknownReferences = 0;   ///< Relationships with files outside the assembly.
     };
 
-    std::vector<Container> containers;
+    std::vector<Container> containers;                        ///< All of the assembly's, even without files.
     std::vector<std::size_t> outermost;                       ///< The containers that are in no other.
     std::vector<File> files;                                  ///< In the order of their ids.
     std::array<std::size_t, obstacleCount> filesByObstacle{}; ///< How many files have each obstacle.
+    std::size_t unknownReferences = 0;                        ///< Relationships that do not connect two files.
     std::int32_t inaccessibleProjects = 0;                    ///< The service sends only their number.
     std::int32_t restrictedProjects = 0;                      ///< Likewise.
 };

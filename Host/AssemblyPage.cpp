@@ -3,11 +3,12 @@
 #include "Host/Page/Page.h"
 #include "Host/Printable.h"
 
+#include <algorithm>
 #include <array>
 #include <fmt/format.h>
+#include <new>
 #include <pugixml.hpp>
 #include <random>
-#include <sstream>
 #include <string_view>
 #include <utility>
 
@@ -43,30 +44,52 @@ const ObstacleText& textOf(Obstacle obstacle) {
 }
 
 std::string shown(const std::string& text) {
-    constexpr std::size_t width = 200;
+    constexpr std::size_t width = 100;
     return shortened(text, width);
+}
+
+// pugixml returns an empty node or false when memory runs out; a page must not lack a part.
+template <class Result>
+Result require(Result result) {
+    if (!result)
+        throw std::bad_alloc();
+    return result;
+}
+
+void setAttribute(xml_node node, const char* name, const std::string& value) {
+    require(require(node.append_attribute(name)).set_value(value.c_str()));
+}
+
+void addText(xml_node parent, const std::string& text) {
+    require(require(parent.append_child(pugi::node_pcdata)).set_value(text.c_str()));
 }
 
 // Adds an element with a text, which may be empty: with no text at all, the element would be
 // written as a self-closing tag, which HTML does not have.
 xml_node add(xml_node parent, const char* name, const std::string& className = "", const std::string& text = "") {
-    xml_node added = parent.append_child(name);
+    const xml_node added = require(parent.append_child(name));
     if (!className.empty())
-        added.append_attribute("class").set_value(className.c_str());
-    added.append_child(pugi::node_pcdata).set_value(text.c_str());
+        setAttribute(added, "class", className);
+    addText(added, text);
     return added;
 }
 
 // Adds a void element, which never has content.
 xml_node addVoid(xml_node parent, const char* name, const char* attribute, const char* value) {
-    xml_node added = parent.append_child(name);
-    added.append_attribute(attribute).set_value(value);
+    const xml_node added = require(parent.append_child(name));
+    setAttribute(added, attribute, value);
     return added;
 }
 
-void addText(xml_node parent, const std::string& text) {
-    parent.append_child(pugi::node_pcdata).set_value(text.c_str());
-}
+// A stream would keep to itself that memory runs out.
+class StringWriter : public pugi::xml_writer {
+public:
+    void write(const void* bytes, std::size_t size) override { text_.append(static_cast<const char*>(bytes), size); }
+    std::string take() { return std::move(text_); }
+
+private:
+    std::string text_;
+};
 
 // The author of a name can't know the nonce, so a script smuggled into a name does not run.
 std::string randomNonce() {
@@ -79,12 +102,16 @@ std::string randomNonce() {
 
 class PageWriter {
 public:
-    PageWriter(const AssemblyMap& map, const Report& report) : map_(map), report_(report) {}
+    PageWriter(const AssemblyMap& map, const Report& report) : map_(map), report_(report) {
+        names_.reserve(map.files.size());
+        for (const File& file : map.files)
+            names_.push_back(shown(file.name));
+    }
 
     std::string write() {
-        document_.append_child(pugi::node_doctype).set_value("html");
+        require(require(document_.append_child(pugi::node_doctype)).set_value("html"));
         xml_node html = add(document_.root(), "html");
-        html.append_attribute("lang").set_value("en");
+        setAttribute(html, "lang", "en");
         addHead(add(html, "head"));
         xml_node body = add(html, "body");
         addSummary(body);
@@ -94,9 +121,9 @@ public:
             addContainers(main, outermost);
         addTables(body);
         addCode(body, "script", pageScript);
-        std::ostringstream page;
+        StringWriter page;
         document_.save(page, "", pugi::format_raw | pugi::format_no_declaration, pugi::encoding_utf8);
-        return page.str();
+        return page.take();
     }
 
 private:
@@ -112,11 +139,11 @@ private:
     }
 
     static void addMeta(xml_node head, const char* attribute, const char* name, const std::string& content) {
-        addVoid(head, "meta", attribute, name).append_attribute("content").set_value(content.c_str());
+        setAttribute(addVoid(head, "meta", attribute, name), "content", content);
     }
 
     void addCode(xml_node parent, const char* name, const char* code) const {
-        add(parent, name, "", code).append_attribute("nonce").set_value(nonce_.c_str());
+        setAttribute(add(parent, name, "", code), "nonce", nonce_);
     }
 
     std::string title() const {
@@ -128,9 +155,8 @@ private:
 
     void addSummary(xml_node body) const {
         xml_node header = add(body, "header");
-        add(header, "h1", "", title()).append_attribute("dir").set_value("auto");
-        const std::size_t open = map_.filesByObstacle[0];
-        add(header, "p", open == map_.files.size() ? "answer" : "answer hindered", answer(open));
+        setAttribute(add(header, "h1", "", title()), "dir", "auto");
+        add(header, "p", isOpen() ? "answer" : "answer restricted", answer());
         xml_node counts = add(header, "ul", "counts");
         for (const Report::Fact& fact : report_.facts) {
             const auto* const text = std::get_if<std::string>(&fact.value);
@@ -140,23 +166,48 @@ private:
         addLegend(header);
     }
 
-    std::string answer(std::size_t open) const {
-        const std::size_t all = map_.files.size();
-        if (open == all && map_.inaccessibleProjects <= 0 && map_.restrictedProjects <= 0)
-            return all == 0 ? "This assembly contains no files."
-                            : fmt::format("Yes, you can open this: all {} files are open to you.", all);
-        std::string text = fmt::format("You can't open all of this: {} of {} files are open to you", open, all);
+    bool hasOwnFile() const {
+        return std::any_of(map_.files.begin(), map_.files.end(), [](const File& file) { return file.isOwn; });
+    }
+
+    std::size_t countRestrictedContainers() const {
+        return static_cast<std::size_t>(
+            std::count_if(map_.containers.begin(), map_.containers.end(),
+                          [](const Container& container) { return container.obstacle != Obstacle::NONE; }));
+    }
+
+    bool isOpen() const {
+        return hasOwnFile() && countRestrictedContainers() == 0 && map_.unknownReferences == 0 &&
+               map_.inaccessibleProjects <= 0 && map_.restrictedProjects <= 0;
+    }
+
+    std::string answer() const {
+        const std::size_t open = map_.filesByObstacle[0];
+        std::string text = isOpen()                   ? "Yes, you can open this."
+                           : open < map_.files.size() ? "You can't open all of this."
+                                                      : "You may not be able to open all of this.";
+        text += fmt::format(" Files open to you: {} of {}", open, map_.files.size());
         const char* separator = "; ";
         for (std::size_t obstacle = map_.filesByObstacle.size() - 1; obstacle > 0; --obstacle)
             if (const std::size_t count = map_.filesByObstacle.at(obstacle); count > 0)
                 text += fmt::format("{}{} {}", std::exchange(separator, ", "), count, obstacleTexts.at(obstacle).label);
         text += '.';
-        if (map_.inaccessibleProjects > 0)
-            text += fmt::format(" Projects that you can't see at all: {}.", map_.inaccessibleProjects);
-        if (map_.restrictedProjects > 0)
-            text += fmt::format(" Restricted projects: {}.", map_.restrictedProjects);
+        const auto addCount = [&](const char* what, std::size_t count) {
+            if (count > 0)
+                text += fmt::format(" {}: {}.", what, count);
+        };
+        if (!hasOwnFile())
+            text += " The design itself is not in the answer.";
+        if (open == map_.files.size())
+            addCount("Projects and folders not open to you", countRestrictedContainers());
+        addCount("Projects that you can't see at all", count(map_.inaccessibleProjects));
+        addCount("Restricted projects", count(map_.restrictedProjects));
+        addCount("Relationships with files that are not in the answer", map_.unknownReferences);
         return text;
     }
+
+    // The service may send a negative number.
+    static std::size_t count(std::int32_t number) { return static_cast<std::size_t>(std::max(number, 0)); }
 
     void addLegend(xml_node header) const {
         xml_node legend = add(header, "ul", "legend");
@@ -168,14 +219,15 @@ private:
         }
         add(legend, "li", "", "\u25C6 directly referenced");
         add(legend, "li", "", "\u2605 the design itself");
+        setAttribute(add(add(header, "p"), "a", "", "Tables"), "href", "#tables");
     }
 
     static void addFilter(xml_node body) {
         xml_node form = add(body, "form", "filter");
-        form.append_attribute("hidden");
+        setAttribute(form, "hidden", "");
         xml_node label = add(form, "label", "", "Filter files ");
         addVoid(label, "input", "type", "search");
-        add(form, "output").append_attribute("aria-live").set_value("polite");
+        setAttribute(add(form, "output"), "aria-live", "polite");
     }
 
     // Without recursion, since the service determines how deeply folders are nested. Browsers
@@ -187,7 +239,7 @@ private:
             std::size_t place;
             int depth;
         };
-        constexpr int maxDepth = 64;
+        constexpr int maxDepth = 24;
         std::vector<Open> open{{main, outermost, 0}};
         while (!open.empty()) {
             const auto [parent, place, depth] = open.back();
@@ -203,7 +255,7 @@ private:
         constexpr std::array kinds{"Project", "Folder", "Unknown parent"};
         const ObstacleText& obstacle = textOf(container.obstacle);
         xml_node box = add(parent, "section", std::string("box ") + obstacle.className);
-        xml_node heading = add(box, "h3");
+        xml_node heading = add(box, "h2");
         add(heading, "small", "", kinds.at(static_cast<std::size_t>(container.kind)));
         addText(heading, " ");
         add(heading, "bdi", "", shown(container.name));
@@ -223,11 +275,13 @@ private:
         const ObstacleText& obstacle = textOf(file.obstacle);
         xml_node details =
             add(parent, "details", fmt::format("file {}{}", obstacle.className, file.isOwn ? " own" : ""));
-        details.append_attribute("id").set_value(fmt::format("f{}", place).c_str());
+        setAttribute(details, "id", fmt::format("f{}", place));
+        if (file.obstacle != Obstacle::NONE)
+            setAttribute(details, "title", obstacle.label);
         xml_node summary = add(details, "summary");
         addText(summary, fmt::format("{}{}{}", file.isOwn ? "\u2605 " : "", file.isDirect ? "\u25C6 " : "",
                                      file.obstacle == Obstacle::NONE ? "" : fmt::format("{} ", obstacle.sign)));
-        add(summary, "bdi", "", shown(file.name));
+        add(summary, "bdi", "", names_[place]);
         add(details, "p", "", shown(file.id));
         addReferences(details, "refers to", file.refersTo);
         addReferences(details, "is referred to by", file.referredBy);
@@ -242,14 +296,14 @@ private:
         add(details, "p", "", fmt::format("{} ({})", label, places.size()));
         xml_node list = add(details, "ul");
         for (const std::size_t place : places) {
-            xml_node link = add(add(list, "li"), "a", "", shown(map_.files[place].name));
-            link.append_attribute("href").set_value(fmt::format("#f{}", place).c_str());
-            link.append_attribute("dir").set_value("auto");
+            const xml_node link = add(add(list, "li"), "a", "", names_[place]);
+            setAttribute(link, "href", fmt::format("#f{}", place));
+            setAttribute(link, "dir", "auto");
         }
     }
 
     void addTables(xml_node body) const {
-        add(body, "h2", "", "Tables");
+        setAttribute(add(body, "h2", "", "Tables"), "id", "tables");
         for (const Report::Table& table : report_.tables) {
             if (table.rows.empty())
                 continue;
@@ -268,12 +322,13 @@ private:
         for (const auto& row : table.rows) {
             xml_node line = add(rows, "tr");
             for (const std::string& cell : row)
-                add(line, "td", "", shown(cell)).append_attribute("dir").set_value("auto");
+                setAttribute(add(line, "td", "", shown(cell)), "dir", "auto");
         }
     }
 
     const AssemblyMap& map_;
     const Report& report_;
+    std::vector<std::string> names_; // Of the files; each may be shown many times.
     const std::string nonce_ = randomNonce();
     pugi::xml_document document_;
 };

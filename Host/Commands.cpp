@@ -9,6 +9,7 @@
 #include "Host/AssemblyReport.h"
 #include "Host/Console.h"
 #include "Host/FailureText.h"
+#include "Host/FileReplacement.h"
 #include "Host/FolderReport.h"
 #include "Host/Interrupts.h"
 #include "Host/PathText.h"
@@ -18,11 +19,8 @@
 #include "Server/Orvane/Payloads/FullAssemblyDataV3.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
-#include <filesystem>
 #include <fmt/format.h>
-#include <fstream>
+#include <new>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
@@ -140,20 +138,13 @@ void printReport(const CommandLine& commandLine, const Report& report) {
         printText(report, commandLine.wide);
 }
 
-// If the page can't be written completely, removes the file.
 void writePage(const std::string& file, const std::string& page) {
-    const std::filesystem::path path = pathOf(file);
-    std::ofstream stream(path, std::ios::binary);
-    const bool isOpen = stream.is_open();
-    stream << page;
-    stream.close();
-    if (stream)
-        return;
-    const std::string why = std::strerror(errno);
-    std::error_code ignored;
-    if (isOpen && std::filesystem::is_regular_file(path, ignored))
-        std::filesystem::remove(path, ignored);
-    throw std::runtime_error(fmt::format("can't write the page to {}: {}; check --html", file, why));
+    try {
+        replaceFile(pathOf(file), page);
+    } catch (const std::system_error& error) {
+        throw std::runtime_error(
+            fmt::format("can't write the page to {}: {}; check --html", file, error.code().message()));
+    }
 }
 
 void printAssembly(const CommandLine& commandLine, const ServiceConnection& connection,
@@ -165,7 +156,9 @@ void printAssembly(const CommandLine& commandLine, const ServiceConnection& conn
     }
     Qx::Status status;
     const auto root = Qx::JSONNode::parse(connection.response().getBody(), status, Qx::HTTPResponse::padding);
-    writePage(commandLine.htmlFile, toHTML(mapAssembly(assembly, root.value()), report));
+    if (!root) // It was JSON when the assembly was read from it.
+        throw std::bad_alloc();
+    writePage(commandLine.htmlFile, toHTML(mapAssembly(assembly, *root), report));
 }
 
 int runAssembly(const CommandLine& commandLine) {

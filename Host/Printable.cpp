@@ -52,7 +52,8 @@ std::string textOf(std::u32string_view characters) {
 }
 
 bool isDeceptive(char32_t character) {
-    return std::any_of(deceptiveRanges.begin(), deceptiveRanges.end(),
+    const bool isNoncharacter = (character & 0xFFFE) == 0xFFFE || (character >= 0xFDD0 && character <= 0xFDEF);
+    return isNoncharacter || std::any_of(deceptiveRanges.begin(), deceptiveRanges.end(),
                        [=](Range range) { return character >= range.first && character <= range.last; });
 }
 

@@ -17,9 +17,9 @@ std::string inMiB(std::uint64_t bytes) {
 
 std::string describe(const Qx::HTTPProgress& progress, std::chrono::seconds waited) {
     if (progress.received == 0)
-        return fmt::format("orvane: waiting for an answer ({} s)", waited.count());
+        return fmt::format("orvane: waiting ({} s)", waited.count());
     const std::string total = progress.total ? " of " + inMiB(*progress.total) : std::string();
-    return fmt::format("orvane: received {}{} MiB ({} s)", inMiB(progress.received), total, waited.count());
+    return fmt::format("orvane: {}{} MiB ({} s)", inMiB(progress.received), total, waited.count());
 }
 
 } // namespace
@@ -47,7 +47,8 @@ void ProgressLine::start() {
     }
     const std::lock_guard lock(mutex_);
     isWaiting_ = true;
-    started_ = std::chrono::steady_clock::now();
+    if (!started_)
+        started_ = std::chrono::steady_clock::now();
     progress_ = {};
     changed_.notify_one();
 }
@@ -70,10 +71,12 @@ void ProgressLine::run() {
             changed_.wait(lock);
             continue;
         }
-        const auto waited = std::chrono::steady_clock::now() - started_;
+        // Quick answers to many requests, each of which ends the wait, must not make the line flicker.
+        if (changed_.wait_for(lock, 250ms) == std::cv_status::no_timeout || !isWaiting_)
+            continue;
+        const auto waited = std::chrono::steady_clock::now() - *started_;
         if (waited >= 1s)
             show(describe(progress_, std::chrono::duration_cast<std::chrono::seconds>(waited)));
-        changed_.wait_for(lock, 250ms);
     }
 }
 

@@ -6,6 +6,7 @@
 #include <condition_variable>
 #include <cstddef>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 
@@ -21,7 +22,7 @@ public:
     ProgressLine& operator=(const ProgressLine&) = delete;
     ~ProgressLine();
 
-    /// Call when waiting begins.
+    /// Call when waiting begins. The time shown is that since the first call.
     void start();
 
     /// Thread-safe.
@@ -39,7 +40,7 @@ private:
     std::thread thread_; // Started by the first `start`.
     bool isEnding_ = false;
     bool isWaiting_ = false;
-    std::chrono::steady_clock::time_point started_;
+    std::optional<std::chrono::steady_clock::time_point> started_; // When waiting first began.
     Qx::HTTPProgress progress_;
     std::size_t shownWidth_ = 0;
 };

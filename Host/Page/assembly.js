@@ -19,8 +19,8 @@ function filter() {
   output.textContent = shown + ' of ' + files.length + ' files';
 }
 
-function openTarget() {
-  const target = document.getElementById(location.hash.slice(1));
+function openTarget(hash) {
+  const target = document.getElementById(hash.slice(1));
   if (target instanceof HTMLDetailsElement) {
     if (target.hidden) {
       input.value = '';
@@ -34,6 +34,12 @@ function openTarget() {
 form.hidden = false;
 form.addEventListener('submit', function (event) { event.preventDefault(); });
 input.addEventListener('input', filter);
-window.addEventListener('hashchange', openTarget);
+// Also where the address stays the same.
+document.addEventListener('click', function (event) {
+  const link = event.target.closest('a[href^="#f"]');
+  if (link)
+    openTarget(link.hash);
+});
+window.addEventListener('hashchange', function () { openTarget(location.hash); });
 filter();
-openTarget();
+openTarget(location.hash);
