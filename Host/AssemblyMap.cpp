@@ -55,7 +55,7 @@ public:
     AssemblyMap take() { return std::move(map_); }
 
 private:
-    // The projects of one id; usually one.
+    // All projects with the same id; usually there is just one.
     struct Project {
         ProjectData data;                   // Of the first of them.
         Obstacle obstacle = Obstacle::NONE; // The worst of them.

@@ -39,8 +39,8 @@ struct AssemblyMap {
         std::string id;
         std::string name;
         bool isOwn = false;                  ///< Whether this is the file of the requested version.
-        bool isDirect = false;               ///< Whether it is referenced by or refers to that.
-        Obstacle obstacle = Obstacle::NONE;  ///< The worst of those of all containers around it.
+        bool isDirect = false;               ///< Whether a relationship connects it with that.
+        Obstacle obstacle = Obstacle::NONE;  ///< The worst obstacle of all containers around it.
         std::vector<std::size_t> refersTo;   ///< Indices into `AssemblyMap::files`, each once.
         std::vector<std::size_t> referredBy; ///< Likewise.
         std::size_t unknownReferences = 0;   ///< Relationships with files outside the assembly.
@@ -50,7 +50,7 @@ struct AssemblyMap {
     std::vector<std::size_t> outermost;                       ///< The containers that are in no other.
     std::vector<File> files;                                  ///< In the order of their ids.
     std::array<std::size_t, obstacleCount> filesByObstacle{}; ///< How many files have each obstacle.
-    std::size_t unknownReferences = 0;                        ///< Relationships that do not connect two files.
+    std::size_t unknownReferences = 0;                        ///< Relationships with an end outside the assembly.
     std::int32_t inaccessibleProjects = 0;                    ///< The service sends only their number.
     std::int32_t restrictedProjects = 0;                      ///< Likewise.
 };

@@ -81,7 +81,7 @@ xml_node addVoid(xml_node parent, const char* name, const char* attribute, const
     return added;
 }
 
-// A stream would keep to itself that memory runs out.
+// A stream would swallow `std::bad_alloc`.
 class StringWriter : public pugi::xml_writer {
 public:
     void write(const void* bytes, std::size_t size) override { text_.append(static_cast<const char*>(bytes), size); }
@@ -183,26 +183,27 @@ private:
 
     std::string answer() const {
         const std::size_t open = map_.filesByObstacle[0];
-        std::string text = isOpen()                   ? "Yes, you can open this."
-                           : open < map_.files.size() ? "You can't open all of this."
-                                                      : "You may not be able to open all of this.";
+        std::string text = isOpen()                   ? "Yes, all of this is open to you."
+                           : open < map_.files.size() ? "No, not all of this is open to you."
+                                                      : "Possibly not all of this is open to you.";
         text += fmt::format(" Files open to you: {} of {}", open, map_.files.size());
         const char* separator = "; ";
         for (std::size_t obstacle = map_.filesByObstacle.size() - 1; obstacle > 0; --obstacle)
             if (const std::size_t count = map_.filesByObstacle.at(obstacle); count > 0)
-                text += fmt::format("{}{} {}", std::exchange(separator, ", "), count, obstacleTexts.at(obstacle).label);
+                text +=
+                    fmt::format("{}{}: {}", std::exchange(separator, ", "), obstacleTexts.at(obstacle).label, count);
         text += '.';
         const auto addCount = [&](const char* what, std::size_t count) {
             if (count > 0)
                 text += fmt::format(" {}: {}.", what, count);
         };
         if (!hasOwnFile())
-            text += " The design itself is not in the answer.";
+            text += " The design itself is not in the service's answer.";
         if (open == map_.files.size())
             addCount("Projects and folders not open to you", countRestrictedContainers());
         addCount("Projects that you can't see at all", count(map_.inaccessibleProjects));
         addCount("Restricted projects", count(map_.restrictedProjects));
-        addCount("Relationships with files that are not in the answer", map_.unknownReferences);
+        addCount("Relationships with files that are not in the service's answer", map_.unknownReferences);
         return text;
     }
 
@@ -287,7 +288,8 @@ private:
         addReferences(details, "is referred to by", file.referredBy);
         if (file.unknownReferences > 0)
             add(details, "p", "",
-                fmt::format("relationships with files that are not in the answer: {}", file.unknownReferences));
+                fmt::format("relationships with files that are not in the service's answer: {}",
+                            file.unknownReferences));
     }
 
     void addReferences(xml_node details, const char* label, const std::vector<std::size_t>& places) const {

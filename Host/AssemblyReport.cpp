@@ -67,7 +67,7 @@ void addParents(Report& report, const FullAssemblyData& assembly) {
     report.tables.push_back(listParents("inactive", "Inactive parents", assembly.getInactiveParents()));
     report.tables.push_back(listParents("deleted", "Deleted parents", assembly.getDeletedParents()));
     report.tables.push_back(
-        listParents("accessDenied", "Parents you cannot access", assembly.getAccessDeniedParents()));
+        listParents("accessDenied", "Parents you cannot work in", assembly.getAccessDeniedParents()));
 }
 
 Report::Table listProjects(const FullAssemblyData& assembly) {

@@ -20,11 +20,14 @@ std::string outcomeOf(const Qx::HTTPAttempt& attempt) {
 
 std::string describe(const Qx::HTTPAttempt& attempt) {
     const char* const method = attempt.method == Qx::HTTPRequest::Method::POST ? "POST" : "GET";
+    const char* const connection = attempt.connected.count() == 0 ? "no"
+                                   : attempt.isConnectionReused   ? "reused"
+                                                                  : "new";
     return fmt::format("attempt {}: {} {}: {}, {:.1f} ms (name resolved {:.1f}, connected {:.1f}, first byte {:.1f}), "
                        "{} connection",
                        attempt.number, method, attempt.url, outcomeOf(attempt), milliseconds(attempt.total),
                        milliseconds(attempt.nameResolved), milliseconds(attempt.connected),
-                       milliseconds(attempt.firstByte), attempt.isConnectionReused ? "reused" : "new");
+                       milliseconds(attempt.firstByte), connection);
 }
 
 } // namespace OrvaneHost

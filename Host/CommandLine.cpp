@@ -171,6 +171,11 @@ std::string unexpected(const CLI::App& app) {
     return "too many arguments";
 }
 
+std::string seeHelp(const CLI::App& app) {
+    const auto chosen = app.get_subcommands();
+    return fmt::format("; see orvane {}--help", chosen.empty() ? "" : chosen.front()->get_name() + ' ');
+}
+
 std::string firstLine(const std::string& text) {
     return text.substr(0, text.find('\n'));
 }
@@ -178,7 +183,8 @@ std::string firstLine(const std::string& text) {
 } // namespace
 
 std::optional<EarlyEnd> parseCommandLine(const std::vector<std::string>& arguments, CommandLine& commandLine) {
-    CLI::App app("Lists folders and fetches full assemblies of the Orvane design data service.", "orvane");
+    CLI::App app("Lists the contents of folders and fetches full assemblies from the Orvane design data service.",
+                 "orvane");
     app.set_version_flag("--version", std::string("orvane ") + version);
     app.require_subcommand(1);
     app.allow_windows_style_options(false); // "/..." is a path on all systems.
@@ -195,13 +201,13 @@ std::optional<EarlyEnd> parseCommandLine(const std::vector<std::string>& argumen
     } catch (const CLI::CallForVersion& request) {
         return EarlyEnd{request.what() + std::string("\n"), ""};
     } catch (const CLI::ExtrasError&) {
-        return EarlyEnd{"", unexpected(app) + "; see orvane --help"};
+        return EarlyEnd{"", unexpected(app) + seeHelp(app)};
     } catch (const CLI::ParseError& error) {
         const bool isUnknown =
             app.get_subcommands().empty() && !arguments.empty() && !arguments.front().starts_with('-');
         const std::string problem =
             isUnknown ? fmt::format("unknown command \"{}\"", arguments.front()) : firstLine(error.what());
-        return EarlyEnd{"", problem + "; see orvane --help"};
+        return EarlyEnd{"", problem + seeHelp(app)};
     }
     return std::nullopt;
 }

@@ -53,8 +53,9 @@ std::string textOf(std::u32string_view characters) {
 
 bool isDeceptive(char32_t character) {
     const bool isNoncharacter = (character & 0xFFFE) == 0xFFFE || (character >= 0xFDD0 && character <= 0xFDEF);
-    return isNoncharacter || std::any_of(deceptiveRanges.begin(), deceptiveRanges.end(),
-                       [=](Range range) { return character >= range.first && character <= range.last; });
+    return isNoncharacter || std::any_of(deceptiveRanges.begin(), deceptiveRanges.end(), [=](Range range) {
+               return character >= range.first && character <= range.last;
+           });
 }
 
 std::string escapeOf(char32_t character) {

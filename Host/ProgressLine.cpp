@@ -82,11 +82,11 @@ void ProgressLine::run() {
 
 // Overwrites what was shown before.
 void ProgressLine::show(const std::string& text) {
-    if (text.empty() && shownWidth_ == 0)
+    if (text == shown_)
         return;
-    const std::string blanks(shownWidth_ > text.size() ? shownWidth_ - text.size() : 0, ' ');
+    const std::string blanks(shown_.size() > text.size() ? shown_.size() - text.size() : 0, ' ');
     static_cast<void>(writeText(stderr, fmt::format("\r{}{}{}", text, blanks, text.empty() ? "\r" : "")));
-    shownWidth_ = text.size();
+    shown_ = text;
 }
 
 } // namespace OrvaneHost

@@ -4,7 +4,6 @@
 
 #include <chrono>
 #include <condition_variable>
-#include <cstddef>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -42,7 +41,7 @@ private:
     bool isWaiting_ = false;
     std::optional<std::chrono::steady_clock::time_point> started_; // When waiting first began.
     Qx::HTTPProgress progress_;
-    std::size_t shownWidth_ = 0;
+    std::string shown_;
 };
 
 } // namespace OrvaneHost

@@ -51,8 +51,7 @@ LocalService::LocalService(PreparedAnswers answers, const std::string& token, in
         // Works for Winsock's errors too: Boost maps them to these conditions, while the standard
         // library does not.
         if (error.code() == std::errc::address_in_use || error.code() == std::errc::permission_denied)
-            throw std::runtime_error(
-                fmt::format("can't listen on port {} of this machine; choose another with --port", port));
+            throw std::runtime_error(fmt::format("can't listen on port {} of this machine; choose another port", port));
         throw std::runtime_error("can't start the local service: " + error.code().message() +
                                  "; end other programs, or allow more threads and descriptors");
     }
