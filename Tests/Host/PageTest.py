@@ -39,11 +39,21 @@ class Browser:
         self.post(f"/element/{next(iter(element.values()))}/value", {"text": text})
 
 
+def start_driver():
+    """Starts chromedriver, which now and then chooses a port that is taken."""
+    for _ in range(10):
+        driver = subprocess.Popen(["chromedriver", "--port=0"], stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+        for line in driver.stdout:
+            if "successfully on port" in line:
+                return driver, line.split()[-1].rstrip(".")
+        driver.wait()
+    sys.exit("chromedriver does not start")
+
+
 @contextlib.contextmanager
 def browser():
-    driver = subprocess.Popen(["chromedriver", "--port=0"], stdout=subprocess.PIPE, text=True)
+    driver, port = start_driver()
     try:
-        port = next(line.split()[-1].rstrip(".") for line in driver.stdout if "successfully on port" in line)
         opened = Browser(port)
         try:
             yield opened
