@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs missing packages, builds in release mode and runs all tests. Arguments go to ctest.
+# Installs missing packages, builds in release mode and runs the tests. Arguments go to ctest.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 

@@ -12,7 +12,7 @@ namespace Qx {
 /// One finished attempt to get a response, including redirects, for the application's log. Contains
 /// no token, no headers and no query values.
 struct HTTPAttempt {
-    /// The method of the request.
+    /// The method of the attempt's last exchange: GET if a 303 has redirected a POST.
     HTTPRequest::Method method = HTTPRequest::Method::GET;
 
     /// The URL of the attempt's last exchange, with the keys but not the values of its query, and

@@ -27,8 +27,8 @@ public:
     /// Reads what a `RecordingHTTPClient` has written to `folder`, and the files *.json in its
     /// subfolders "folders", "assemblies" and "access", if they exist. Each such file is the body
     /// of the response for the URN in its key "data.id", with the status of the first of its
-    /// "errors", or 200 if it has none. Throws `std::runtime_error` with a one-line message if
-    /// there are no answers at all, a file is not an answer, its status is not between 200 and 599,
+    /// "errors" (500 if that error has none), or 200 if there are no errors. Throws `std::runtime_error` with a
+    /// one-line message if there are no answers at all, a file is not an answer, its status is not between 200 and 599,
     /// or two such files answer for the same URN.
     static PreparedAnswers fromFolder(const std::filesystem::path& folder);
 

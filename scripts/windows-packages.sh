@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Compiles those libraries for Windows that Debian offers only as source packages, and installs them
-# in build/windows-packages. Does nothing if they are already there.
+# Compiles, from Debian's source packages, the libraries that Debian does not build for Windows, and
+# installs them in build/windows-packages. Does nothing if they are already there.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 packages=$PWD/build/windows-packages

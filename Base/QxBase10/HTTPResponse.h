@@ -34,7 +34,7 @@ public:
         TOO_LARGE,          ///< The body is larger than allowed.
         MALFORMED_RESPONSE, ///< What arrived is not a valid HTTP response.
         CANCELLED,          ///< The application cancelled the request.
-        CLOSED,             ///< The client was destroyed before the request completed.
+        CLOSED,             ///< The client was destroyed first, or belongs to the parent process.
         OUT_OF_MEMORY,      ///< Memory ran out during the request.
     };
 

@@ -15,7 +15,7 @@ public:
     explicit Uri(std::string text);
 
     /// Returns the URL. If `encoded` is true, every byte that is not allowed in a URL (spaces,
-    /// control characters, non-ASCII, quotes and the like) is percent-encoded, and everything else,
+    /// control characters, non-ASCII, double quotes and the like) is percent-encoded, and everything else,
     /// including "%", is unchanged; if it is false, the text is returned as it is.
     std::string ToString(bool encoded) const;
 

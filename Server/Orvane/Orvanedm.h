@@ -66,7 +66,8 @@ public:
     /// Shares the `IHTTPClient` with `other`, which is not affected otherwise.
     Orvanedm& operator=(const Orvanedm& other);
 
-    /// Neither cancels requests in flight nor waits for them.
+    /// Neither cancels requests in flight nor waits for them. But if it releases the last reference
+    /// to the `IHTTPClient`, that is destroyed too: a `CurlHTTPClient` then fails its requests.
     virtual ~Orvanedm();
 
     /// Sets whether requests created from now on are answered on a thread of the `IHTTPClient`
