@@ -19,7 +19,7 @@ class Browser:
 
     def __init__(self, port):
         self.url = f"http://127.0.0.1:{port}"
-        options = {"args": ["--headless=new", "--no-sandbox", "--disable-gpu", "--window-size=1280,900"]}
+        options = {"args": ["--headless=new", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage", "--window-size=1280,900"]}
         session = self.post("/session", {"capabilities": {"alwaysMatch": {"goog:chromeOptions": options}}})
         self.url += f"/session/{session['sessionId']}"
 
