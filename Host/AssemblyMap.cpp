@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <map>
 #include <memory>
+#include <tuple>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -243,13 +244,15 @@ private:
 
     void sortByName() {
         const auto byName = [](const auto& named) {
-            return [&named](std::size_t left, std::size_t right) { return named[left].name < named[right].name; };
+            return [&named](std::size_t left, std::size_t right) {
+                return std::tie(named[left].name, named[left].id) < std::tie(named[right].name, named[right].id);
+            };
         };
         for (Container& container : map_.containers) {
-            std::stable_sort(container.files.begin(), container.files.end(), byName(map_.files));
-            std::stable_sort(container.containers.begin(), container.containers.end(), byName(map_.containers));
+            std::sort(container.files.begin(), container.files.end(), byName(map_.files));
+            std::sort(container.containers.begin(), container.containers.end(), byName(map_.containers));
         }
-        std::stable_sort(map_.outermost.begin(), map_.outermost.end(), byName(map_.containers));
+        std::sort(map_.outermost.begin(), map_.outermost.end(), byName(map_.containers));
     }
 
     const FullAssemblyDataV3& assembly_;

@@ -1,13 +1,12 @@
 #include "Host/AssemblyPage.h"
 
+#include "Host/HTMLTree.h"
 #include "Host/Page/Page.h"
 #include "Host/Printable.h"
 
 #include <algorithm>
 #include <array>
 #include <fmt/format.h>
-#include <new>
-#include <pugixml.hpp>
 #include <random>
 #include <string_view>
 #include <utility>
@@ -48,49 +47,6 @@ std::string shown(const std::string& text) {
     return shortened(text, width);
 }
 
-// pugixml returns an empty node or false when memory runs out; a page must not lack a part.
-template <class Result>
-Result require(Result result) {
-    if (!result)
-        throw std::bad_alloc();
-    return result;
-}
-
-void setAttribute(xml_node node, const char* name, const std::string& value) {
-    require(require(node.append_attribute(name)).set_value(value.c_str()));
-}
-
-void addText(xml_node parent, const std::string& text) {
-    require(require(parent.append_child(pugi::node_pcdata)).set_value(text.c_str()));
-}
-
-// Adds an element with a text, which may be empty: with no text at all, the element would be
-// written as a self-closing tag, which HTML does not have.
-xml_node add(xml_node parent, const char* name, const std::string& className = "", const std::string& text = "") {
-    const xml_node added = require(parent.append_child(name));
-    if (!className.empty())
-        setAttribute(added, "class", className);
-    addText(added, text);
-    return added;
-}
-
-// Adds a void element, which never has content.
-xml_node addVoid(xml_node parent, const char* name, const char* attribute, const char* value) {
-    const xml_node added = require(parent.append_child(name));
-    setAttribute(added, attribute, value);
-    return added;
-}
-
-// A stream would swallow `std::bad_alloc`.
-class StringWriter : public pugi::xml_writer {
-public:
-    void write(const void* bytes, std::size_t size) override { text_.append(static_cast<const char*>(bytes), size); }
-    std::string take() { return std::move(text_); }
-
-private:
-    std::string text_;
-};
-
 // The author of a name can't know the nonce, so a script smuggled into a name does not run.
 std::string randomNonce() {
     std::random_device random;
@@ -109,8 +65,7 @@ public:
     }
 
     std::string write() {
-        require(require(document_.append_child(pugi::node_doctype)).set_value("html"));
-        xml_node html = add(document_.root(), "html");
+        xml_node html = addRoot(document_);
         setAttribute(html, "lang", "en");
         addHead(add(html, "head"));
         xml_node body = add(html, "body");
@@ -121,14 +76,12 @@ public:
             addContainers(main, outermost);
         addTables(body);
         addCode(body, "script", pageScript);
-        StringWriter page;
-        document_.save(page, "", pugi::format_raw | pugi::format_no_declaration, pugi::encoding_utf8);
-        return page.take();
+        return serialize(document_);
     }
 
 private:
     void addHead(xml_node head) {
-        addVoid(head, "meta", "charset", "utf-8");
+        setAttribute(addVoid(head, "meta"), "charset", "utf-8");
         addMeta(head, "name", "viewport", "width=device-width, initial-scale=1");
         addMeta(head, "http-equiv", "Content-Security-Policy",
                 fmt::format("default-src 'none'; style-src 'nonce-{0}'; script-src 'nonce-{0}'; base-uri 'none'; "
@@ -139,7 +92,9 @@ private:
     }
 
     static void addMeta(xml_node head, const char* attribute, const char* name, const std::string& content) {
-        setAttribute(addVoid(head, "meta", attribute, name), "content", content);
+        const xml_node meta = addVoid(head, "meta");
+        setAttribute(meta, attribute, name);
+        setAttribute(meta, "content", content);
     }
 
     void addCode(xml_node parent, const char* name, const char* code) const {
@@ -227,7 +182,7 @@ private:
         xml_node form = add(body, "form", "filter");
         setAttribute(form, "hidden", "");
         xml_node label = add(form, "label", "", "Filter files ");
-        addVoid(label, "input", "type", "search");
+        setAttribute(addVoid(label, "input"), "type", "search");
         setAttribute(add(form, "output"), "aria-live", "polite");
     }
 
